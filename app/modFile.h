@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Platform.h"
+
+namespace mip {
+
+struct Program;
+
+/// A SQL string literal: quoted, every apostrophe doubled.
+std::wstring QuoteSql(std::wstring_view value);
+/// The current user's log-on name, "" when it cannot be had.
+std::wstring GetLoginUserName(Platform& platform);
+/// Removes every occurrence of the last backslash-component from the path.
+std::wstring GetParentFolder(const std::wstring& path);
+/// The part after the last backslash.
+std::wstring LastComponent(const std::wstring& path);
+/// Two parts with exactly one backslash between them.
+std::wstring JoinPath(std::wstring_view folder, std::wstring_view name);
+/// A trailing backslash, or a character after a colon, removed: D:\ gives D:.
+std::wstring TrimFolderPath(const std::wstring& path);
+
+/// Empties a folder by the removal batch file and creates it again; errors are ignored.
+void ClearFolder(Program& program, const std::wstring& folder);
+/// Removes a folder by the removal batch file and waits; true when the batch file could be run.
+bool RemoveFolder(Program& program, const std::wstring& folder);
+/// Creates one folder level; false when that fails.
+bool MakeFolder(Platform& platform, const std::wstring& folder);
+/// Creates every missing level. Throws PlatformError.
+void MakeFolderPath(Platform& platform, const std::wstring& folder);
+/// Copies over an existing file, read-only ones included, and leaves no attributes set. Throws PlatformError.
+void CopyFileReplacing(Platform& platform, const std::wstring& source, const std::wstring& destination);
+/// The same with a pause between the steps, then full access for local users. Throws PlatformError when the copy fails;
+/// a failed grant is reported by a box.
+void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination);
+/// Deletes a file, a read-only one included; absence is no error. Throws PlatformError.
+void DeleteFileForced(Platform& platform, const std::wstring& file);
+/// True when `second` does not exist or is newer than `first`. Throws PlatformError when `first` cannot be asked.
+bool IsFileOutdated(Platform& platform, const std::wstring& first, const std::wstring& second);
+/// False for a read-only file and when it cannot be asked.
+bool IsFileWritable(Platform& platform, const std::wstring& file);
+
+}  // namespace mip

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "app/Program.h"
+#include "platform/Registry.h"
+
+namespace mip {
+
+/// A string value, at most 255 characters; "" when the key or the value is absent.
+std::wstring ReadRegistryString(Registry& registry, Hive hive, const std::wstring& key, const std::wstring& valueName);
+/// Reads the registry and derives the installation paths; creates the Link folder when it is missing.
+void ReadInstallPaths(Program& program);
+
+}  // namespace mip

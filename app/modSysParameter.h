@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/Program.h"
+
+namespace mip {
+
+inline constexpr wchar_t SystemSection[] = L"SYSTEM INFORMATION";
+inline constexpr wchar_t ColumnLengthSection[] = L"MDB COLUMN LENGTH";
+inline constexpr wchar_t MessageSection[] = L"MESSAGE";
+
+/// One value of any initialisation file; "" when file, section or key is absent. At most 255 characters.
+std::wstring GetProfileValue(Platform& platform, const std::wstring& file, const std::wstring& section,
+                             const std::wstring& key);
+/// One value of SysParameter.ini.
+std::wstring GetSystemParameter(const Program& program, const std::wstring& key, const std::wstring& section);
+/// One value of the language's message file, or of M09.ini when the language has no file.
+std::wstring GetMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key);
+/// The message of a number, as stored; "" when there is none.
+std::wstring GetMessageText(const Program& program, std::int16_t number);
+
+/// Loads Program::Settings. False when a number cannot be read; keys after it stay unread.
+[[nodiscard]] bool ReadSystemParameters(Program& program);
+
+/// Sleeps; more than 32 seconds overflow the 16-bit milliseconds and do not wait at all.
+void WaitSeconds(Clock& clock, std::int16_t seconds);
+
+}  // namespace mip

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace mip {
+
+enum class Step { Programs = 2, Catalogue = 3, Manuals = 4 };
+
+/// The progress bars of the installation screen.
+enum class Bar { SevenZip, Copy, Pdf };
+
+/// What a bar shows. A bar that is not enabled is left alone by the timers.
+struct BarState {
+    float Min = 0;
+    float Max = 1;
+    float Value = 0;
+    bool Visible = false;
+    bool Enabled = false;
+
+    bool operator==(const BarState&) const = default;
+};
+
+/// The colours of a step's frame, in blue-green-red order.
+namespace frameColours {
+inline constexpr std::uint32_t Waiting = 0xFF0000;
+inline constexpr std::uint32_t Running = 0x0000FF;
+inline constexpr std::uint32_t Done = 0x404040;
+}  // namespace frameColours
+
+/// What the installation asks of the progress screen, owned by the driver. A quiet run has one that shows nothing.
+class InstallationView {
+  public:
+    virtual ~InstallationView() = default;
+
+    virtual void SetCaption(const std::wstring& caption) = 0;
+    virtual void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) = 0;
+    virtual void SetBar(Bar bar, const BarState& state) = 0;
+    /// Names the manual that is being worked on; "" when none is.
+    virtual void SetManual(const std::wstring& name) = 0;
+    virtual void SetBusyPointer(bool busy) = 0;
+    /// Draws what has changed, now.
+    virtual void Repaint() = 0;
+    /// Shows the directory screen, modal. On return Installation.InstallPath is the chosen folder, or "" after Cancel.
+    virtual void AskForFolder() = 0;
+};
+
+}  // namespace mip

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "app/Program.h"
+
+namespace mip {
+
+/// What comparing the disc's manual information with the local copy found.
+struct ManualInfoCheck {
+    bool MayOpen = true;                         ///< false: the user must be asked
+    std::vector<std::wstring> OlderEntryLines;   ///< the disc's entries that are older than the local copy
+};
+
+/// Compares the disc's file with the copy in C:\man_info and replaces the copy when the disc is newer. Ends the program
+/// with a box when the folder cannot be made.
+ManualInfoCheck CheckLocalManualInfo(Program& program);
+/// Shows the older entries and asks whether to go on; the box's answer, 6 or 7.
+int AskAboutManualInfo(Program& program, const ManualInfoCheck& check);
+
+}  // namespace mip

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace mip {
+
+/// Archive extraction. `SevenZip` takes a command line in the manner of the 7-Zip command-line tool and returns 0 for
+/// success; only "x" with "-aoa" and "-hide" is ever asked for.
+class Archives {
+  public:
+    virtual ~Archives() = default;
+
+    /// Extracts with paths. Errors become a non-zero result; nothing is thrown.
+    virtual std::int32_t SevenZip(const std::wstring& commandLine) = 0;
+    /// True when the archive opens and its directory lists at least one file.
+    virtual bool ListsFiles(const std::wstring& archive) = 0;
+    /// Total size in bytes of the files that the archive's directory declares; throws PlatformError when it cannot
+    /// be read.
+    virtual std::uint64_t DeclaredSize(const std::wstring& archive) = 0;
+};
+
+}  // namespace mip

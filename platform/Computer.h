@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace mip {
+
+/// The computer, its user, and this process.
+class Computer {
+  public:
+    virtual ~Computer() = default;
+
+    /// Folder of the running executable, without a trailing backslash ("D:\" on a drive root).
+    virtual std::wstring ProgramFolder() = 0;
+    /// Log-on name of the current user. Throws PlatformError with a Win32 code.
+    virtual std::wstring UserName() = 0;
+    /// The user default's language identifier as four hexadecimal digits ("0411"). Throws PlatformError.
+    virtual std::wstring LanguageIdentifier() = 0;
+    /// True when another instance of this program was already running when this one started.
+    virtual bool IsPreviousInstanceRunning() = 0;
+    /// Folder for short-lived files of the current user, without a trailing backslash.
+    virtual std::wstring TemporaryFolder() = 0;
+    /// Text in the system's ANSI code page; what has no place there becomes "?".
+    virtual std::string ToSystemCodePage(const std::wstring& text) = 0;
+    virtual std::wstring FromSystemCodePage(const std::string& bytes) = 0;
+    /// Ends the process; no screen gets any further event. Never returns on a real computer; fakes throw ProcessEnded.
+    [[noreturn]] virtual void EndProcess(std::uint32_t exitCode) = 0;
+};
+
+/// Thrown by fakes of Computer in place of the end of the process.
+struct ProcessEnded {
+    std::uint32_t ExitCode = 0;
+};
+
+}  // namespace mip

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <ratio>
+#include <string>
+#include <vector>
+
+namespace mip {
+
+/// A moment in the 100-nanosecond ticks of the file system, coordinated universal time.
+using FileTime = std::chrono::sys_time<std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>>;
+
+/// File attribute bits, with the values of the Windows file system.
+namespace attributes {
+inline constexpr std::uint32_t ReadOnly = 0x01;
+inline constexpr std::uint32_t Hidden = 0x02;
+inline constexpr std::uint32_t System = 0x04;
+inline constexpr std::uint32_t Directory = 0x10;
+inline constexpr std::uint32_t Archive = 0x20;
+inline constexpr std::uint32_t Normal = 0x80;
+}  // namespace attributes
+
+struct FileStatus {
+    std::uint64_t Size = 0;  ///< bytes
+    FileTime Modified;
+    std::uint32_t Attributes = 0;
+};
+
+/// Single files. Paths are absolute, parts joined by backslashes; names compare without regard to case.
+/// Every operation but `Exists` throws PlatformError with a Win32 code.
+class Files {
+  public:
+    virtual ~Files() = default;
+
+    /// True when a file (not a folder) of that path exists; false also when it cannot be asked.
+    virtual bool Exists(const std::wstring& path) = 0;
+    virtual FileStatus Status(const std::wstring& path) = 0;
+    /// `bits` 0 or attributes::Normal clears every attribute.
+    virtual void SetAttributes(const std::wstring& path, std::uint32_t bits) = 0;
+    /// Copies content and modification time into a file that must not exist yet (FileExists otherwise). The new file
+    /// has no attributes set, whatever the source's are. On failure no part of the new file stays.
+    virtual void CopyToNew(const std::wstring& source, const std::wstring& destination) = 0;
+    /// Renames within one volume, replacing an existing file in one step: after a crash the destination is the old
+    /// file or the new one.
+    virtual void Move(const std::wstring& source, const std::wstring& destination) = 0;
+    virtual void Remove(const std::wstring& path) = 0;
+    /// The first `limit` bytes, or all there are.
+    virtual std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) = 0;
+    /// Creates or replaces the file with these bytes.
+    virtual void Write(const std::wstring& path, const std::string& bytes) = 0;
+};
+
+/// What a folder holds, names only, in the order in which the file system lists them.
+struct FolderListing {
+    std::vector<std::wstring> Subfolders;
+    std::vector<std::wstring> Files;
+};
+
+/// Folders. The same path rules as for Files.
+class Folders {
+  public:
+    virtual ~Folders() = default;
+
+    /// True when a folder of that path exists; false also when it cannot be asked.
+    virtual bool Exists(const std::wstring& folder) = 0;
+    /// Creates one level; throws PlatformError (AlreadyExists, PathNotFound, ...).
+    virtual void Create(const std::wstring& folder) = 0;
+    /// One pass over the folder; links are listed as what they are, never followed. Throws PlatformError.
+    virtual FolderListing List(const std::wstring& folder) = 0;
+};
+
+/// Drives and shares.
+class Volumes {
+  public:
+    virtual ~Volumes() = default;
+
+    /// Drive letter and colon ("D:"), or server and share of a UNC path ("\\server\share"), or "".
+    virtual std::wstring DriveName(const std::wstring& path) = 0;
+    /// Bytes that the current user may still write below the root ("C:\"): sectors per cluster times bytes per sector
+    /// times free clusters. Throws PlatformError.
+    virtual double FreeBytes(const std::wstring& root) = 0;
+    /// Name of the file system ("NTFS") of a root folder. Throws PlatformError.
+    virtual std::wstring FileSystemName(const std::wstring& root) = 0;
+};
+
+}  // namespace mip

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace mip {
+
+/// The error that every adapter throws: which operation failed, on what, and the system's own code
+/// (a Win32 error, an HRESULT, or the database engine's result code, as the operation's comment says).
+class PlatformError : public std::runtime_error {
+  public:
+    PlatformError(std::string_view operation, std::wstring object, std::uint32_t code)
+        : std::runtime_error(std::string(operation) + " failed with code " + std::to_string(code)),
+          object_(std::move(object)),
+          code_(code) {}
+
+    const std::wstring& Object() const { return object_; }
+    std::uint32_t Code() const { return code_; }
+
+  private:
+    std::wstring object_;
+    std::uint32_t code_;
+};
+
+/// The Win32 error codes that the program's own rules, or the fakes, name.
+namespace errors {
+inline constexpr std::uint32_t FileNotFound = 2;
+inline constexpr std::uint32_t PathNotFound = 3;
+inline constexpr std::uint32_t AccessDenied = 5;
+inline constexpr std::uint32_t SharingViolation = 32;
+inline constexpr std::uint32_t FileExists = 80;
+inline constexpr std::uint32_t DiskFull = 112;
+inline constexpr std::uint32_t InsufficientBuffer = 122;
+inline constexpr std::uint32_t AlreadyExists = 183;
+}  // namespace errors
+
+}  // namespace mip

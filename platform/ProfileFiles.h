@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace mip {
+
+/// Windows initialisation files ("profiles"), in the system code page or UTF-16 with a byte-order mark.
+class ProfileFiles {
+  public:
+    virtual ~ProfileFiles() = default;
+
+    /// The value of a key as the profile services give it (surrounding blanks and one pair of quotes removed), cut to
+    /// `capacity` - 1 characters; "" for an absent file, section or key. `capacity` counts the terminating NUL.
+    virtual std::wstring ReadString(const std::wstring& section, const std::wstring& key, const std::wstring& file,
+                                    std::size_t capacity) = 0;
+};
+
+}  // namespace mip

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "app/Program.h"
+#include "platform/Shell.h"
+
+namespace mip {
+
+/// The browser window to use, and whether an open one was found (1) or a new one started (0).
+struct FoundBrowser {
+    std::unique_ptr<BrowserWindow> Window;  ///< null when no browser automation object can be had
+    int Result = 0;
+};
+
+/// Finds the open browser window that shows the program's start page, or starts a new browser.
+FoundBrowser GetBrowserWindow(const Program& program);
+/// The viewer when it is installed, else the path of the system's browser.
+std::wstring ChooseViewer(const Program& program);
+/// Shows the disc's start page: in the viewer, else in a browser window (waiting until it is loaded), else by the shell.
+/// A missing page does nothing.
+void ShowDiscIndex(Program& program);
+
+}  // namespace mip
