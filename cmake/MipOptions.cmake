@@ -1,0 +1,18 @@
+# Language, warnings and definitions that every target of ours is compiled with.
+add_library(mip_options INTERFACE)
+target_compile_features(mip_options INTERFACE cxx_std_20)
+target_include_directories(mip_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(mip_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+if(WIN32)
+    # 0x0601 is Windows 7, the oldest system that a workshop's computer has.
+    target_compile_definitions(mip_options INTERFACE
+        NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE _WIN32_WINNT=0x0601 WINVER=0x0601)
+endif()
+
+if(MIP_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+    add_link_options(-fsanitize=address,undefined)
+endif()

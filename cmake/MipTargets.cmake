@@ -1,0 +1,64 @@
+# How this project declares its programs and tests. Each function takes the sources after the name and the libraries
+# after LIBS, and declares nothing when it is given no source.
+
+# A target that has no source yet gets an empty one, so that it can be linked.
+function(mip_fill_empty_targets)
+    set(placeholder ${PROJECT_BINARY_DIR}/placeholder.cpp)
+    if(NOT EXISTS ${placeholder})
+        file(WRITE ${placeholder} "// This target has no source of its own yet.\n")
+    endif()
+    foreach(target ${ARGN})
+        if(TARGET ${target})
+            get_target_property(sources ${target} SOURCES)
+            if(NOT sources)
+                target_sources(${target} PRIVATE ${placeholder})
+            endif()
+        endif()
+    endforeach()
+endfunction()
+
+# A Windows program with a window: wide entry point, no console.
+function(mip_windows_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")
+    if(NOT arg_UNPARSED_ARGUMENTS)
+        return()
+    endif()
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE mip_options ${arg_LIBS})
+    target_link_options(${name} PRIVATE -municode -mwindows)
+endfunction()
+
+# A command line tool, for the build machine and for Windows.
+function(mip_tool name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")
+    if(NOT arg_UNPARSED_ARGUMENTS)
+        return()
+    endif()
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE mip_options ${arg_LIBS})
+endfunction()
+
+function(mip_declare_test executable prefix)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LIBS;PROPERTIES")
+    if(NOT arg_UNPARSED_ARGUMENTS)
+        return()
+    endif()
+    add_executable(${executable} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${executable} PRIVATE mip_options ${arg_LIBS} GTest::gtest_main)
+    gtest_discover_tests(${executable}
+        TEST_PREFIX ${prefix}
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 120 ${arg_PROPERTIES})
+endfunction()
+
+# mip_native_test(catalogue a_test.cpp LIBS mip_fakes): the executable native_catalogue, its tests "native.catalogue.*".
+function(mip_native_test name)
+    mip_declare_test(native_${name} native.${name}. ${ARGN})
+endfunction()
+
+# The same for a test that runs as a Windows program under Wine. These tests share one registry, one set of drives and
+# one screen, so they run one after another.
+function(mip_windows_test name)
+    mip_declare_test(windows_${name} windows.${name}. ${ARGN} PROPERTIES RESOURCE_LOCK windows)
+endfunction()

@@ -1,0 +1,2 @@
+// Must not compile: see the test build.MiddleRingCannotSeeWindows.
+#include <windows.h>
