@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace mip {
@@ -14,8 +13,10 @@ class Archives {
 
     /// Extracts with paths. Errors become a non-zero result; nothing is thrown.
     virtual std::int32_t SevenZip(const std::wstring& commandLine) = 0;
-    /// True when the archive opens and its directory lists at least one file.
-    virtual bool ListsFiles(const std::wstring& archive) = 0;
+    /// True when the archive opens, lists at least one file, holds no entry that extraction would refuse, and every
+    /// entry's data agrees with its checksum. Reads the archive to its end, serving the message loop, and writes
+    /// nothing: the last look before an installed edition is removed.
+    virtual bool IsWhole(const std::wstring& archive) = 0;
     /// Total size in bytes of the files that the archive's directory declares; throws PlatformError when it cannot
     /// be read.
     virtual std::uint64_t DeclaredSize(const std::wstring& archive) = 0;

@@ -9,6 +9,7 @@ class Browsers;
 class Clock;
 class Computer;
 class DatabaseEngine;
+class FileVersions;
 class Files;
 class Folders;
 class MessageBoxes;
@@ -23,6 +24,7 @@ struct Platform {
     mip::Files& Files;
     mip::Folders& Folders;
     mip::Volumes& Volumes;
+    mip::FileVersions& FileVersions;
     mip::ProfileFiles& ProfileFiles;
     mip::Registry& Registry;
     mip::Processes& Processes;
