@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "app/Program.h"
 
 namespace mip {
@@ -15,5 +18,11 @@ struct ManualInfoCheck {
 ManualInfoCheck CheckLocalManualInfo(Program& program);
 /// Shows the older entries and asks whether to go on; the box's answer, 6 or 7.
 int AskAboutManualInfo(Program& program, const ManualInfoCheck& check);
+
+/// Before manuals are installed: the disc's file goes to C:\man_info when the copy there is missing or older. Reports
+/// nothing.
+void PrepareManualInfo(Program& program);
+/// After all manuals are installed: both of the disc's files go to InstallDir, over older copies. Reports nothing.
+void PlaceManualInfo(Program& program);
 
 }  // namespace mip

@@ -1,0 +1,99 @@
+#include "install/Editions.h"
+
+#include <cwctype>
+#include <exception>
+#include <map>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "install/modPdf.h"
+#include "platform/Archives.h"
+#include "platform/Files.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::size_t EditionDigit = 4;
+
+/// Bytes of all files below a folder; 0 when it cannot be listed.
+double FolderBytes(Platform& platform, const std::wstring& folder) {
+    double bytes = 0;
+    std::vector<std::wstring> open{folder};
+    try {
+        while (!open.empty()) {
+            const std::wstring current = open.back();
+            open.pop_back();
+            const FolderListing listing = platform.Folders.List(current);
+            for (const std::wstring& name : listing.Files) {
+                bytes += static_cast<double>(platform.Files.Status(JoinPath(current, name)).Size);
+            }
+            for (const std::wstring& name : listing.Subfolders) {
+                open.push_back(JoinPath(current, name));
+            }
+        }
+    } catch (const std::exception&) {
+        return 0;
+    }
+    return bytes;
+}
+
+/// Bytes that each drive must have free before the manual is installed.
+std::map<std::wstring, double> NeededBytes(const Program& program, const DiscCatalogueRecord& manual) {
+    Platform& platform = program.Platform;
+    std::map<std::wstring, double> needed;
+    const auto need = [&](const std::wstring& path, double bytes) {
+        needed[ToUpper(platform.Volumes.DriveName(path))] += bytes;
+    };
+    if (manual.PdfForm == L"1") {
+        need(program.Installation.InstallPath, FolderBytes(platform, manual.SourcePath));
+    } else {
+        const auto bytes = static_cast<double>(platform.Archives.DeclaredSize(manual.SourcePath));
+        need(program.Paths.UnZipTempPath, bytes);
+        need(program.Installation.InstallPath, bytes);
+    }
+    return needed;
+}
+
+}  // namespace
+
+std::wstring BaseEditionOf(const std::wstring& pubNo) {
+    if (pubNo.size() <= EditionDigit || pubNo[EditionDigit] < L'0' || pubNo[EditionDigit] > L'9') {
+        throw ConversionError();
+    }
+    if (pubNo[EditionDigit] == L'0') {
+        return {};
+    }
+    std::wstring base = pubNo;
+    base[EditionDigit] = L'0';
+    return base;
+}
+
+bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual) {
+    Platform& platform = program.Platform;
+    try {
+        for (const auto& [drive, bytes] : NeededBytes(program, manual)) {
+            if (drive.empty()) {
+                continue;
+            }
+            const double free = platform.Volumes.FreeBytes(drive + L"\\");
+            const bool frees = ToUpper(platform.Volumes.DriveName(manual.InstalledPath)) == drive;
+            if (free < bytes && free + (frees ? FolderBytes(platform, manual.InstalledPath) : 0) < bytes) {
+                return false;
+            }
+        }
+    } catch (const std::exception&) {
+        return true;
+    }
+    return true;
+}
+
+bool IsManualWhole(const Program& program, const DiscCatalogueRecord& manual) {
+    if (manual.PdfForm == L"1") {
+        return RootedManualPdfExists(program, manual.FolderName, manual.Pub_No);
+    }
+    return program.Platform.Archives.IsWhole(manual.SourcePath);
+}
+
+}  // namespace mip

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/Program.h"
+
+namespace mip {
+
+/// The base edition of a publication: the same number with 0 as its fifth character. "" for a base edition itself.
+/// Throws ConversionError when the fifth character is not a digit.
+std::wstring BaseEditionOf(const std::wstring& pubNo);
+
+/// True when the drives have room for the manual's files: the archive's contents twice while it is extracted and
+/// copied, once for a PDF manual. The installed edition, which makes room first, counts in its favour. What cannot
+/// be found out does not stop the manual here; extraction or copy will tell.
+bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual);
+
+/// True when the disc's edition can be read from beginning to end, so that the installed one may go.
+bool IsManualWhole(const Program& program, const DiscCatalogueRecord& manual);
+
+}  // namespace mip

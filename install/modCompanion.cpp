@@ -1,0 +1,89 @@
+#include "install/modCompanion.h"
+
+#include <exception>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "install/modShell.h"
+#include "install/modShortcut.h"
+#include "platform/FileVersions.h"
+#include "platform/Files.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::int16_t ShortcutNameMessage = 43;
+constexpr std::int16_t ManagerFailedMessage = 18;
+constexpr std::int16_t WhatNowMessage = 24;
+
+void MakeManagerShortcut(Program& program) {
+    if (program.Settings.ShortcutIconFlag == 0) {
+        return;
+    }
+    const std::wstring name = GetMessageText(program, ShortcutNameMessage);
+    CreateProgramShortcut(program.Platform, GetShortcutPath(program.Platform, specialFolders::Programs, name),
+                          JoinPath(program.Paths.InstallDir, program.Settings.McpExeName));
+}
+
+/// Runs a setup that reports through a log: only the log of this run counts, and it does not stay.
+bool RunLoggedSetup(Program& program, const std::wstring& commandLine, const std::wstring& logFile) {
+    Platform& platform = program.Platform;
+    try {
+        DeleteFileForced(platform, logFile);
+        if (!RunAndWait(platform, commandLine) || !platform.Files.Exists(logFile)) {
+            return false;
+        }
+        const std::int32_t result = TextToInt32(ReadLastLine(platform, logFile));
+        DeleteFileForced(platform, logFile);
+        return result == 0;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+bool InstallManagerProgram(Program& program, const std::wstring& setupPath) {
+    try {
+        (void)RunAndWait(program.Platform, setupPath + L" /VERYSILENT /SP-");
+        if (program.Platform.Files.Exists(setupPath)) {
+            MakeManagerShortcut(program);
+            return true;
+        }
+    } catch (const std::exception&) {
+        return false;
+    }
+    program.Outcome.ResultMessage = GetMessageText(program, ManagerFailedMessage);
+    program.Outcome.ResultSubMessage = GetMessageText(program, WhatNowMessage);
+    return false;
+}
+
+bool InstallLinkProgram(Program& program, const std::wstring& setupPath) {
+    return RunLoggedSetup(program, setupPath + L" 1", JoinPath(program.Paths.LinkFolderPath, L"setup.log"));
+}
+
+bool InstallViewerProgram(Program& program, const std::wstring& setupPath) {
+    const std::wstring& viewer = program.Paths.ViewerExePath;
+    const std::wstring folder = viewer.substr(0, viewer.rfind(L'\\'));
+    return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", JoinPath(folder, L"setup.log"));
+}
+
+std::wstring ReadLastLine(Platform& platform, const std::wstring& file) {
+    const auto lines = SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer));
+    return lines.empty() ? std::wstring() : lines.back();
+}
+
+std::optional<FileVersionNumbers> GetFileVersionNumbers(Platform& platform, const std::wstring& file) {
+    try {
+        const FixedFileVersion version = platform.FileVersions.Read(file);
+        return FileVersionNumbers{version.Most >> 16, version.Most & 0xFFFF, version.Least >> 16,
+                                  version.Least & 0xFFFF};
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace mip

@@ -1,0 +1,250 @@
+#include "install/modManualInstall.h"
+
+#include <exception>
+
+#include "app/ExitCode.h"
+#include "app/modFile.h"
+#include "app/modRegistry.h"
+#include "app/modSysParameter.h"
+#include "catalogue/modCarInfo.h"
+#include "catalogue/modMdbUpgrade.h"
+#include "install/RunMessages.h"
+#include "install/modCompanion.h"
+#include "install/modPdf.h"
+#include "manualinfo/modManualInfo.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+
+namespace mip {
+
+namespace {
+
+/// A step's captions: before, while running, when done.
+struct StepCaptions {
+    std::int16_t Before;
+    std::int16_t Running;
+    std::int16_t Done;
+};
+
+StepCaptions CaptionsOf(Step step) {
+    switch (step) {
+        case Step::Programs:
+            return {9, 10, 11};
+        case Step::Catalogue:
+            return {12, 13, 14};
+        case Step::Manuals:
+            return {15, 16, 17};
+    }
+    return {};
+}
+
+/// Runs one step; whatever it throws is its failure.
+template <typename StepFunction>
+bool Trapped(StepFunction step) {
+    try {
+        return step();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+InstallationDriver::InstallationDriver(Program& program, InstallationView& view)
+    : program_(program), view_(view), bars_(view), worker_(program, view, bars_) {}
+
+void InstallationDriver::FormLoad() {
+    program_.WindowTitle = GetMessageText(program_, messages::Caption);
+    view_.SetCaption(program_.WindowTitle);
+    for (const Step step : {Step::Programs, Step::Catalogue, Step::Manuals}) {
+        ShowWaiting(step);
+    }
+    program_.Outcome.ResultMessage.clear();
+    program_.Outcome.ResultSubMessage.clear();
+    bars_.HideAll();
+}
+
+bool InstallationDriver::RunInstallation() {
+    program_.Outcome.ResultKind = false;
+    program_.Outcome.InstallCancelled = false;
+    program_.Outcome.ManagerInstalled = false;
+    program_.Outcome.ManualsRecorded = 0;
+
+    view_.SetBusyPointer(true);
+    const bool succeeded = RunSteps();
+    WaitSeconds(program_.Platform.Clock, 1);
+    view_.SetBusyPointer(false);
+
+    CloseOutcome(succeeded);
+    return succeeded;
+}
+
+bool InstallationDriver::RunSteps() {
+    return Trapped([this] { return StepManagerProgram(); }) && Trapped([this] { return StepCompanionPrograms(); }) &&
+           Trapped([this] { return StepCatalogue(); }) && Trapped([this] { return StepManuals(); });
+}
+
+bool InstallationDriver::StepManagerProgram() {
+    ShowRunning(Step::Programs);
+    const std::wstring setupPath = FindManagerSetup();
+    if (IsManagerUpToDate(setupPath)) {
+        program_.Log.Write(L"manager", L"", L"up to date");
+        WaitSeconds(program_.Platform.Clock, 1);
+    } else {
+        const bool installed = InstallManagerProgram(program_, setupPath);
+        program_.Log.Write(L"manager", L"", installed ? L"set up" : L"failed");
+        if (!installed) {
+            WaitSeconds(program_.Platform.Clock, 2);
+            return false;
+        }
+        program_.Outcome.ManagerInstalled = true;
+        StampManagerVersion();
+    }
+
+    const bool upgraded = CheckDatabaseVersion(program_);
+    program_.Log.Write(L"catalogue database", L"", upgraded ? L"current" : L"upgrade failed");
+    if (!upgraded) {
+        Fail(messages::UpgradeFailed);
+        WaitSeconds(program_.Platform.Clock, 2);
+        return false;
+    }
+    WaitSeconds(program_.Platform.Clock, 1);
+    return true;
+}
+
+std::wstring InstallationDriver::FindManagerSetup() const {
+    const std::wstring tail = L"programs\\man_manager\\setup.exe";
+    const std::wstring onDisc = program_.Paths.DiscRootPath + tail;
+    return program_.Platform.Files.Exists(onDisc) ? onDisc : program_.Paths.SecondDiscBase + tail;
+}
+
+bool InstallationDriver::IsManagerUpToDate(const std::wstring& setupPath) const {
+    const std::wstring installed = JoinPath(program_.Paths.InstallDir, program_.Settings.McpExeName);
+    const std::wstring onDisc = JoinPath(GetParentFolder(setupPath), program_.Settings.McpExeName);
+    return program_.Platform.Files.Exists(installed) && !IsFileOutdated(program_.Platform, installed, onDisc);
+}
+
+void InstallationDriver::StampManagerVersion() {
+    const auto version =
+        GetFileVersionNumbers(program_.Platform, JoinPath(program_.Paths.InstallDir, program_.Settings.McpExeName));
+    if (!version) {
+        return;
+    }
+    const auto& [first, second, third, fourth] = *version;
+    (void)third;  // the manager's version is known to its users without it
+    const bool written = WriteVersionStamp(
+        program_, std::to_wstring(first) + L"." + std::to_wstring(second) + L"." + std::to_wstring(fourth));
+    program_.Log.Write(L"version stamp", L"", written ? L"written" : L"not written");
+}
+
+bool InstallationDriver::StepCompanionPrograms() {
+    if (!SetUpCompanion(L"manual_link", InstallLinkProgram) || !SetUpCompanion(L"View", InstallViewerProgram)) {
+        WaitSeconds(program_.Platform.Clock, 2);
+        Fail(messages::CompanionFailed);
+        return false;
+    }
+    ReadInstallPaths(program_);
+    WaitSeconds(program_.Platform.Clock, 1);
+    ShowDone(Step::Programs);
+    return true;
+}
+
+/// True when the program was set up, is not on the disc, or the user goes on without it.
+bool InstallationDriver::SetUpCompanion(const std::wstring& name, bool (*install)(Program&, const std::wstring&)) {
+    const std::wstring setupPath = program_.Paths.DiscRootPath + L"programs\\" + name + L"\\setup.exe";
+    if (!program_.Platform.Files.Exists(setupPath)) {
+        return true;
+    }
+    const bool installed = install(program_, setupPath);
+    program_.Log.Write(name, L"", installed ? L"set up" : L"failed");
+    if (installed) {
+        return true;
+    }
+    const int answer = program_.Platform.MessageBoxes.Show(
+        GetMessageText(program_, messages::CompanionFailed) + GetMessageText(program_, messages::GoOnWithoutCompanion),
+        boxes::Exclamation | boxes::YesNo | boxes::SecondButtonDefault, GetMessageText(program_, messages::Caption));
+    return answer != boxes::AnswerNo;
+}
+
+bool InstallationDriver::StepCatalogue() {
+    ShowRunning(Step::Catalogue);
+    program_.DiscCatalogue.Clear();
+    const bool scanned = ScanDiscCatalogue(program_);
+    program_.Log.Write(L"disc", L"",
+                       scanned ? std::to_wstring(program_.DiscCatalogue.LastIndex()) + L" manuals"
+                               : L"failed " + program_.DiscCatalogue.CatalogueErrorText);
+    WaitSeconds(program_.Platform.Clock, 2);
+    if (!scanned) {
+        program_.Outcome.ResultMessage = program_.DiscCatalogue.CatalogueErrorCaption;
+        program_.Outcome.ResultSubMessage = program_.DiscCatalogue.CatalogueErrorText;
+        if (program_.Outcome.ResultMessage.empty()) {
+            Fail(messages::DiscUnreadable);
+        }
+        return false;
+    }
+    ShowDone(Step::Catalogue);
+    return true;
+}
+
+bool InstallationDriver::StepManuals() {
+    ShowRunning(Step::Manuals);
+    PrepareManualInfo(program_);
+    if (!worker_.InstallAllManuals()) {
+        WaitSeconds(program_.Platform.Clock, 2);
+        return false;
+    }
+    PlaceManualInfo(program_);
+    WaitSeconds(program_.Platform.Clock, 2);
+    ShowDone(Step::Manuals);
+    return true;
+}
+
+void InstallationDriver::Timer1() {
+    bars_.Creep(Bar::SevenZip, 1, static_cast<float>(program_.Settings.ZipExtractTime));
+    program_.Platform.Clock.Yield();
+}
+
+void InstallationDriver::Timer2() {
+    bars_.Creep(Bar::Pdf, 5, static_cast<float>(program_.Settings.ZipExtractTime));
+    program_.Platform.Clock.Yield();
+}
+
+void InstallationDriver::ShowWaiting(Step step) {
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Before), false, frameColours::Waiting);
+}
+
+void InstallationDriver::ShowRunning(Step step) {
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Running), true, frameColours::Running);
+    program_.Platform.Clock.Yield();
+}
+
+void InstallationDriver::ShowDone(Step step) {
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Done), false, frameColours::Done);
+    program_.Platform.Clock.Yield();
+}
+
+/// A failed run always says so: a step that was stopped by an unforeseen error leaves no text of its own.
+void InstallationDriver::CloseOutcome(bool succeeded) {
+    Outcome& outcome = program_.Outcome;
+    outcome.ResultKind = succeeded;
+    outcome.RunFinished = true;
+    if (!succeeded && outcome.ResultMessage.empty()) {
+        Fail(messages::Unforeseen);
+    }
+    const bool changedSomething = outcome.ManagerInstalled || outcome.ManualsRecorded > 0;
+    ExitCode code = ExitCode::Done;
+    if (!succeeded) {
+        code = !outcome.InstallCancelled ? ExitCode::FailedPartWay
+               : changedSomething        ? ExitCode::CancelledPartWay
+                                         : ExitCode::NotAccepted;
+    }
+    outcome.ExitCode = static_cast<std::uint32_t>(code);
+    program_.Log.Write(L"run", L"", succeeded ? L"done" : outcome.ResultMessage);
+}
+
+void InstallationDriver::Fail(std::int16_t message) {
+    FailRun(program_, message);
+}
+
+}  // namespace mip

@@ -1,0 +1,87 @@
+#include "install/modPdf.h"
+
+#include <exception>
+
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "platform/Computer.h"
+#include "platform/Files.h"
+#include "security/modAcl.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::int16_t PdfFileNameMessage = 60;
+
+/// The stamp as Forms Data Format 1.2 (PDF reference, "Forms Data Format"): one field and the PDF that it belongs to.
+std::wstring StampText(const std::wstring& version, const std::wstring& pdfFileName) {
+    const std::wstring lines[] = {
+        L"%FDF-1.2",
+        L"1 0 obj",
+        L"<<",
+        L"/FDF << /Fields [",
+        L"<< /V (Ver " + version + L")/T (ver_mam_man)>> ]",
+        L"/F (./" + pdfFileName + L") >>",
+        L">>",
+        L"endobj",
+        L"trailer",
+        L"<<",
+        L"/Root 1 0 R",
+        L"",
+        L">>",
+        L"%%EOF",
+    };
+    std::wstring text;
+    for (const std::wstring& line : lines) {
+        text += line + L"\r\n";
+    }
+    return text;
+}
+
+void ClearReadOnly(Files& files, const std::wstring& path) {
+    if (files.Exists(path) && (files.Status(path).Attributes & attributes::ReadOnly) != 0) {
+        files.SetAttributes(path, attributes::Normal);
+    }
+}
+
+bool FileExists(Platform& platform, const std::wstring& path) {
+    try {
+        return platform.Files.Exists(path);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+std::wstring GetManualPdfPath(const std::wstring& manualFolder, const std::wstring& pdfName) {
+    return manualFolder + L"\\contents\\" + pdfName + L".pdf";
+}
+
+std::wstring GetRootedManualPdfPath(const Program& program, const std::wstring& manualFolder,
+                                    const std::wstring& pdfName) {
+    return GetManualPdfPath(program.Paths.DiscRootPath + manualFolder, pdfName);
+}
+
+bool ManualPdfExists(Platform& platform, const std::wstring& manualFolder, const std::wstring& pdfName) {
+    return FileExists(platform, GetManualPdfPath(manualFolder, pdfName));
+}
+
+bool RootedManualPdfExists(const Program& program, const std::wstring& manualFolder, const std::wstring& pdfName) {
+    return FileExists(program.Platform, GetRootedManualPdfPath(program, manualFolder, pdfName));
+}
+
+bool WriteVersionStamp(Program& program, const std::wstring& version) {
+    try {
+        const std::wstring path = program.Paths.InstallDir + L"\\mam_man.fdf";
+        ClearReadOnly(program.Platform.Files, path);
+        const std::wstring text = StampText(version, GetMessageText(program, PdfFileNameMessage));
+        program.Platform.Files.Write(path, program.Platform.Computer.ToSystemCodePage(text));
+        return GrantFullAccess(program, path);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace mip
