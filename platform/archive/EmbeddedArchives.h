@@ -16,7 +16,7 @@ class EmbeddedArchives : public Archives {
 
     /// Results: 0 done, 2 failed, 7 the command line is not one that this extractor knows.
     std::int32_t SevenZip(const std::wstring& commandLine) override;
-    bool ListsFiles(const std::wstring& archive) override;
+    bool IsWhole(const std::wstring& archive) override;
     std::uint64_t DeclaredSize(const std::wstring& archive) override;
 
   private:
