@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/CommandLine.h"
+#include "app/RunBoxes.h"
 #include "app/RunLog.h"
 #include "catalogue/DiscCatalogue.h"
 #include "catalogue/InstalledRecord.h"
@@ -60,10 +61,10 @@ struct Outcome {
     std::wstring ResultMessage;
     std::wstring ResultSubMessage;
     bool InstallCancelled = false;
-    bool ManagerInstalled = false;    ///< the manager program's setup ran in this run
-    int ManualsRecorded = 0;          ///< manuals recorded in this run
-    bool RunFinished = false;         ///< an installation run has ended since the program started
-    std::uint32_t ExitCode = 0;       ///< what the process ends with, see app/ExitCode.h
+    bool ManagerInstalled = false;  ///< the manager program's setup ran in this run
+    int ManualsRecorded = 0;        ///< manuals recorded in this run
+    bool RunFinished = false;       ///< an installation run has ended since the program started
+    std::uint32_t ExitCode = 0;     ///< what the process ends with, see app/ExitCode.h
 };
 
 /// The installation run's own values.
@@ -86,11 +87,19 @@ struct Identity {
 
 /// All state of one process. Functions ask for the part that they need.
 struct Program {
-    explicit Program(mip::Platform& platform) : Platform(platform) {}
+    explicit Program(const mip::Platform& platform);
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
 
-    mip::Platform& Platform;
     mip::Switches Switches;
     RunLog Log;
+
+  private:
+    RunBoxes runBoxes_;
+    mip::Platform runPlatform_;  ///< the computer, with the boxes of a quiet run kept from the screen
+
+  public:
+    mip::Platform& Platform;
     mip::Settings Settings;
     mip::Paths Paths;
     mip::Identity Identity;

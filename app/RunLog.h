@@ -15,13 +15,14 @@ class RunLog {
     /// Starts the log anew; throws PlatformError when the file cannot be created.
     RunLog(Files& files, Clock& clock, std::wstring path);
 
+    /// Adds one line at once, so that the log is complete up to the moment of a crash. Line ends and tabs inside the
+    /// texts become blanks.
     void Write(const std::wstring& step, const std::wstring& publication, const std::wstring& outcome);
 
   private:
     Files* files_ = nullptr;
     Clock* clock_ = nullptr;
     std::wstring path_;
-    std::string text_;
 };
 
 }  // namespace mip

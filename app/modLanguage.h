@@ -8,6 +8,7 @@ namespace mip {
 class Computer;
 
 /// The language code of the user's default locale: "11" Japanese, "09" English, "04S" and "04T" Chinese, ...
+/// English when the locale cannot be asked.
 std::wstring GetLanguageCode(Computer& computer);
 /// Maps four hexadecimal digits of a language identifier to the code.
 std::wstring LanguageCodeOf(const std::wstring& identifier);

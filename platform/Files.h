@@ -49,6 +49,8 @@ class Files {
     virtual std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) = 0;
     /// Creates or replaces the file with these bytes.
     virtual void Write(const std::wstring& path, const std::string& bytes) = 0;
+    /// Adds these bytes to the end of the file, which is created where needed.
+    virtual void Append(const std::wstring& path, const std::string& bytes) = 0;
 };
 
 /// What a folder holds, names only, in the order in which the file system lists them.

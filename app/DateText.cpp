@@ -1,0 +1,111 @@
+#include "app/DateText.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+
+namespace mip {
+namespace {
+
+using std::chrono::days;
+using std::chrono::hours;
+using std::chrono::minutes;
+using std::chrono::seconds;
+using std::chrono::year_month_day;
+
+std::wstring Padded(int value, std::size_t width) {
+    std::wstring digits = std::to_wstring(value);
+    return digits.size() < width ? std::wstring(width - digits.size(), L'0') + digits : digits;
+}
+
+std::wstring FormatDate(const year_month_day& date) {
+    return Padded(static_cast<int>(date.year()), 4) + L'/' +
+           Padded(static_cast<int>(static_cast<unsigned>(date.month())), 2) + L'/' +
+           Padded(static_cast<int>(static_cast<unsigned>(date.day())), 2);
+}
+
+/// A run of digits at the front, taken off the text. Throws when its length is outside the limits.
+int TakeNumber(std::wstring_view& text, std::size_t minimum, std::size_t maximum) {
+    int value = 0;
+    std::size_t length = 0;
+    while (length < text.size() && text[length] >= L'0' && text[length] <= L'9' && length < maximum) {
+        value = value * 10 + (text[length] - L'0');
+        ++length;
+    }
+    if (length < minimum) {
+        throw ConversionError();
+    }
+    text.remove_prefix(length);
+    return value;
+}
+
+void TakeCharacter(std::wstring_view& text, wchar_t expected) {
+    if (!text.starts_with(expected)) {
+        throw ConversionError();
+    }
+    text.remove_prefix(1);
+}
+
+std::chrono::local_days TakeDate(std::wstring_view& text) {
+    const int year = TakeNumber(text, 4, 4);
+    const wchar_t separator = text.starts_with(L'-') ? L'-' : L'/';
+    TakeCharacter(text, separator);
+    const int month = TakeNumber(text, 1, 2);
+    TakeCharacter(text, separator);
+    const int day = TakeNumber(text, 1, 2);
+    const year_month_day date{std::chrono::year{year}, std::chrono::month{static_cast<unsigned>(month)},
+                              std::chrono::day{static_cast<unsigned>(day)}};
+    if (!date.ok()) {
+        throw ConversionError();
+    }
+    return std::chrono::local_days{date};
+}
+
+seconds TakeTime(std::wstring_view& text) {
+    const int hour = TakeNumber(text, 1, 2);
+    TakeCharacter(text, L':');
+    const int minute = TakeNumber(text, 2, 2);
+    TakeCharacter(text, L':');
+    const int second = TakeNumber(text, 2, 2);
+    if (hour > 23 || minute > 59 || second > 59) {
+        throw ConversionError();
+    }
+    return hours{hour} + minutes{minute} + seconds{second};
+}
+
+}  // namespace
+
+std::wstring FormatDateTime(DateTime time) {
+    const auto day = std::chrono::floor<days>(time);
+    const std::chrono::hh_mm_ss clock{time - day};
+    return FormatDate(year_month_day{day}) + L' ' + Padded(static_cast<int>(clock.hours().count()), 2) + L':' +
+           Padded(static_cast<int>(clock.minutes().count()), 2) + L':' +
+           Padded(static_cast<int>(clock.seconds().count()), 2);
+}
+
+std::wstring FormatMonthYear(DateTime time) {
+    static constexpr std::array names{L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun",
+                                      L"Jul", L"Aug", L"Sep", L"Oct", L"Nov", L"Dec"};
+    const year_month_day date{std::chrono::floor<days>(time)};
+    return std::wstring(names[static_cast<unsigned>(date.month()) - 1]) + L' ' +
+           Padded(static_cast<int>(date.year()), 4);
+}
+
+DateTime ParseDateTime(std::wstring_view text) {
+    text = TrimBlanks(text);
+    DateTime time = TakeDate(text);
+    if (!text.empty()) {
+        TakeCharacter(text, L' ');
+        text = TrimBlanks(text);
+        time += TakeTime(text);
+    }
+    if (!text.empty()) {
+        throw ConversionError();
+    }
+    return time;
+}
+
+}  // namespace mip

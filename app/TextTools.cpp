@@ -1,0 +1,141 @@
+#include "app/TextTools.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "app/UnicodeText.h"
+#include "platform/Computer.h"
+
+namespace mip {
+namespace {
+
+/// A range of small letters, and how far below each of them its capital stands.
+struct SmallLetters {
+    wchar_t First;
+    wchar_t Last;
+    wchar_t Distance;
+};
+
+/// Latin, Greek, Cyrillic and full-width Latin: the alphabets of the languages that manuals come in. The text must not
+/// depend on the C library's locale.
+constexpr std::array smallLetters{
+    SmallLetters{L'a', L'z', 32},     SmallLetters{0x00E0, 0x00F6, 32}, SmallLetters{0x00F8, 0x00FE, 32},
+    SmallLetters{0x03B1, 0x03C1, 32}, SmallLetters{0x03C3, 0x03C9, 32}, SmallLetters{0x0430, 0x044F, 32},
+    SmallLetters{0x0450, 0x045F, 80}, SmallLetters{0xFF41, 0xFF5A, 32},
+};
+
+wchar_t UpperOf(wchar_t character) {
+    for (const SmallLetters& range : smallLetters) {
+        if (character >= range.First && character <= range.Last) {
+            return static_cast<wchar_t>(character - range.Distance);
+        }
+    }
+    return character;
+}
+
+wchar_t LowerOf(wchar_t character) {
+    for (const SmallLetters& range : smallLetters) {
+        if (character >= range.First - range.Distance && character <= range.Last - range.Distance) {
+            return static_cast<wchar_t>(character + range.Distance);
+        }
+    }
+    return character;
+}
+
+template <typename Change>
+std::wstring Changed(std::wstring_view text, Change change) {
+    std::wstring result(text);
+    std::transform(result.begin(), result.end(), result.begin(), change);
+    return result;
+}
+
+}  // namespace
+
+std::wstring ReplaceAll(std::wstring_view text, std::wstring_view from, std::wstring_view to) {
+    if (from.empty()) {
+        return std::wstring(text);
+    }
+    std::wstring result;
+    std::size_t start = 0;
+    for (std::size_t found = text.find(from); found != std::wstring_view::npos; found = text.find(from, start)) {
+        result.append(text, start, found - start).append(to);
+        start = found + from.size();
+    }
+    return result.append(text.substr(start));
+}
+
+std::wstring_view TrimBlanks(std::wstring_view text) {
+    const std::size_t first = text.find_first_not_of(L' ');
+    return first == std::wstring_view::npos ? std::wstring_view{}
+                                            : text.substr(first, text.find_last_not_of(L' ') - first + 1);
+}
+
+std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator) {
+    std::vector<std::wstring> parts;
+    std::size_t start = 0;
+    for (std::size_t found = text.find(separator); found != std::wstring_view::npos;
+         found = text.find(separator, start)) {
+        parts.emplace_back(text.substr(start, found - start));
+        start = found + 1;
+    }
+    parts.emplace_back(text.substr(start));
+    return parts;
+}
+
+std::wstring ToUpper(std::wstring_view text) {
+    return Changed(text, UpperOf);
+}
+
+std::wstring ToLower(std::wstring_view text) {
+    return Changed(text, LowerOf);
+}
+
+std::wstring CutAtNul(const std::wstring& text) {
+    return text.substr(0, text.find(L'\0'));
+}
+
+std::string ToUtf8(std::wstring_view text) {
+    std::string bytes;
+    while (!text.empty()) {
+        AppendUtf8(bytes, TakeCodePoint(text));
+    }
+    return bytes;
+}
+
+std::wstring FromUtf8(std::string_view bytes) {
+    std::wstring text;
+    while (!bytes.empty()) {
+        AppendCodePoint(text, TakeUtf8(bytes));
+    }
+    return text;
+}
+
+std::wstring DecodeTextFile(const std::string& bytes, Computer& computer) {
+    const std::string_view view = bytes;
+    if (view.starts_with("\xFF\xFE")) {
+        return FromUtf16(view.substr(2), ByteOrder::LowFirst);
+    }
+    if (view.starts_with("\xFE\xFF")) {
+        return FromUtf16(view.substr(2), ByteOrder::HighFirst);
+    }
+    if (view.starts_with("\xEF\xBB\xBF")) {
+        return FromUtf8(view.substr(3));
+    }
+    return computer.FromSystemCodePage(bytes);
+}
+
+std::vector<std::wstring> SplitLines(std::wstring_view text) {
+    std::vector<std::wstring> lines = Split(text, L'\n');
+    if (lines.back().empty()) {
+        lines.pop_back();
+    }
+    for (std::wstring& line : lines) {
+        if (line.ends_with(L'\r')) {
+            line.pop_back();
+        }
+    }
+    return lines;
+}
+
+}  // namespace mip

@@ -1,0 +1,158 @@
+#include "app/modFile.h"
+
+#include "app/Program.h"
+#include "app/TextTools.h"
+#include "install/modShell.h"
+#include "platform/Clock.h"
+#include "platform/Computer.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+#include "platform/PlatformError.h"
+#include "security/modAcl.h"
+
+namespace mip {
+namespace {
+
+/// The attributes that can be cleared; others (compressed, not indexed) say how the file is stored.
+constexpr std::uint32_t ClearableAttributes =
+    attributes::ReadOnly | attributes::Hidden | attributes::System | attributes::Archive;
+
+/// Deletes a file that is known to exist.
+void RemoveForced(Platform& platform, const std::wstring& file) {
+    if ((platform.Files.Status(file).Attributes & ClearableAttributes) != 0) {
+        platform.Files.SetAttributes(file, attributes::Normal);
+        PauseSeconds(platform.Clock, 1);
+    }
+    platform.Files.Remove(file);
+}
+
+/// Gives other programs (a virus scanner, the system's own services) time with a file between two steps.
+void PauseBetweenSteps(Platform& platform) {
+    PauseSeconds(platform.Clock, 1);
+    platform.Clock.Yield();
+}
+
+}  // namespace
+
+std::wstring QuoteSql(std::wstring_view value) {
+    return L"'" + ReplaceAll(value, L"'", L"''") + L"'";
+}
+
+std::wstring GetLoginUserName(Platform& platform) {
+    try {
+        return CutAtNul(platform.Computer.UserName());
+    } catch (const PlatformError&) {
+        return L"";
+    }
+}
+
+std::wstring GetParentFolder(const std::wstring& path) {
+    const std::size_t last = path.rfind(L'\\');
+    return last == std::wstring::npos ? path : ReplaceAll(path, path.substr(last), L"");
+}
+
+std::wstring LastComponent(const std::wstring& path) {
+    const std::size_t last = path.rfind(L'\\');
+    return last == std::wstring::npos ? path : path.substr(last + 1);
+}
+
+std::wstring JoinPath(std::wstring_view folder, std::wstring_view name) {
+    while (folder.ends_with(L'\\')) {
+        folder.remove_suffix(1);
+    }
+    while (name.starts_with(L'\\')) {
+        name.remove_prefix(1);
+    }
+    return std::wstring(folder) + L'\\' + std::wstring(name);
+}
+
+std::wstring TrimFolderPath(const std::wstring& path) {
+    const bool afterColon = path.size() > 1 && path[path.size() - 2] == L':';
+    return path.ends_with(L'\\') || afterColon ? path.substr(0, path.size() - 1) : path;
+}
+
+void ClearFolder(Program& program, const std::wstring& folder) {
+    RemoveFolder(program, folder);
+    MakeFolder(program.Platform, folder);
+}
+
+bool RemoveFolder(Program& program, const std::wstring& folder) {
+    return RunAndWait(program.Platform, program.Paths.RmDirBatPath + L" \"" + folder + L"\"");
+}
+
+bool MakeFolder(Platform& platform, const std::wstring& folder) {
+    try {
+        platform.Folders.Create(folder);
+        return true;
+    } catch (const PlatformError&) {
+        return false;
+    }
+}
+
+void MakeFolderPath(Platform& platform, const std::wstring& folder) {
+    try {
+        platform.Folders.Create(folder);
+    } catch (const PlatformError& error) {
+        if (error.Code() != errors::PathNotFound) {
+            if (platform.Folders.Exists(folder)) {
+                return;
+            }
+            throw;
+        }
+        const std::size_t last = folder.find_last_of(L'\\');
+        if (last == std::wstring::npos || last == 0 || last + 1 == folder.size()) {
+            throw;
+        }
+        MakeFolderPath(platform, folder.substr(0, last));
+        platform.Folders.Create(folder);
+    }
+}
+
+void CopyFileReplacing(Platform& platform, const std::wstring& source, const std::wstring& destination) {
+    try {
+        platform.Files.CopyToNew(source, destination);
+        return;
+    } catch (const PlatformError& error) {
+        if (error.Code() != errors::FileExists) {
+            throw;
+        }
+    }
+    RemoveForced(platform, destination);
+    platform.Files.CopyToNew(source, destination);
+}
+
+void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination) {
+    Platform& platform = program.Platform;
+    if (platform.Files.Exists(destination)) {
+        RemoveForced(platform, destination);
+        PauseBetweenSteps(platform);
+    }
+    platform.Files.CopyToNew(source, destination);
+    PauseBetweenSteps(platform);
+    platform.Files.SetAttributes(destination, attributes::Normal);
+    PauseBetweenSteps(platform);
+    if (!GrantFullAccess(program, destination)) {
+        platform.MessageBoxes.Show(L"Set Access Error = " + destination, boxes::Ok, L"");
+    }
+}
+
+void DeleteFileForced(Platform& platform, const std::wstring& file) {
+    if (platform.Files.Exists(file)) {
+        RemoveForced(platform, file);
+    }
+}
+
+bool IsFileOutdated(Platform& platform, const std::wstring& first, const std::wstring& second) {
+    return !platform.Files.Exists(second) ||
+           platform.Files.Status(first).Modified < platform.Files.Status(second).Modified;
+}
+
+bool IsFileWritable(Platform& platform, const std::wstring& file) {
+    try {
+        return (platform.Files.Status(file).Attributes & attributes::ReadOnly) == 0;
+    } catch (const PlatformError&) {
+        return false;
+    }
+}
+
+}  // namespace mip

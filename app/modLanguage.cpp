@@ -1,0 +1,41 @@
+#include "app/modLanguage.h"
+
+#include "app/TextTools.h"
+#include "platform/Computer.h"
+#include "platform/PlatformError.h"
+
+namespace mip {
+
+std::wstring GetLanguageCode(Computer& computer) {
+    try {
+        return LanguageCodeOf(computer.LanguageIdentifier());
+    } catch (const PlatformError&) {
+        return L"09";
+    }
+}
+
+std::wstring LanguageCodeOf(const std::wstring& identifier) {
+    const std::wstring digits = ToUpper(identifier.substr(0, 4));
+    if (digits == L"0804" || digits == L"1004") {
+        return L"04S";
+    }
+    if (digits == L"0404" || digits == L"0C04") {
+        return L"04T";
+    }
+    return digits.size() > 2 ? digits.substr(2) : L"";
+}
+
+std::uint16_t MakeLangId(std::uint16_t primary, std::uint16_t sub) {
+    return static_cast<std::uint16_t>(sub * 1024 | primary);
+}
+
+std::uint32_t MakeLcid(std::uint16_t languageId) {
+    constexpr std::uint32_t defaultSortOrder = 0;
+    return defaultSortOrder << 16 | languageId;
+}
+
+std::wstring ScreenFont(const std::wstring& languageCode) {
+    return languageCode == L"11" ? L"MS Pゴシック" : L"Arial";
+}
+
+}  // namespace mip

@@ -1,0 +1,94 @@
+#include "app/modSysParameter.h"
+
+#include <cstddef>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+#include "install/modShell.h"
+#include "platform/Files.h"
+#include "platform/ProfileFiles.h"
+
+namespace mip {
+namespace {
+
+/// Characters of the profile services' buffer, its NUL included.
+constexpr std::size_t ProfileBufferSize = 256;
+
+std::wstring MessageFile(const Program& program, const std::wstring& languageCode) {
+    return program.Paths.SysDirPath + L"\\M" + languageCode + L".ini";
+}
+
+std::wstring ReadValue(Platform& platform, const std::wstring& file, const std::wstring& section,
+                       const std::wstring& key) {
+    try {
+        return CutAtNul(platform.ProfileFiles.ReadString(section, key, file, ProfileBufferSize));
+    } catch (const std::exception&) {
+        return L"";
+    }
+}
+
+void ReadColumnLengths(const Program& program, ColumnLengths& columns) {
+    const auto read = [&program](const wchar_t* key) {
+        return TextToInt16(GetSystemParameter(program, key, ColumnLengthSection));
+    };
+    columns.Pub_No = read(L"Pub_No");
+    columns.Model_desc = read(L"Model_desc");
+    columns.Model_ID = read(L"Model_ID");
+    columns.Version = read(L"Version");
+    columns.Year = read(L"Year");
+    columns.Kubun = read(L"Kubun");
+    columns.Country = read(L"Country");
+    columns.Lang = read(L"Lang");
+    columns.Ldup = read(L"Ldup");
+}
+
+}  // namespace
+
+std::wstring GetProfileValue(Platform& platform, const std::wstring& file, const std::wstring& section,
+                             const std::wstring& key) {
+    return platform.Files.Exists(file) ? ReadValue(platform, file, section, key) : L"";
+}
+
+std::wstring GetSystemParameter(const Program& program, const std::wstring& key, const std::wstring& section) {
+    return GetProfileValue(program.Platform, program.Paths.SysParameterPath, section, key);
+}
+
+std::wstring GetMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key) {
+    const std::wstring file = MessageFile(program, program.Identity.LanguageCode);
+    if (program.Platform.Files.Exists(file)) {
+        return ReadValue(program.Platform, file, section, key);
+    }
+    return GetProfileValue(program.Platform, MessageFile(program, L"09"), section, key);
+}
+
+std::wstring GetMessageText(const Program& program, std::int16_t number) {
+    std::wstring digits = std::to_wstring(number);
+    if (digits.size() < 3) {
+        digits.insert(0, 3 - digits.size(), L'0');
+    }
+    return GetMessageIniValue(program, MessageSection, L"M" + digits);
+}
+
+bool ReadSystemParameters(Program& program) {
+    const auto read = [&program](const wchar_t* key) { return GetSystemParameter(program, key, SystemSection); };
+    Settings& settings = program.Settings;
+    try {
+        settings.LcidFlag = TextToInt16(read(L"LCID_Flg"));
+        settings.ShortcutIconFlag = TextToInt16(read(L"ShortcutIcon"));
+        settings.Kvx3ExeName = read(L"KVX3_EXE_NAME");
+        settings.Kvx3MdbName = read(L"KVX3_MDB_NAME");
+        settings.McpExeName = read(L"MCP_EXE_NAME");
+        settings.ZipExtractTime = TextToInt32(read(L"ZIP_ExtractTime"));
+        settings.Kvx3NewMdbName = read(L"KVX3_NEW_MDB_NAME");
+        ReadColumnLengths(program, settings.Columns);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void WaitSeconds(Clock& clock, std::int16_t seconds) {
+    PauseSeconds(clock, seconds);
+}
+
+}  // namespace mip
