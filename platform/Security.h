@@ -58,8 +58,8 @@ class AccessControl {
     /// The entries of the object's discretionary list, read through the object's security descriptor; nothing when
     /// the object has no such list. An entry that cannot be read is left out.
     virtual std::optional<std::vector<AccessEntry>> ReadEntries(const std::wstring& path) = 0;
-    /// The system's message for an error code, from `messageLibrary` when that is not empty and loads, else from the
-    /// system; "" when there is none.
+    /// The system's message for an error code (0: the thread's last error), from `messageLibrary` when that is not
+    /// empty and loads, else from the system; "" when there is none.
     virtual std::wstring MessageText(std::uint32_t code, const std::wstring& messageLibrary) = 0;
 };
 
