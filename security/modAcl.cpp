@@ -1,0 +1,149 @@
+#include "security/modAcl.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <vector>
+
+#include "app/TextTools.h"
+#include "catalogue/modMDB.h"
+#include "platform/Files.h"
+#include "platform/PlatformError.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::uint8_t AccessDeniedAce = 1;
+// GENERIC_READ, GENERIC_WRITE, GENERIC_EXECUTE and DELETE.
+constexpr std::uint32_t ModifyRights = 0xE0010000;
+constexpr std::uint32_t SetAccess = 2;
+constexpr std::uint32_t ContainersAndObjectsInherit = 3;
+constexpr std::int16_t WalkSlot = 0;
+
+/// A manual whose files may have been delivered in the folder of a variant.
+struct Variant {
+    const wchar_t* PubNo;
+    const wchar_t* VariantPubNo;
+};
+constexpr Variant Variants[] = {{L"K4710MM", L"K4710MMD"}, {L"K4750MM", L"K4750MMA"}};
+
+bool HasIndexPage(Platform& platform, const std::wstring& folder) {
+    return platform.Files.Exists(folder + L"\\index.html");
+}
+
+/// Follows the manual to the variant's folder beside its own when the pages are there.
+void RelinkToVariant(Platform& platform, clsMDB& database, InstalledRecord& record, const std::wstring& variantPubNo) {
+    const std::wstring parent = record.INSPath.substr(0, record.INSPath.rfind(L'\\') + 1);
+    const std::wstring candidate = parent + variantPubNo;
+    if (!platform.Folders.Exists(candidate) || !HasIndexPage(platform, candidate)) {
+        return;
+    }
+    record.INSPath = candidate;
+    record.Adjust_flg = L"0";
+    // The folder is secured below even where its new place could not be recorded.
+    static_cast<void>(ReregisterInstallPath(database, record.Pub_No, candidate));
+}
+
+void SecureInstalledManual(Program& program, clsMDB& database, InstalledRecord& record) {
+    Platform& platform = program.Platform;
+    for (const Variant& variant : Variants) {
+        if (record.Pub_No == variant.PubNo && !HasIndexPage(platform, record.INSPath)) {
+            RelinkToVariant(platform, database, record, variant.VariantPubNo);
+        }
+    }
+    if (platform.Folders.Exists(record.INSPath) && IsNtfsVolume(platform, record.INSPath) &&
+        !UsersHaveModifyAccess(program, record.INSPath)) {
+        static_cast<void>(GrantModifyToUsers(program, record.INSPath));
+    }
+}
+
+/// Account name of a SID on the local system; nothing when it has none.
+std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid& sid) {
+    std::wstring name;
+    std::wstring domain;
+    std::uint32_t nameSize = 0;
+    std::uint32_t domainSize = 0;
+    bool found = accountNames.LookupSid(sid, name, nameSize, domain, domainSize);
+    if (nameSize != 0) {
+        name.assign(nameSize, L' ');
+        domain.assign(domainSize, L' ');
+        found = accountNames.LookupSid(sid, name, nameSize, domain, domainSize);
+    }
+    return found ? std::optional(CutAtNul(name)) : std::nullopt;
+}
+
+}  // namespace
+
+bool SecureInstalledManualFolders(Program& program) {
+    clsMDB database(program.Platform);
+    if (!database.Pcls_MdbOpen(program.Paths.MdbPath)) {
+        return false;
+    }
+    InstalledRecord& record = program.Installed;
+    try {
+        MdbStatus status = ReadAllInstalled(program.Platform, database, WalkSlot, record);
+        while (status == MdbOk) {
+            SecureInstalledManual(program, database, record);
+            status = ReadNextInstalled(program.Platform, database, WalkSlot, record);
+        }
+    } catch (const std::exception&) {
+        return false;
+    }
+    return true;
+}
+
+bool UsersHaveModifyAccess(Program& program, const std::wstring& path) {
+    Platform& platform = program.Platform;
+    const std::wstring users = CutAtNul(program.Identity.FullAccessTrustee);
+    try {
+        const auto entries = platform.AccessControl.ReadEntries(path);
+        return entries && std::ranges::any_of(*entries, [&](const AccessEntry& entry) {
+                   return LookupSidName(platform.AccountNames, entry.Account) == users &&
+                          AceGrantsModify(entry.Type, entry.Mask) == L"1";
+               });
+    } catch (const PlatformError& error) {
+        ShowApiError(platform, error.Code());
+        return false;
+    }
+}
+
+bool GrantModifyToUsers(Program& program, const std::wstring& path) {
+    const ExplicitAccess modify{CutAtNul(program.Identity.FolderTrustee), ModifyRights, SetAccess,
+                                ContainersAndObjectsInherit};
+    try {
+        MergeIntoAccessList(program.Platform.AccessControl, path, modify);
+        return true;
+    } catch (const PlatformError&) {
+        return false;
+    }
+}
+
+std::wstring MaskToLetters(std::uint32_t mask) {
+    struct Right {
+        std::uint32_t Bits;
+        wchar_t Letter;
+    };
+    // File generic read, write and execute, then delete, write DAC and write owner.
+    constexpr Right rights[] = {{0x00120089, L'R'}, {0x00120116, L'W'}, {0x001200A0, L'X'},
+                                {0x00010000, L'D'}, {0x00040000, L'P'}, {0x00080000, L'O'}};
+    constexpr std::uint32_t allRights = 0x001F01FF;
+    if ((mask & allRights) == allRights) {
+        return L"All";
+    }
+    std::wstring letters;
+    for (const Right& right : rights) {
+        if ((mask & right.Bits) == right.Bits) {
+            letters += right.Letter;
+        }
+    }
+    return letters;
+}
+
+std::wstring AceGrantsModify(std::uint8_t aceType, std::uint32_t mask) {
+    // An entry that denies was put there on purpose and is left to stand.
+    const bool counts = aceType == AccessDeniedAce || MaskToLetters(mask) == L"RWXD";
+    return counts ? L"1" : L"0";
+}
+
+}  // namespace mip

@@ -1,0 +1,49 @@
+#include "security/modGetUsersName.h"
+
+#include "platform/PlatformError.h"
+#include "platform/Security.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::uint32_t BuiltinDomain = 32;
+constexpr std::uint32_t UsersAlias = 545;
+constexpr std::size_t BufferSize = 255;
+
+void LookupUsersGroupName(AccountNames& accountNames, const Sid& sid, UsersGroup& group) {
+    std::wstring name(BufferSize, L' ');
+    std::wstring domain(BufferSize, L' ');
+    std::uint32_t nameSize = BufferSize;
+    std::uint32_t domainSize = BufferSize;
+    try {
+        if (accountNames.LookupSid(sid, name, nameSize, domain, domainSize)) {
+            group.UsersGroupName = name;
+        } else {
+            group.UsersNameErrorText = L"Users name get return Error";
+        }
+    } catch (const PlatformError&) {
+        group.UsersNameErrorText = L"Users name get program Error";
+    }
+}
+
+}  // namespace
+
+UsersGroup ResolveUsersGroup(Platform& platform) {
+    UsersGroup group;
+    Sid sid;
+    try {
+        sid = platform.AccountNames.MakeSid({BuiltinDomain, UsersAlias});
+    } catch (const PlatformError&) {
+        group.UsersNameErrorText = L"SID get program Error";
+        return group;
+    }
+    LookupUsersGroupName(platform.AccountNames, sid, group);
+    return group;
+}
+
+std::wstring GetUsersGroupName(Platform& platform) {
+    return ResolveUsersGroup(platform).UsersGroupName;
+}
+
+}  // namespace mip
