@@ -1,0 +1,74 @@
+#include "platform/sqlite/SqliteEngine.h"
+
+#include <utility>
+
+#include "app/TextTools.h"
+#include "platform/sqlite/CatalogueSchema.h"
+#include "platform/sqlite/SqliteConnection.h"
+#include "platform/sqlite/SqliteFunctions.h"
+#include "platform/sqlite/SqliteRecordset.h"
+
+namespace mip {
+namespace {
+
+constexpr int BusyTimeout = 5000;  // milliseconds for another program to finish its change
+
+SqliteDatabase OpenFile(const std::wstring& path, int flags, const std::string& vfsName) {
+    sqlite3* opened = nullptr;
+    const int code = sqlite3_open_v2(ToUtf8(path).c_str(), &opened, flags | SQLITE_OPEN_EXRESCODE,
+                                     vfsName.empty() ? nullptr : vfsName.c_str());
+    SqliteDatabase database(opened, [](sqlite3* handle) { sqlite3_close(handle); });
+    if (code != SQLITE_OK) {
+        throw PlatformError("sqlite3_open_v2", path, static_cast<std::uint32_t>(code));
+    }
+    return database;
+}
+
+/// Nothing here touches the file.
+void Configure(sqlite3* database) {
+    sqlite3_busy_timeout(database, BusyTimeout);
+    // A file from elsewhere may hold anything: its schema is not to run functions or to change itself.
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    RunStatement(database, "PRAGMA synchronous=EXTRA; PRAGMA cell_size_check=ON; PRAGMA temp_store=MEMORY");
+    AddSqliteFunctions(database);
+}
+
+/// Reads the whole file once, so that damage shows now and not in the middle of an installation.
+void CheckWhole(const SqliteDatabase& database, const std::wstring& path) {
+    SqliteRecordset findings(database, L"PRAGMA integrity_check(1)");
+    if (findings.AtEnd() || findings.Field(0) != FieldValue(std::wstring(L"ok"))) {
+        throw PlatformError("integrity_check", path, SQLITE_CORRUPT);
+    }
+}
+
+void CheckCatalogue(sqlite3* database, const std::wstring& path) {
+    if (sqlite3_table_column_metadata(database, "main", "M_manage", "Pub_No", nullptr, nullptr, nullptr, nullptr,
+                                      nullptr) != SQLITE_OK) {
+        throw PlatformError("Open", path, SQLITE_NOTADB);
+    }
+}
+
+}  // namespace
+
+SqliteEngine::SqliteEngine(std::string vfsName) : vfsName_(std::move(vfsName)) {}
+
+std::unique_ptr<DatabaseConnection> SqliteEngine::Open(const std::wstring& path) {
+    const SqliteDatabase database = OpenFile(path, SQLITE_OPEN_READWRITE, vfsName_);
+    Configure(database.get());
+    CheckWhole(database, path);
+    CheckCatalogue(database.get(), path);
+    return std::make_unique<SqliteConnection>(database);
+}
+
+std::unique_ptr<DatabaseConnection> SqliteEngine::Create(const std::wstring& path, std::int16_t layoutVersion) {
+    const SqliteDatabase database =
+        OpenFile(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXCLUSIVE, vfsName_);
+    Configure(database.get());
+    CreateCatalogueTables(database.get(), layoutVersion);
+    return std::make_unique<SqliteConnection>(database);
+}
+
+}  // namespace mip
