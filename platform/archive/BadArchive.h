@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/PlatformError.h"
+
+namespace mip {
+
+/// An archive that is damaged, or that asks for something that extraction refuses. The object is the entry's name, as
+/// far as it is known.
+class BadArchive : public PlatformError {
+  public:
+    explicit BadArchive(std::string_view fault, std::wstring entry = {})
+        : PlatformError(fault, std::move(entry), InvalidData) {}
+
+  private:
+    static constexpr std::uint32_t InvalidData = 13;
+};
+
+}  // namespace mip
