@@ -1,0 +1,114 @@
+#include "tests/native/fakes/FakeProcesses.h"
+
+#include "app/TextTools.h"
+#include "app/modFile.h"
+
+namespace mip {
+
+namespace {
+
+class FakeRunningProcess : public RunningProcess {
+  public:
+    FakeRunningProcess(ScriptedEnd end, Faults& faults) : end_(end), faults_(faults) {}
+
+    std::uint32_t ExitCode() override {
+        faults_.Check("RunningProcess.ExitCode", L"");
+        return end_.Polls-- > 0 ? StillActive : end_.ExitCode;
+    }
+
+  private:
+    ScriptedEnd end_;
+    Faults& faults_;
+};
+
+/// Read-only files are removed too, open ones stay, and a link is removed without what it points to. True when
+/// nothing is left.
+bool RemoveTree(FileTree& tree, const std::wstring& path) {
+    const FileTree::Place place = tree.Locate(path, false);
+    bool empty = true;
+    if (place.Node->Kind == NodeKind::Folder) {
+        const auto children = place.Node->Children;
+        for (const auto& [key, child] : children) {
+            empty = RemoveTree(tree, path + L"\\" + child->Name) && empty;
+        }
+    }
+    if (!empty || place.Node->OpenHandles > 0) {
+        return false;
+    }
+    tree.Detach(place);
+    return true;
+}
+
+/// The disc's RmDir.bat: 1 when it refuses its argument or something stays, else 0.
+ScriptedEnd RunRmDir(FileTree& tree, const std::wstring& arguments) {
+    std::wstring folder(TrimBlanks(arguments));
+    std::erase(folder, L'"');
+    const bool absolute = folder.starts_with(L"\\\\") || (folder.size() > 2 && folder.substr(1, 2) == L":\\");
+    const FileTree::Place place = tree.Locate(folder, false);
+    if (!absolute || (place.Node && !place.Parent)) {
+        return {1};
+    }
+    if (!place.Node || place.Node->Kind == NodeKind::File) {
+        return {0};
+    }
+    const bool removed = !place.Drive->ReadOnly && RemoveTree(tree, folder);
+    return {removed ? 0u : 1u};
+}
+
+}  // namespace
+
+std::wstring ProgramOfCommandLine(FileTree& tree, const std::wstring& commandLine, std::wstring& arguments) {
+    if (commandLine.starts_with(L'"')) {
+        const std::size_t end = std::min(commandLine.find(L'"', 1), commandLine.size());
+        arguments = commandLine.substr(std::min(end + 1, commandLine.size()));
+        const std::wstring program = commandLine.substr(1, end - 1);
+        return tree.HasFile(program) ? program : L"";
+    }
+    for (std::size_t end = commandLine.find(L' ');; end = commandLine.find(L' ', end + 1)) {
+        const std::wstring program = commandLine.substr(0, end);
+        if (tree.HasFile(program)) {
+            arguments = commandLine.substr(std::min(end, commandLine.size()));
+            return program;
+        }
+        if (end == std::wstring::npos) {
+            return L"";
+        }
+    }
+}
+
+std::optional<std::vector<std::wstring>> FakeProcesses::Snapshot() {
+    return faults_.Fails("Processes.Snapshot") ? std::nullopt : Running;
+}
+
+std::unique_ptr<RunningProcess> FakeProcesses::StartHidden(const std::wstring& commandLine) {
+    faults_.Check("Processes.StartHidden", commandLine);
+    StartedHidden.push_back(commandLine);
+    return std::make_unique<FakeRunningProcess>(Start(commandLine), faults_);
+}
+
+void FakeProcesses::StartVisible(const std::wstring& commandLine) {
+    faults_.Check("Processes.StartVisible", commandLine);
+    StartedVisible.push_back(commandLine);
+    Start(commandLine);
+}
+
+void FakeProcesses::On(const std::wstring& program, Handler handler) {
+    handlers_[ToUpper(program)] = std::move(handler);
+}
+
+ScriptedEnd FakeProcesses::Start(const std::wstring& commandLine) {
+    std::wstring arguments;
+    const std::wstring program = ProgramOfCommandLine(tree_, commandLine, arguments);
+    if (program.empty()) {
+        throw PlatformError("Start", commandLine, errors::FileNotFound);
+    }
+    const std::wstring name = ToUpper(LastComponent(program));
+    for (const std::wstring& key : {ToUpper(program), name}) {
+        if (const auto handler = handlers_.find(key); handler != handlers_.end()) {
+            return handler->second(commandLine);
+        }
+    }
+    return name == L"RMDIR.BAT" ? RunRmDir(tree_, arguments) : ScriptedEnd{};
+}
+
+}  // namespace mip

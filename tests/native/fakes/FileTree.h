@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Files.h"
+
+namespace mip {
+
+/// A drive ("C:") or a share ("\\server\share") of the in-memory Windows.
+struct FakeDrive {
+    std::wstring Name;
+    std::wstring FileSystem = L"NTFS";
+    std::uint64_t FreeBytes = 100'000'000'000;  ///< shrinks and grows with what is written and removed
+    bool ReadOnly = false;                      ///< a disc: every write is refused
+    bool Present = true;                        ///< false: no disc in the drive
+};
+
+enum class NodeKind { Folder, File, Link };
+
+/// A file, a folder or a link to a folder. Content is read and written in place by `Read`, `Write` and `Resize`, which
+/// keep the drive's free space, the time and the archive attribute as the file system does.
+class FileNode {
+  public:
+    std::wstring Name;
+    NodeKind Kind = NodeKind::Folder;
+    std::uint32_t Attributes = 0;
+    FileTime Modified{};
+    std::string Bytes;
+    std::wstring LinkTarget;
+    /// Above 0 while the file is open somewhere: it can then be read and copied, but not removed or replaced.
+    int OpenHandles = 0;
+    /// Children by upper-cased name: listings come in that order, as NTFS gives them.
+    std::map<std::wstring, std::shared_ptr<FileNode>> Children;
+
+    /// Copies at most `size` bytes from `offset` and returns how many there were.
+    std::size_t Read(std::uint64_t offset, void* buffer, std::size_t size) const;
+    /// Writes at `offset`, growing the file with zeros where needed. Throws PlatformError (AccessDenied, DiskFull).
+    void Write(std::uint64_t offset, const void* data, std::size_t size);
+    void Resize(std::uint64_t size);
+
+  private:
+    friend class FileTree;
+    class FileTree* tree_ = nullptr;
+    FakeDrive* drive_ = nullptr;
+};
+
+/// The drives and files of the in-memory Windows. The operations here are for setting up and checking tests: no fault
+/// and no read-only drive stops them. The program's own access goes through FakeFiles and its companions.
+class FileTree {
+  public:
+    FakeDrive& AddDrive(FakeDrive drive);
+    /// The drive of a path, or null.
+    FakeDrive* DriveOf(const std::wstring& path);
+
+    /// Creates or replaces a file, with every folder on the way. Returns the node for further settings.
+    FileNode& PutFile(const std::wstring& path, const std::string& bytes = "", std::uint32_t bits = 0);
+    FileNode& PutFolder(const std::wstring& path);
+    /// A link to a folder (junction) that lookups follow.
+    FileNode& PutLink(const std::wstring& path, const std::wstring& target);
+    /// Removes a file, a link, or a folder with all below it; absence is no error.
+    void Erase(const std::wstring& path);
+    /// Every operation on the object, except for asking whether it exists, is refused (AccessDenied).
+    void Deny(const std::wstring& path);
+
+    /// The node of a path, links followed; null when there is none.
+    std::shared_ptr<FileNode> Find(const std::wstring& path);
+    bool HasFile(const std::wstring& path);
+    bool HasFolder(const std::wstring& path);
+    /// A file's content; fails the test with PlatformError when there is none.
+    std::string BytesOf(const std::wstring& path);
+    /// Content of every file below a folder (or drive "C:\") by its path, links not followed; folders that are empty
+    /// appear with a trailing backslash. For comparing states.
+    std::map<std::wstring, std::string> Snapshot(const std::wstring& folder);
+
+    /// What a path leads to. `Code` is 0, or the Win32 code that an open of it gives.
+    struct Place {
+        std::shared_ptr<FileNode> Node;    ///< null when the last component does not exist
+        std::shared_ptr<FileNode> Parent;  ///< null for a drive's root
+        std::wstring Leaf;
+        FakeDrive* Drive = nullptr;
+        std::uint32_t Code = 0;
+    };
+    /// `followLast`: whether a link in the last component is followed.
+    Place Locate(const std::wstring& path, bool followLast = true);
+    bool IsDenied(const std::wstring& path) const;
+
+    std::shared_ptr<FileNode> AddChild(const Place& place, NodeKind kind);
+    /// Takes a node out of its folder and gives its space back; what it holds goes with it.
+    void Detach(const Place& place);
+
+    /// The time that new and written files get.
+    std::function<FileTime()> Now = [] { return FileTime{}; };
+
+  private:
+    struct Volume {
+        std::unique_ptr<FakeDrive> Drive;
+        std::shared_ptr<FileNode> Root;
+    };
+
+    Place Walk(const std::wstring& path, bool followLast, int depth);
+    std::shared_ptr<FileNode> MakeParents(const std::wstring& path);
+
+    std::map<std::wstring, Volume> volumes_;
+    std::set<std::wstring> denied_;
+};
+
+}  // namespace mip
