@@ -18,8 +18,8 @@ struct FoundBrowser {
 FoundBrowser GetBrowserWindow(const Program& program);
 /// The viewer when it is installed, else the path of the system's browser.
 std::wstring ChooseViewer(const Program& program);
-/// Shows the disc's start page: in the viewer, else in a browser window (waiting until it is loaded), else by the shell.
-/// A missing page does nothing.
+/// Shows the disc's start page: in the viewer, else in a browser window (waiting until it is loaded), else by the
+/// shell. A missing page does nothing.
 void ShowDiscIndex(Program& program);
 
 }  // namespace mip

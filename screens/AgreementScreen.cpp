@@ -1,0 +1,30 @@
+#include "screens/AgreementScreen.h"
+
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "platform/Files.h"
+#include "platform/PlatformError.h"
+
+namespace mip {
+
+std::wstring LoadAgreementText(const Program& program) {
+    Platform& platform = program.Platform;
+    std::wstring text;
+    for (const std::wstring& language : {program.Identity.LanguageCode, std::wstring(L"09")}) {
+        const std::wstring file = JoinPath(program.Paths.SysDirPath, L"Licence_" + language + L".txt");
+        if (!platform.Files.Exists(file)) {
+            continue;
+        }
+        try {
+            for (const std::wstring& line : SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer))) {
+                text += line + L"\r\n";
+            }
+        } catch (const PlatformError&) {
+            text.clear();
+        }
+        break;
+    }
+    return text;
+}
+
+}  // namespace mip

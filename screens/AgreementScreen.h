@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "app/Program.h"
+
+namespace mip {
+
+/// The terms of use in the user's language, else in English; "" when neither is there. Every line ends in CR LF.
+std::wstring LoadAgreementText(const Program& program);
+
+}  // namespace mip

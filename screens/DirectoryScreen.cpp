@@ -1,0 +1,140 @@
+#include "screens/DirectoryScreen.h"
+
+#include <cmath>
+#include <exception>
+#include <stdexcept>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "install/RunMessages.h"
+#include "install/modPdf.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+
+namespace mip {
+
+namespace {
+
+constexpr double ArchiveManualBytes = 150'000'000;
+constexpr double ProgramDriveReserve = 350'000'000;
+constexpr wchar_t PdfStep[] = L"10000000";
+
+bool IsPdfManual(const DiscCatalogueRecord& entry) {
+    try {
+        return TextToInt16(entry.PdfForm) == 1;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+const DiscCatalogueRecord& CurrentEntry(const Program& program) {
+    return program.DiscCatalogue.Records.at(static_cast<std::size_t>(program.Installation.CurrentManual));
+}
+
+bool Fits(const Program& program) {
+    return GetUsableFreeSpace(program, program.Installation.InstallPath) >=
+           RequiredBytes(program, CurrentEntry(program));
+}
+
+void ProposeSwitchFolder(Program& program) {
+    if (!program.Switches.Directory.empty()) {
+        program.Installation.InstallPath = TrimFolderPath(program.Switches.Directory);
+    }
+}
+
+}  // namespace
+
+DirectoryTexts LoadDirectoryScreen(Program& program) {
+    ProposeSwitchFolder(program);
+    const DiscCatalogueRecord& entry = CurrentEntry(program);
+    const auto message = [&](std::int16_t number) { return GetMessageText(program, number); };
+
+    DirectoryTexts texts;
+    texts.Caption = message(34);
+    texts.Name = entry.Model_desc + L" (Ver." + entry.Version + L")";
+    texts.Instructions = {ReplaceAll(message(59), L"@", std::to_wstring(program.Installation.NoFolderCount)),
+                          message(27), message(28)};
+    texts.Change = message(31);
+    texts.Ok = message(6);
+    texts.Cancel = message(32);
+    texts.Frame = L"  " + message(33) + L"  ";
+    texts.FolderQuestion = message(21);
+    return texts;
+}
+
+void ChangeFolder(Program& program, const std::wstring& chosen) {
+    if (!chosen.empty()) {
+        program.Installation.InstallPath = TrimFolderPath(chosen);
+    }
+}
+
+bool ConfirmFolder(Program& program, const std::wstring& shownFolder) {
+    program.Installation.InstallPath = shownFolder;
+    if (Fits(program)) {
+        return true;
+    }
+    program.Platform.MessageBoxes.Show(GetMessageText(program, messages::NotEnoughSpace), boxes::Information,
+                                       program.WindowTitle);
+    return false;
+}
+
+bool CancelFolder(Program& program) {
+    const int answer = program.Platform.MessageBoxes.Show(GetMessageText(program, 29),
+                                                          boxes::Exclamation | boxes::YesNo, program.WindowTitle);
+    if (answer != boxes::AnswerYes) {
+        return false;
+    }
+    FailRun(program, 25);
+    program.Installation.InstallPath.clear();
+    return true;
+}
+
+void ChooseFolderUnasked(Program& program) {
+    ProposeSwitchFolder(program);
+    if (!Fits(program)) {
+        FailRun(program, messages::NotEnoughSpace);
+        throw std::runtime_error("not enough space in the installation folder");
+    }
+}
+
+std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& entry) {
+    return GetRootedManualPdfPath(program, entry.FolderName, entry.Pub_No);
+}
+
+double RequiredBytes(const Program& program, const DiscCatalogueRecord& entry) {
+    if (!IsPdfManual(entry)) {
+        return ArchiveManualBytes;
+    }
+    return RoundUpToTenMillion(GetFileSize(program.Platform, PdfSourcePath(program, entry)), PdfStep);
+}
+
+double GetUsableFreeSpace(const Program& program, const std::wstring& path) {
+    Volumes& volumes = program.Platform.Volumes;
+    try {
+        const std::wstring drive = volumes.DriveName(path);
+        if (drive.empty()) {
+            return 0;
+        }
+        const bool holdsPrograms = ToUpper(drive) == ToUpper(volumes.DriveName(program.Paths.ProgramFilesDir));
+        return volumes.FreeBytes(drive + L"\\") - (holdsPrograms ? ProgramDriveReserve : 0);
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+double GetFileSize(Platform& platform, const std::wstring& path) {
+    try {
+        return platform.Files.Exists(path) ? static_cast<double>(platform.Files.Status(path).Size) : 0;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+double RoundUpToTenMillion(double size, const std::wstring& step) {
+    const double unit = std::pow(10.0, static_cast<double>(step.size() - 1));
+    return std::floor(size / unit) * unit + TextToInt32(step);
+}
+
+}  // namespace mip

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "app/Program.h"
+
+namespace mip {
+
+/// The texts of the installation directory screen.
+struct DirectoryTexts {
+    std::wstring Caption;
+    std::wstring Name;
+    std::array<std::wstring, 3> Instructions;
+    std::wstring Change;
+    std::wstring Ok;
+    std::wstring Cancel;
+    std::wstring Frame;
+    std::wstring FolderQuestion;  ///< title of the folder browser
+};
+
+/// Called when the screen loads: a folder given by /DIR= becomes the one that is proposed.
+DirectoryTexts LoadDirectoryScreen(Program& program);
+/// Takes over what the folder browser gave; "" (cancelled) changes nothing.
+void ChangeFolder(Program& program, const std::wstring& chosen);
+/// OK: true when the manual fits into the folder, which is then Installation.InstallPath. Otherwise a box says so.
+[[nodiscard]] bool ConfirmFolder(Program& program, const std::wstring& shownFolder);
+/// Cancel: true when the user does want to cancel the installation, whose texts are then set.
+[[nodiscard]] bool CancelFolder(Program& program);
+/// Settles the folder of a run that asks no questions. Throws std::runtime_error, with the run's texts set, when the
+/// manual does not fit.
+void ChooseFolderUnasked(Program& program);
+
+/// The path of the current manual's PDF on the disc.
+std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& entry);
+/// Bytes that a folder's drive must have free for a manual.
+double RequiredBytes(const Program& program, const DiscCatalogueRecord& entry);
+/// Bytes that manuals may fill on the path's drive; the drive with the program files keeps a reserve. 0 on failure.
+double GetUsableFreeSpace(const Program& program, const std::wstring& path);
+/// Bytes of a file; 0 when it does not exist or cannot be asked.
+double GetFileSize(Platform& platform, const std::wstring& path);
+/// `size` with as many of its last digits zero as `step` has after its first, and `step` (a whole number) added:
+/// 123456789 and "10000000" give 130000000.
+double RoundUpToTenMillion(double size, const std::wstring& step);
+
+}  // namespace mip

@@ -1,0 +1,24 @@
+#include "screens/MenuScreen.h"
+
+#include "app/modSysParameter.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Shell.h"
+
+namespace mip {
+
+namespace {
+
+constexpr int ShowMaximised = 3;
+constexpr std::intptr_t LowestSuccess = 32;
+
+}  // namespace
+
+void OpenInstallationGuide(Program& program) {
+    // The disc root ends in a backslash already; the shell takes the doubled one.
+    const std::wstring page = program.Paths.DiscRootPath + L"\\install.html";
+    if (program.Platform.Shell.OpenDocument(L"Open", page, ShowMaximised) < LowestSuccess) {
+        program.Platform.MessageBoxes.Show(GetMessageText(program, 88), boxes::Exclamation, program.WindowTitle);
+    }
+}
+
+}  // namespace mip

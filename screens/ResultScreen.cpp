@@ -1,0 +1,168 @@
+#include "screens/ResultScreen.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "app/Checked.h"
+#include "app/DateText.h"
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "install/modShortcut.h"
+#include "platform/Files.h"
+#include "security/modAcl.h"
+
+namespace mip {
+
+namespace {
+
+constexpr wchar_t Yes[] = L"1";
+constexpr wchar_t ColourHighlighted[] = L"0";
+constexpr wchar_t ColourPlain[] = L"1";
+constexpr std::int16_t ShortcutName = 43;
+
+std::wstring FiveDigits(std::int32_t number) {
+    const std::wstring digits = std::to_wstring(number);
+    return digits.size() < 5 ? std::wstring(5 - digits.size(), L'0') + digits : digits;
+}
+
+/// A year that is not a number is compared as the text that it is.
+std::wstring YearKey(const std::wstring& year) {
+    try {
+        return FiveDigits(TextToInt32(year));
+    } catch (const std::exception&) {
+        return year;
+    }
+}
+
+std::wstring ManagerProgram(const Program& program) {
+    return JoinPath(program.Paths.InstallDir, program.Settings.McpExeName);
+}
+
+}  // namespace
+
+OutcomeTexts GetOutcomeTexts(const Program& program) {
+    const Outcome& outcome = program.Outcome;
+    if (!outcome.ResultMessage.empty() || !outcome.ResultSubMessage.empty()) {
+        return {false, outcome.ResultMessage, outcome.ResultSubMessage};
+    }
+    return {true, GetMessageText(program, 64), GetMessageText(program, 65)};
+}
+
+std::vector<std::int16_t> BuildSortOrder(const DiscCatalogue& catalogue) {
+    struct Item {
+        std::wstring Key;
+        std::int16_t Index;
+    };
+    std::vector<Item> sortListBox;
+    for (std::int16_t index = 1; index <= catalogue.LastIndex(); index = Add16(index, 1)) {
+        const DiscCatalogueRecord& manual = catalogue.Records[static_cast<std::size_t>(index)];
+        sortListBox.push_back(
+            {FiveDigits(manual.OrderNo) + YearKey(manual.Year) + manual.Kubun + FiveDigits(index), index});
+    }
+    std::ranges::sort(sortListBox, {}, &Item::Key);
+
+    std::vector<std::int16_t> order;
+    for (const Item& item : sortListBox) {
+        order.push_back(item.Index);
+    }
+    return order;
+}
+
+void SortDiscCatalogue(DiscCatalogue& catalogue, const std::vector<std::int16_t>& order) {
+    std::vector<DiscCatalogueRecord> sorted{catalogue.Records.front()};
+    for (const std::int16_t index : order) {
+        sorted.push_back(catalogue.Records.at(static_cast<std::size_t>(index)));
+    }
+    catalogue.Records = std::move(sorted);
+}
+
+StatusTexts::StatusTexts(const Program& program)
+    : new_(GetMessageText(program, 52)),
+      updated_(GetMessageText(program, 53)),
+      unchanged_(GetMessageText(program, 54)),
+      notImported_(L"取込対象外") {}
+
+const std::wstring& StatusTexts::Of(const std::wstring& code, const std::wstring& previous) const {
+    return code == L"1"   ? new_
+           : code == L"2" ? updated_
+           : code == L"3" ? unchanged_
+           : code == L"9" ? notImported_
+                          : previous;
+}
+
+const std::wstring& StatusTexts::StatusTextForDate(const Installation& run, DateTime date) const {
+    const std::wstring text = FormatDateTime(date);
+    return text == FormatDateTime(run.InstallTime1)   ? new_
+           : text == FormatDateTime(run.InstallTime2) ? updated_
+                                                      : unchanged_;
+}
+
+ResultList::ResultList(Program& program, SpreadForm& form, SpreadGrid& grid)
+    : program_(program), form_(form), grid_(spread_.SpdIni(grid)) {}
+
+bool ResultList::Load() {
+    SetGridHeaders();
+    SortDiscCatalogue(program_.DiscCatalogue, BuildSortOrder(program_.DiscCatalogue));
+    return FillGrid();
+}
+
+void ResultList::SetGridHeaders() {
+    std::int32_t col = 0;
+    for (const std::int16_t message : std::initializer_list<std::int16_t>{35, 37, 38, 68, 69, 55}) {
+        spread_.SpdItemSet(grid_, 0, ++col, ColourPlain, GetMessageText(program_, message));
+    }
+}
+
+bool ResultList::FillGrid() {
+    try {
+        const StatusTexts statusTexts(program_);
+        spread_.SpdClear(grid_, 0);
+        clsSpread::SplListingStart(form_);
+        std::int32_t row = 0;
+        std::wstring status;
+        for (const DiscCatalogueRecord& manual : program_.DiscCatalogue.Records) {
+            if (manual.InstallFlag == Yes) {
+                status = statusTexts.Of(manual.InstallState, status);
+                AddRow(++row, manual, status);
+            }
+        }
+        clsSpread::SplListingEnd(form_);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void ResultList::AddRow(std::int32_t row, const DiscCatalogueRecord& manual, const std::wstring& status) {
+    spread_.SpdMaxRowsChg(grid_, row);
+    const bool japanese = program_.Identity.LanguageCode == L"11";
+    spread_.SpdItemRowSet(
+        grid_, row, IsInstalledInFailedRun(program_, manual) ? ColourHighlighted : ColourPlain,
+        {manual.Model_desc, japanese ? manual.Kubun : manual.Year, manual.Lang, manual.Pub_No, manual.Version, status});
+}
+
+bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& manual) {
+    return !program.Outcome.ResultKind && manual.InstallFlag == Yes && manual.DoneFlag == Yes;
+}
+
+bool MayOfferDesktopShortcut(const Program& program) {
+    Files& files = program.Platform.Files;
+    return program.Settings.ShortcutIconFlag != 0 && files.Exists(ManagerProgram(program)) &&
+           !files.Exists(
+               GetShortcutPath(program.Platform, specialFolders::CommonDesktop, GetMessageText(program, ShortcutName)));
+}
+
+void MakeDesktopShortcut(Program& program) {
+    CreateDesktopShortcut(program.Platform, GetMessageText(program, ShortcutName), ManagerProgram(program));
+}
+
+bool NothingWasInstalled(const Outcome& outcome) {
+    return !outcome.ManagerInstalled && outcome.ManualsRecorded == 0;
+}
+
+void FinishRun(Program& program) {
+    (void)RemoveFolder(program, program.Paths.UnZipTempPath);
+    (void)SecureInstalledManualFolders(program);
+}
+
+}  // namespace mip
