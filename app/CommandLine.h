@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace mip {
@@ -23,18 +25,26 @@ struct Switches {
     bool operator==(const Switches&) const = default;
 };
 
-/// A switch that is unknown, incomplete or given without its companion.
+/// A switch that is unknown, incomplete, in the way of another, or given without its companion.
 class BadSwitch : public std::runtime_error {
   public:
-    explicit BadSwitch(std::wstring text) : std::runtime_error("bad command-line switch"), text_(std::move(text)) {}
+    BadSwitch(std::wstring text, Switches others)
+        : std::runtime_error("bad command-line switch"), text_(std::move(text)), others_(std::move(others)) {}
     const std::wstring& Text() const { return text_; }
+    /// What the other switches say: a quiet run's bad switch belongs in its log.
+    const Switches& Others() const { return others_; }
 
   private:
     std::wstring text_;
+    Switches others_;
 };
 
-/// Reads the arguments after the program's name. Names are compared without regard to case; values keep theirs.
-/// Throws BadSwitch.
+/// The arguments of a command line that starts after the program's name. Quotes hold blanks together and are taken
+/// away; a backslash is an ordinary character, so that a quoted folder may end in one.
+std::vector<std::wstring> SplitArguments(std::wstring_view commandLine);
+
+/// Reads the arguments after the program's name. Names are compared without regard to case; values keep theirs and may
+/// be quoted. Throws BadSwitch for the first bad one.
 Switches ReadSwitches(const std::vector<std::wstring>& arguments);
 
 }  // namespace mip

@@ -132,8 +132,12 @@ void CopyFileWithAccess(Program& program, const std::wstring& source, const std:
     platform.Files.SetAttributes(destination, attributes::Normal);
     PauseBetweenSteps(platform);
     if (!GrantFullAccess(program, destination)) {
-        platform.MessageBoxes.Show(L"Set Access Error = " + destination, boxes::Ok, L"");
+        ShowAccessError(program, destination);
     }
+}
+
+void ShowAccessError(Program& program, const std::wstring& file) {
+    program.Platform.MessageBoxes.Show(L"Set Access Error = " + file, boxes::Ok, L"");
 }
 
 void DeleteFileForced(Platform& platform, const std::wstring& file) {

@@ -35,6 +35,8 @@ void CopyFileReplacing(Platform& platform, const std::wstring& source, const std
 /// The same with a pause between the steps, then full access for local users. Throws PlatformError when the copy fails;
 /// a failed grant is reported by a box.
 void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination);
+/// The box that says that a file could not be opened to local users.
+void ShowAccessError(Program& program, const std::wstring& file);
 /// Deletes a file, a read-only one included; absence is no error. Throws PlatformError.
 void DeleteFileForced(Platform& platform, const std::wstring& file);
 /// True when `second` does not exist or is newer than `first`. Throws PlatformError when `first` cannot be asked.

@@ -9,8 +9,8 @@ namespace mip {
 
 /// What comparing the disc's manual information with the local copy found.
 struct ManualInfoCheck {
-    bool MayOpen = true;                         ///< false: the user must be asked
-    std::vector<std::wstring> OlderEntryLines;   ///< the disc's entries that are older than the local copy
+    bool MayOpen = true;                        ///< false: the user must be asked
+    std::vector<std::wstring> OlderEntryLines;  ///< the disc's entries that are older than the local copy
 };
 
 /// Compares the disc's file with the copy in C:\man_info and replaces the copy when the disc is newer. Ends the program

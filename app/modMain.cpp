@@ -1,0 +1,238 @@
+#include "app/modMain.h"
+
+#include <cstdlib>
+
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "app/modLanguage.h"
+#include "app/modRegistry.h"
+#include "app/modSysParameter.h"
+#include "catalogue/modMdbUpgrade.h"
+#include "install/modShell.h"
+#include "manualinfo/modManualInfo.h"
+#include "platform/Clock.h"
+#include "platform/Computer.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+#include "platform/PlatformError.h"
+#include "platform/Processes.h"
+#include "screens/modBrowser.h"
+#include "security/modGetUsersName.h"
+
+namespace mip {
+namespace {
+
+constexpr wchar_t FixedTitle[] = L"Manual Install Program";
+constexpr std::int16_t KeepTemporary = 1;
+
+/// Numbers of the messages that a failed start shows.
+namespace messages {
+constexpr std::int16_t NoDatabase = 19;
+constexpr std::int16_t DatabaseNotOpened = 20;
+constexpr std::int16_t Stopped = 24;
+constexpr std::int16_t DatabaseReadOnly = 67;
+constexpr std::int16_t ManagerRunning = 70;
+constexpr std::int16_t None = 0;
+}  // namespace messages
+
+[[noreturn]] void EndWith(Program& program, ExitCode code) {
+    program.Outcome.ExitCode = static_cast<std::uint32_t>(code);
+    EndProgram(program, KeepTemporary);
+}
+
+/// Says why the program cannot start, in a fixed text, and ends it.
+[[noreturn]] void FailStart(Program& program, const std::wstring& text) {
+    program.Log.Write(L"start-up", L"", text);
+    try {
+        if (!program.Switches.IsQuiet()) {
+            program.Platform.MessageBoxes.Show(text, boxes::Ok | boxes::Exclamation, FixedTitle);
+        }
+    } catch (const std::exception&) {
+        // Without a box the exit code still tells.
+    }
+    EndWith(program, ExitCode::CouldNotStart);
+}
+
+void StartLog(Program& program) {
+    const std::wstring& file = program.Switches.LogFile;
+    if (file.empty()) {
+        return;
+    }
+    try {
+        program.Log = RunLog(program.Platform.Files, program.Platform.Clock, file);
+    } catch (const PlatformError&) {
+        FailStart(program, L"Log file cannot be written: " + file);
+    }
+    program.Log.Write(L"start-up", L"", L"started");
+}
+
+void TakeSwitches(Program& program, const std::vector<std::wstring>& arguments) {
+    try {
+        program.Switches = ReadSwitches(arguments);
+        StartLog(program);
+    } catch (const BadSwitch& bad) {
+        program.Switches = bad.Others();
+        StartLog(program);
+        FailStart(program, L"Unknown or incomplete switch: " + bad.Text());
+    }
+}
+
+void LoadSettings(Program& program) {
+    Paths& paths = program.Paths;
+    paths.ProgramFolder = program.Platform.Computer.ProgramFolder();
+    paths.SysDirPath = JoinPath(paths.ProgramFolder, L"SysDir");
+    paths.SysParameterPath = JoinPath(paths.SysDirPath, L"SysParameter.ini");
+    if (!program.Platform.Files.Exists(paths.SysParameterPath)) {
+        FailStart(program, L"System Parameter File None");
+    }
+    if (!ReadSystemParameters(program)) {
+        FailStart(program, L"No System Data");
+    }
+}
+
+void FindPlacesAndNames(Program& program) {
+    Paths& paths = program.Paths;
+    Identity& identity = program.Identity;
+    Platform& platform = program.Platform;
+    identity.LanguageCode =
+        program.Switches.Language.empty() ? GetLanguageCode(platform.Computer) : program.Switches.Language;
+    paths.RmDirBatPath = JoinPath(paths.SysDirPath, L"RmDir.bat");
+    ReadInstallPaths(program);
+    identity.UserName = GetLoginUserName(platform);
+    paths.DiscRootPath = GetParentFolder(GetParentFolder(GetParentFolder(paths.ProgramFolder))) + L"\\";
+    paths.SecondDiscBase = platform.Volumes.DriveName(paths.ProgramFolder) + L"\\";
+    identity.FullAccessTrustee = GetUsersGroupName(platform);
+    identity.FolderTrustee = GetUsersGroupName(platform);
+}
+
+/// The computer lacks the diagnostic program: the disc's start page is all that it gets.
+[[noreturn]] void EndWithStartPage(Program& program) {
+    program.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::NoDiagnosticProgram);
+    program.Log.Write(L"start-up", L"", L"the diagnostic program is not installed");
+    if (!program.Switches.IsQuiet()) {
+        OpenDiscIndex(program);
+    }
+    EndProgram(program, KeepTemporary);
+}
+
+/// The number of the message that says why the catalogue database cannot be used, or messages::None.
+std::int16_t OpenCatalogue(Program& program) {
+    Paths& paths = program.Paths;
+    program.CatalogDb = std::make_unique<clsMDB>(program.Platform);
+    paths.MdbPath = JoinPath(paths.ManualInstallDir, program.Settings.Kvx3MdbName);
+    paths.LdbPath = JoinPath(paths.ManualInstallDir, ReplaceAll(program.Settings.Kvx3MdbName, L"mdb", L"ldb"));
+
+    const bool managerNotRunning = IsManagerNotRunning(program);
+    if (managerNotRunning) {
+        RecoverInterruptedUpgrade(program);
+    }
+    if (!program.Platform.Files.Exists(paths.MdbPath)) {
+        return messages::NoDatabase;
+    }
+    if (!managerNotRunning) {
+        return messages::ManagerRunning;
+    }
+    if (!program.CatalogDb->Pcls_MdbOpen(paths.MdbPath)) {
+        return messages::DatabaseNotOpened;
+    }
+    return IsFileWritable(program.Platform, paths.MdbPath) ? messages::None : messages::DatabaseReadOnly;
+}
+
+void ShowFailure(Program& program, Screens& screens, std::int16_t message) {
+    Outcome& outcome = program.Outcome;
+    outcome.ResultMessage = GetMessageText(program, message);
+    outcome.ResultSubMessage = GetMessageText(program, messages::Stopped);
+    outcome.ResultKind = false;
+    outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::CouldNotStart);
+    program.Log.Write(L"start-up", L"", outcome.ResultMessage + L' ' + outcome.ResultSubMessage);
+    if (program.Switches.IsQuiet()) {
+        EndProgram(program, KeepTemporary);
+    }
+    screens.ShowResult();
+}
+
+void ShowFirstScreen(const Program& program, Screens& screens) {
+    if (program.Switches.IsMaintenance()) {
+        screens.ShowTransaction();
+    } else if (program.Switches.IsQuiet()) {
+        screens.ShowInstallation();
+    } else {
+        screens.ShowMenu();
+    }
+}
+
+void StartUp(Program& program, Screens& screens, const std::vector<std::wstring>& arguments) {
+    if (program.Platform.Computer.IsPreviousInstanceRunning()) {
+        EndWith(program, ExitCode::CouldNotStart);
+    }
+    TakeSwitches(program, arguments);
+    LoadSettings(program);
+    FindPlacesAndNames(program);
+    if (!IsManualLinkInstalled(program)) {
+        EndWithStartPage(program);
+    }
+    program.DiscCatalogue.Clear();
+    const std::int16_t failure = OpenCatalogue(program);
+    if (failure == messages::None) {
+        ShowFirstScreen(program, screens);
+    } else {
+        ShowFailure(program, screens, failure);
+    }
+}
+
+std::wstring Describe(const std::exception& error) {
+    std::wstring text = L"Unexpected error: " + FromUtf8(error.what());
+    if (const auto* platformError = dynamic_cast<const PlatformError*>(&error)) {
+        text += L"\r\n" + platformError->Object();
+    }
+    return text;
+}
+
+}  // namespace
+
+void Main(Program& program, Screens& screens, const std::vector<std::wstring>& arguments) {
+    try {
+        StartUp(program, screens, arguments);
+    } catch (const std::exception& error) {
+        FailStart(program, Describe(error));
+    }
+}
+
+bool IsManualLinkInstalled(const Program& program) {
+    const std::wstring& folder = program.Paths.ManualInstallDir;
+    return !folder.empty() && program.Platform.Folders.Exists(folder) &&
+           program.Platform.Files.Exists(JoinPath(folder, program.Settings.Kvx3ExeName));
+}
+
+void OpenDiscIndex(Program& program) {
+    if (!program.Platform.Files.Exists(program.Paths.DiscRootPath + L"index.html")) {
+        return;
+    }
+    const ManualInfoCheck check = CheckLocalManualInfo(program);
+    if (!check.MayOpen && AskAboutManualInfo(program, check) == boxes::AnswerNo) {
+        EndProgram(program, KeepTemporary);
+    }
+    ShowDiscIndex(program);
+}
+
+bool IsManagerNotRunning(Program& program) {
+    program.ProcessNames.assign(1, L"");
+    const auto running = program.Platform.Processes.Snapshot();
+    if (!running) {
+        return !program.Platform.Files.Exists(program.Paths.LdbPath);
+    }
+    program.ProcessNames.insert(program.ProcessNames.end(), running->begin(), running->end());
+    return IsProgramNotRunning(program.ProcessNames, program.Settings.McpExeName);
+}
+
+void EndProgram(Program& program, std::int16_t keepTemporary) {
+    program.CatalogDb.reset();
+    if (keepTemporary == 0) {
+        RemoveFolder(program, program.Paths.UnZipTempPath);
+    }
+    program.Log.Write(L"end", L"", L"exit code " + std::to_wstring(program.Outcome.ExitCode));
+    program.Platform.Computer.EndProcess(program.Outcome.ExitCode);
+    std::abort();
+}
+
+}  // namespace mip

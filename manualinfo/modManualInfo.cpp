@@ -1,0 +1,167 @@
+#include "manualinfo/modManualInfo.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "app/Checked.h"
+#include "app/DateText.h"
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "app/modMain.h"
+#include "app/modSysParameter.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+#include "platform/PlatformError.h"
+
+namespace mip {
+namespace {
+
+constexpr wchar_t LocalFolder[] = L"C:\\man_info";
+constexpr wchar_t LocalManualInfoPath[] = L"C:\\man_info\\man_info_do.ci";
+constexpr wchar_t InfoFile[] = L"man_info_do.ci";
+constexpr wchar_t UserInfoFile[] = L"man_info_us.ci";
+constexpr std::int16_t KeepTemporary = 1;
+
+constexpr std::int16_t OlderEntryMessage = 72;
+constexpr std::int16_t OlderEntriesMessage = 73;
+constexpr std::int16_t GoOnMessage = 74;
+
+/// One line of a manual information file. Fields 2 and 4 are not used.
+struct ManualInfoEntry {
+    std::wstring Field0;
+    std::wstring Field1;
+    std::wstring Key;  ///< field 3, also the manual's folder on the disc
+    DateTime Date;     ///< field 5, "yyyy/mm": the first day of that month
+};
+
+struct Comparison {
+    bool Result = true;
+    bool CopyNeeded = false;
+    std::vector<std::wstring> OlderEntryLines;
+};
+
+std::wstring OnDisc(const Program& program, const wchar_t* name) {
+    return program.Paths.DiscRootPath + L"programs\\setup\\" + name;
+}
+
+ManualInfoEntry ReadEntry(const std::wstring& line) {
+    const std::vector<std::wstring> fields = Split(line, L',');
+    if (fields.size() < 6) {
+        throw ConversionError();
+    }
+    const std::wstring firstDay = std::wstring(TrimBlanks(fields[5])) + L"/01";
+    return {fields[0], fields[1], fields[3], ParseDateTime(firstDay)};
+}
+
+std::vector<ManualInfoEntry> ReadEntries(Platform& platform, const std::wstring& file) {
+    std::vector<ManualInfoEntry> entries;
+    for (const std::wstring& line : SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer))) {
+        entries.push_back(ReadEntry(line));
+    }
+    return entries;
+}
+
+DateTime FindLocalDate(const std::vector<ManualInfoEntry>& localEntries, const std::wstring& key) {
+    const auto found = std::find_if(localEntries.begin(), localEntries.end(),
+                                    [&key](const ManualInfoEntry& entry) { return entry.Key == key; });
+    return found == localEntries.end() ? ParseDateTime(L"1900/01/01") : found->Date;
+}
+
+std::wstring OlderEntryLine(const Program& program, const ManualInfoEntry& entry) {
+    std::wstring line = GetMessageText(program, OlderEntryMessage);
+    line = ReplaceAll(line, L"@1", entry.Field0);
+    line = ReplaceAll(line, L"@2", entry.Field1);
+    line = ReplaceAll(line, L"@3", entry.Key);
+    line = ReplaceAll(line, L"@4", FormatMonthYear(entry.Date));
+    return ReplaceAll(line, L"@5", entry.Field1) + L'|';
+}
+
+/// A file that cannot be read or holds a malformed line makes the comparison fail, without any line to show.
+Comparison CompareManualInfo(const Program& program) try {
+    const auto localEntries = ReadEntries(program.Platform, LocalManualInfoPath);
+    const auto discEntries = ReadEntries(program.Platform, OnDisc(program, InfoFile));
+    Comparison comparison;
+    for (const ManualInfoEntry& entry : discEntries) {
+        if (!program.Platform.Folders.Exists(program.Paths.DiscRootPath + entry.Key)) {
+            continue;
+        }
+        const DateTime localDate = FindLocalDate(localEntries, entry.Key);
+        if (entry.Date < localDate) {
+            comparison.Result = false;
+            comparison.OlderEntryLines.push_back(OlderEntryLine(program, entry));
+        } else if (entry.Date > localDate) {
+            comparison.CopyNeeded = true;
+        }
+    }
+    return comparison;
+} catch (const std::exception&) {
+    return {false, false, {}};
+}
+
+void MakeLocalFolder(Program& program) {
+    Platform& platform = program.Platform;
+    if (platform.Folders.Exists(LocalFolder) || MakeFolder(platform, LocalFolder)) {
+        return;
+    }
+    platform.MessageBoxes.Show(L"Vantos Service System Error", boxes::Ok, L"");
+    program.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::CouldNotStart);
+    EndProgram(program, KeepTemporary);
+}
+
+/// A copy that fails is reported as a grant on it that fails.
+void CopyToLocal(Program& program) {
+    try {
+        CopyFileWithAccess(program, OnDisc(program, InfoFile), LocalManualInfoPath);
+    } catch (const PlatformError&) {
+        ShowAccessError(program, LocalManualInfoPath);
+    }
+}
+
+void CopyWhenNewer(Program& program, const wchar_t* name, const std::wstring& folder) {
+    Files& files = program.Platform.Files;
+    const std::wstring source = OnDisc(program, name);
+    const std::wstring destination = JoinPath(folder, name);
+    try {
+        if (!files.Exists(destination) || files.Status(destination).Modified < files.Status(source).Modified) {
+            CopyFileReplacing(program.Platform, source, destination);
+        }
+    } catch (const std::exception&) {
+        // The manuals are complete without these files.
+    }
+}
+
+}  // namespace
+
+ManualInfoCheck CheckLocalManualInfo(Program& program) {
+    MakeLocalFolder(program);
+    if (!program.Platform.Files.Exists(LocalManualInfoPath)) {
+        CopyToLocal(program);
+        return {};
+    }
+    Comparison comparison = CompareManualInfo(program);
+    if (comparison.Result && comparison.CopyNeeded) {
+        CopyToLocal(program);
+    }
+    return {comparison.Result, std::move(comparison.OlderEntryLines)};
+}
+
+int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {
+    std::wstring text;
+    for (const std::wstring& line : check.OlderEntryLines) {
+        text += ReplaceAll(line, L"|", L"\r") + L'\r';
+    }
+    text += GetMessageText(program, OlderEntriesMessage) + L'\r' + GetMessageText(program, GoOnMessage);
+    return program.Platform.MessageBoxes.Show(text, boxes::Exclamation | boxes::YesNo, L"Vantor Manual Information");
+}
+
+void PrepareManualInfo(Program& program) {
+    MakeFolder(program.Platform, LocalFolder);
+    CopyWhenNewer(program, InfoFile, LocalFolder);
+}
+
+void PlaceManualInfo(Program& program) {
+    CopyWhenNewer(program, InfoFile, program.Paths.InstallDir);
+    CopyWhenNewer(program, UserInfoFile, program.Paths.InstallDir);
+}
+
+}  // namespace mip
