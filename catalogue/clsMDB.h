@@ -39,7 +39,9 @@ class clsMDB {
   private:
     static constexpr std::int16_t SlotCount = 11;
 
-    Recordset& Slot(std::int16_t slot);
+    DatabaseConnection& Connection() const;
+    std::unique_ptr<Recordset>& Slot(std::int16_t slot);
+    Recordset& OpenSlot(std::int16_t slot);
 
     Platform& platform_;
     std::unique_ptr<DatabaseConnection> connection_;

@@ -15,7 +15,7 @@ void SqliteConnection::Execute(const std::wstring& sql) {
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Query(const std::wstring& sql) {
-    return std::make_unique<SqliteRecordset>(database_, sql);
+    return std::make_unique<SqliteRecordset>(database_.get(), sql);
 }
 
 void SqliteConnection::BeginTransaction() {

@@ -17,7 +17,7 @@ SqliteDatabase OpenFile(const std::wstring& path, int flags, const std::string& 
     sqlite3* opened = nullptr;
     const int code = sqlite3_open_v2(ToUtf8(path).c_str(), &opened, flags | SQLITE_OPEN_EXRESCODE,
                                      vfsName.empty() ? nullptr : vfsName.c_str());
-    SqliteDatabase database(opened, [](sqlite3* handle) { sqlite3_close(handle); });
+    SqliteDatabase database(opened);
     if (code != SQLITE_OK) {
         throw PlatformError("sqlite3_open_v2", path, static_cast<std::uint32_t>(code));
     }
@@ -37,7 +37,7 @@ void Configure(sqlite3* database) {
 }
 
 /// Reads the whole file once, so that damage shows now and not in the middle of an installation.
-void CheckWhole(const SqliteDatabase& database, const std::wstring& path) {
+void CheckWhole(sqlite3* database, const std::wstring& path) {
     SqliteRecordset findings(database, L"PRAGMA integrity_check(1)");
     if (findings.AtEnd() || findings.Field(0) != FieldValue(std::wstring(L"ok"))) {
         throw PlatformError("integrity_check", path, SQLITE_CORRUPT);
@@ -56,19 +56,19 @@ void CheckCatalogue(sqlite3* database, const std::wstring& path) {
 SqliteEngine::SqliteEngine(std::string vfsName) : vfsName_(std::move(vfsName)) {}
 
 std::unique_ptr<DatabaseConnection> SqliteEngine::Open(const std::wstring& path) {
-    const SqliteDatabase database = OpenFile(path, SQLITE_OPEN_READWRITE, vfsName_);
+    SqliteDatabase database = OpenFile(path, SQLITE_OPEN_READWRITE, vfsName_);
     Configure(database.get());
-    CheckWhole(database, path);
+    CheckWhole(database.get(), path);
     CheckCatalogue(database.get(), path);
-    return std::make_unique<SqliteConnection>(database);
+    return std::make_unique<SqliteConnection>(std::move(database));
 }
 
 std::unique_ptr<DatabaseConnection> SqliteEngine::Create(const std::wstring& path, std::int16_t layoutVersion) {
-    const SqliteDatabase database =
+    SqliteDatabase database =
         OpenFile(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXCLUSIVE, vfsName_);
     Configure(database.get());
     CreateCatalogueTables(database.get(), layoutVersion);
-    return std::make_unique<SqliteConnection>(database);
+    return std::make_unique<SqliteConnection>(std::move(database));
 }
 
 }  // namespace mip

@@ -10,8 +10,11 @@
 
 namespace mip {
 
-/// An open database. Shared between a connection and its result sets; the last of them to go closes the file.
-using SqliteDatabase = std::shared_ptr<sqlite3>;
+struct SqliteCloser {
+    void operator()(sqlite3* database) const { sqlite3_close(database); }
+};
+/// An open database; its end closes the file.
+using SqliteDatabase = std::unique_ptr<sqlite3, SqliteCloser>;
 
 struct SqliteStatementCloser {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }

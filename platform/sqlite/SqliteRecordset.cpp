@@ -1,39 +1,80 @@
 #include "platform/sqlite/SqliteRecordset.h"
 
-#include <utility>
-
 #include "app/Checked.h"
 #include "app/DateText.h"
 #include "app/TextTools.h"
 
 namespace mip {
+namespace {
 
-SqliteRecordset::SqliteRecordset(SqliteDatabase database, std::wstring sql)
-    : database_(std::move(database)), sql_(std::move(sql)), statement_(PrepareStatement(database_.get(), sql_)) {
-    const int count = sqlite3_column_count(statement_.get());
-    if (count == 0) {
-        throw PlatformError("Query", sql_, SQLITE_MISUSE);
+std::wstring TextCell(sqlite3_stmt* statement, int column) {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    if (bytes == nullptr) {
+        throw PlatformError("sqlite3_column_text", L"", SQLITE_NOMEM);
     }
-    atEnd_ = !StepStatement(database_.get(), statement_.get(), sql_);
-    for (int index = 0; index < count; ++index) {
-        const char* declared = sqlite3_column_decltype(statement_.get(), index);
-        columns_.push_back({sqlite3_column_name(statement_.get(), index),
-                            declared != nullptr && sqlite3_stricmp(declared, "DATETIME") == 0});
+    return FromUtf8({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+}
+
+DateTime DateCell(sqlite3_stmt* statement, int column) {
+    const std::wstring text = TextCell(statement, column);
+    try {
+        return ParseDateTime(text);
+    } catch (const ConversionError&) {
+        throw PlatformError("read a date", text, SQLITE_MISMATCH);
+    }
+}
+
+bool IsDateColumn(sqlite3_stmt* statement, int column) {
+    const char* declared = sqlite3_column_decltype(statement, column);
+    return declared != nullptr && sqlite3_stricmp(declared, "DATETIME") == 0;
+}
+
+FieldValue Cell(sqlite3_stmt* statement, int column) {
+    switch (sqlite3_column_type(statement, column)) {
+        case SQLITE_NULL:
+            return std::monostate{};
+        case SQLITE_INTEGER:
+            return static_cast<std::int64_t>(sqlite3_column_int64(statement, column));
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(statement, column);
+        case SQLITE_TEXT:
+            if (IsDateColumn(statement, column)) {
+                return DateCell(statement, column);
+            }
+            return TextCell(statement, column);
+        default:
+            throw PlatformError("read a field", FromUtf8(sqlite3_column_name(statement, column)), SQLITE_MISMATCH);
+    }
+}
+
+}  // namespace
+
+SqliteRecordset::SqliteRecordset(sqlite3* database, const std::wstring& sql) {
+    const SqliteStatement statement = PrepareStatement(database, sql);
+    const int columns = sqlite3_column_count(statement.get());
+    if (columns == 0) {
+        throw PlatformError("Query", sql, SQLITE_MISUSE);
+    }
+    while (StepStatement(database, statement.get(), sql)) {
+        for (int column = 0; column < columns; ++column) {
+            cells_.push_back(Cell(statement.get(), column));
+        }
+    }
+    for (int column = 0; column < columns; ++column) {
+        columns_.emplace_back(sqlite3_column_name(statement.get(), column));
     }
 }
 
 void SqliteRecordset::MoveNext() {
     RequireRow();
-    atEnd_ = true;  // also after an error: the row that stood here is gone
-    atEnd_ = !StepStatement(database_.get(), statement_.get(), sql_);
+    ++row_;
 }
 
 FieldValue SqliteRecordset::Field(const std::wstring& name) {
-    RequireRow();
     const std::string wanted = ToUtf8(name);
-    for (std::size_t index = 0; index < columns_.size(); ++index) {
-        if (sqlite3_stricmp(columns_[index].Name.c_str(), wanted.c_str()) == 0) {
-            return Value(static_cast<int>(index));
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+        if (sqlite3_stricmp(columns_[column].c_str(), wanted.c_str()) == 0) {
+            return Field(static_cast<std::int32_t>(column));
         }
     }
     throw PlatformError("Field", name, SQLITE_RANGE);
@@ -44,45 +85,13 @@ FieldValue SqliteRecordset::Field(std::int32_t index) {
     if (index < 0 || static_cast<std::size_t>(index) >= columns_.size()) {
         throw PlatformError("Field", std::to_wstring(index), SQLITE_RANGE);
     }
-    return Value(index);
+    return cells_[row_ * columns_.size() + static_cast<std::size_t>(index)];
 }
 
-void SqliteRecordset::RequireRow() const {
-    if (atEnd_) {
-        throw PlatformError("Recordset", sql_, SQLITE_MISUSE);
+void SqliteRecordset::RequireRow() {
+    if (AtEnd()) {
+        throw PlatformError("Recordset", L"no current row", SQLITE_MISUSE);
     }
-}
-
-FieldValue SqliteRecordset::Value(int index) const {
-    switch (sqlite3_column_type(statement_.get(), index)) {
-        case SQLITE_NULL:
-            return std::monostate{};
-        case SQLITE_INTEGER:
-            return static_cast<std::int64_t>(sqlite3_column_int64(statement_.get(), index));
-        case SQLITE_FLOAT:
-            return sqlite3_column_double(statement_.get(), index);
-        case SQLITE_TEXT:
-            break;
-        default:
-            throw PlatformError("Field", sql_, SQLITE_MISMATCH);
-    }
-    if (!columns_[static_cast<std::size_t>(index)].IsDate) {
-        return Text(index);
-    }
-    try {
-        return ParseDateTime(Text(index));
-    } catch (const ConversionError&) {
-        throw PlatformError("Field", sql_, SQLITE_MISMATCH);
-    }
-}
-
-std::wstring SqliteRecordset::Text(int index) const {
-    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), index));
-    const int size = sqlite3_column_bytes(statement_.get(), index);
-    if (bytes == nullptr) {
-        throw SqliteError("sqlite3_column_text", sql_, database_.get());
-    }
-    return FromUtf8(std::string_view(bytes, static_cast<std::size_t>(size)));
 }
 
 }  // namespace mip

@@ -8,31 +8,24 @@
 
 namespace mip {
 
-/// The rows of one query, read from the file as they are walked.
+/// The rows of one query. They are read at once, so that no lock on the file and no view of it outlives the query:
+/// while a caller walks the rows, this connection and others may change the database.
 class SqliteRecordset : public Recordset {
   public:
-    SqliteRecordset(SqliteDatabase database, std::wstring sql);
+    /// Throws PlatformError, also for a statement that gives no rows.
+    SqliteRecordset(sqlite3* database, const std::wstring& sql);
 
-    bool AtEnd() override { return atEnd_; }
+    bool AtEnd() override { return row_ * columns_.size() == cells_.size(); }
     void MoveNext() override;
     FieldValue Field(const std::wstring& name) override;
     FieldValue Field(std::int32_t index) override;
 
   private:
-    struct Column {
-        std::string Name;
-        bool IsDate = false;
-    };
+    void RequireRow();
 
-    void RequireRow() const;
-    FieldValue Value(int index) const;
-    std::wstring Text(int index) const;
-
-    SqliteDatabase database_;
-    std::wstring sql_;
-    SqliteStatement statement_;
-    std::vector<Column> columns_;
-    bool atEnd_ = false;
+    std::vector<std::string> columns_;
+    std::vector<FieldValue> cells_;  ///< row by row
+    std::size_t row_ = 0;
 };
 
 }  // namespace mip

@@ -1,0 +1,71 @@
+#include "catalogue/Statements.h"
+
+#include "app/DateText.h"
+#include "app/modFile.h"
+
+namespace mip::statements {
+namespace {
+
+constexpr wchar_t ListColumns[] =
+    L" MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country \r\n,Lang "
+    L"\r\n,Ldup \r\n,InsUser \r\n,InsDate \r\n,InsPath \r\n,Adjust_flg \r\n,Memo_txt \r\n,Pdf_flg \r\n";
+
+constexpr wchar_t InsertColumns[] =
+    L" ( [Pub_No]\r\n,[Model_desc]\r\n,[Model_ID]\r\n,[Version]\r\n,[Year]\r\n,[Kubun]\r\n,[Country]\r\n,[Lang]"
+    L"\r\n,[Ldup]\r\n,[InsUser]\r\n,[InsDate]\r\n,[InsPath]\r\n,[Adjust_flg]\r\n,[Memo_txt]\r\n ) ";
+
+std::wstring WherePubNo(const std::wstring& pubNo) {
+    return L" WHERE Pub_No = " + QuoteSql(pubNo);
+}
+
+std::wstring ListedValue(const std::wstring& value) {
+    return QuoteSql(value) + L",\n";
+}
+
+}  // namespace
+
+std::wstring FindInstalled(const std::wstring& pubNo) {
+    return ReadAllInstalled + WherePubNo(pubNo);
+}
+
+std::wstring InstalledList() {
+    return std::wstring(L"SELECT ") + ListColumns + L" FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO ";
+}
+
+std::wstring DeleteInstalled(const std::wstring& pubNo) {
+    return L"DELETE FROM M_manage" + WherePubNo(pubNo);
+}
+
+std::wstring DeleteType(const std::wstring& pubNo) {
+    return L"DELETE FROM M_type" + WherePubNo(pubNo);
+}
+
+std::wstring InsertInstalled(const InstalledRecord& record) {
+    std::wstring text = std::wstring(L"INSERT INTO M_manage") + InsertColumns + L" VALUES(\n";
+    for (const std::wstring* value :
+         {&record.Pub_No, &record.Model_desc, &record.Model_ID, &record.Version, &record.Year, &record.Kubun,
+          &record.Country, &record.Lang, &record.Ldup, &record.INSUser}) {
+        text += ListedValue(*value);
+    }
+    text += L"Cdate(" + QuoteSql(FormatDateTime(record.INSDate)) + L"),\n";
+    text += ListedValue(record.INSPath) + ListedValue(record.Adjust_flg);
+    return text + QuoteSql(record.Memo_txt) + L")\n";
+}
+
+std::wstring InsertNewType(const std::wstring& pubNo, const std::wstring& pdfFlag) {
+    return L" INSERT INTO M_type (PUB_NO,PDF_FLG)  VALUES(\n" + QuoteSql(pubNo) + L",\n" + QuoteSql(pdfFlag) + L")\n";
+}
+
+std::wstring InsertCarriedType(const std::wstring& pubNo, const std::wstring& pdfFlag) {
+    return L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( " + QuoteSql(pubNo) + L"," + QuoteSql(pdfFlag) + L")";
+}
+
+std::wstring MarkForAdjustment(const std::wstring& pubNo) {
+    return L"UPDATE M_manage SET  Adjust_flg = '1' " + WherePubNo(pubNo);
+}
+
+std::wstring ReregisterInstallPath(const std::wstring& pubNo, const std::wstring& path) {
+    return L"UPDATE M_manage SET  INSPath = " + QuoteSql(path) + L", Adjust_flg = 0 " + WherePubNo(pubNo);
+}
+
+}  // namespace mip::statements

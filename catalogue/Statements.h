@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "catalogue/InstalledRecord.h"
+
+/// The text of every statement that goes to the catalogue database. Values are quoted here and nowhere else.
+namespace mip::statements {
+
+inline constexpr wchar_t ReadAllInstalled[] = L"SELECT * FROM M_manage";
+inline constexpr wchar_t ReadSystem[] = L"SELECT * FROM M_system";
+inline constexpr wchar_t ReadModelOrder[] = L"SELECT * FROM M_order";
+inline constexpr wchar_t ReadLastInstallPath[] = L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC";
+
+std::wstring FindInstalled(const std::wstring& pubNo);
+/// M_manage with the PDF_FLG that M_type has for each row.
+std::wstring InstalledList();
+
+std::wstring DeleteInstalled(const std::wstring& pubNo);
+std::wstring DeleteType(const std::wstring& pubNo);
+std::wstring InsertInstalled(const InstalledRecord& record);
+/// The row of a manual that has just been installed, and of one that another database held.
+std::wstring InsertNewType(const std::wstring& pubNo, const std::wstring& pdfFlag);
+std::wstring InsertCarriedType(const std::wstring& pubNo, const std::wstring& pdfFlag);
+
+std::wstring MarkForAdjustment(const std::wstring& pubNo);
+std::wstring ReregisterInstallPath(const std::wstring& pubNo, const std::wstring& path);
+
+}  // namespace mip::statements

@@ -1,0 +1,241 @@
+#include "catalogue/modCarInfo.h"
+
+#include <exception>
+#include <vector>
+
+#include "app/Checked.h"
+#include "app/TextTools.h"
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "catalogue/modMDB.h"
+#include "catalogue/modModelOrder.h"
+#include "install/modFolderCopy.h"
+#include "install/modPdf.h"
+#include "platform/Files.h"
+
+namespace mip {
+namespace {
+
+constexpr wchar_t CatalogueFile[] = L"car_info.ci";
+constexpr wchar_t CatalogueSection[] = L"CAR_INFO";
+constexpr std::int16_t DatabaseErrorMessage = 20;
+constexpr std::int16_t StoppedMessage = 24;
+constexpr std::size_t RevisionPosition = 4;  // of the revision digit in a publication number
+
+constexpr wchar_t Yes[] = L"1";
+constexpr wchar_t No[] = L"0";
+constexpr wchar_t Superseded[] = L"9";
+constexpr wchar_t FullInstallation[] = L"1";
+constexpr wchar_t DifferentialInstallation[] = L"2";
+constexpr wchar_t StateNew[] = L"1";
+constexpr wchar_t StateUpdate[] = L"2";
+constexpr wchar_t StateNothing[] = L"3";
+
+std::wstring RecordFolder(const Program& program, const std::wstring& folderName) {
+    return JoinPath(program.Paths.DiscRootPath, folderName);
+}
+
+std::wstring CatalogueFilePath(const Program& program, const std::wstring& folderName) {
+    return JoinPath(RecordFolder(program, folderName), CatalogueFile);
+}
+
+void StopScan(DiscCatalogue& catalogue, const std::wstring& caption, const std::wstring& text) {
+    catalogue.CatalogueErrorCaption = caption;
+    catalogue.CatalogueErrorText = text;
+    catalogue.CatalogueErrorFlag = -1;
+}
+
+void ReadCatalogueFile(const Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
+    const std::wstring file = CatalogueFilePath(program, folderName);
+    const auto value = [&](const wchar_t* key) {
+        return GetProfileValue(program.Platform, file, CatalogueSection, key);
+    };
+    record.Pub_No = value(L"Pub_No");
+    record.Version = value(L"Version");
+    record.Model_desc = value(L"Model_desc");
+    record.Model_ID = value(L"Model_ID");
+    record.Lang = value(L"Lang");
+    record.Ldup = value(L"Ldup");
+    record.Year = value(L"Year");
+    record.Kubun = value(L"Kubun");
+    record.Country = value(L"Country");
+}
+
+/// Whether the folder holds a PDF or an archive, and where its content lies.
+void LocateContent(const Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
+    const std::wstring folder = RecordFolder(program, folderName);
+    if (RootedManualPdfExists(program, folderName, record.Pub_No)) {
+        record.SourcePath = folder;
+        record.PdfForm = Yes;
+    } else {
+        record.SourcePath = JoinPath(folder, L"install\\condense\\manual.zip");
+        record.ComparePath = JoinPath(folder, L"install\\compare");
+        record.PdfForm = No;
+    }
+}
+
+bool IsMarkedForAdjustment(const std::wstring& flag) {
+    try {
+        return TextToInt16(flag) == 1;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// True when the installed copy is there and in order, so that its version says something.
+bool IsUsable(Platform& platform, const InstalledRecord& installed) {
+    const std::wstring contents = JoinPath(installed.INSPath, L"contents");
+    return platform.Folders.Exists(installed.INSPath) && platform.Folders.Exists(contents) &&
+           platform.Files.Exists(JoinPath(contents, L"index.html")) && !IsMarkedForAdjustment(installed.Adjust_flg);
+}
+
+/// A disc may bring, for the next version only, the files that differ. They fit when the manual kept its form.
+bool HasDifferences(Platform& platform, const DiscCatalogueRecord& record, const InstalledRecord& installed) {
+    return record.PdfForm != Yes && installed.InstalledPdfForm == record.PdfForm &&
+           CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, record.ComparePath, installed.INSPath) > 0;
+}
+
+/// Compares with a usable installed copy. False when that is as new or newer. Throws when a version is not a number.
+bool ClassifyUpdate(Platform& platform, const InstalledRecord& installed, DiscCatalogueRecord& record) {
+    const std::int16_t difference = Subtract16(TextToInt16(record.Version), TextToInt16(installed.Version));
+    if (difference <= 0) {
+        record.InstallFlag = No;
+        return false;
+    }
+    const bool differential = difference == 1 && HasDifferences(platform, record, installed);
+    record.InstallKind = differential ? DifferentialInstallation : FullInstallation;
+    record.InstallState = StateUpdate;
+    return true;
+}
+
+/// Decides whether and how a valid record is installed; `found` tells whether Program::Installed holds its edition.
+void Classify(Program& program, const std::wstring& folderName, bool found, DiscCatalogueRecord& record) {
+    record.DoneFlag = No;
+    record.InstallFlag = Yes;
+    record.InstallState = StateNothing;
+    const InstalledRecord& installed = program.Installed;
+    if (!found) {
+        record.InstallKind = FullInstallation;
+        record.InstallState = StateNew;
+    } else if (!IsUsable(program.Platform, installed)) {
+        record.InstallKind = FullInstallation;
+        record.InstallState = StateUpdate;
+    } else if (!ClassifyUpdate(program.Platform, installed, record)) {
+        return;
+    }
+    record.InstalledPath = found ? installed.INSPath : L"";
+    record.FolderName = folderName;
+}
+
+/// Names of the disc's folders that hold a catalogue file. Throws PlatformError.
+std::vector<std::wstring> ListManualFolders(const Program& program) {
+    std::vector<std::wstring> folders;
+    for (const std::wstring& name : program.Platform.Folders.List(program.Paths.DiscRootPath).Subfolders) {
+        if (HasCatalogueFile(program, name)) {
+            folders.push_back(name);
+        }
+    }
+    return folders;
+}
+
+}  // namespace
+
+bool ScanDiscCatalogue(Program& program) {
+    DiscCatalogue& catalogue = program.DiscCatalogue;
+    catalogue.Clear();
+    std::wstring current;
+    try {
+        for (const std::wstring& folder : ListManualFolders(program)) {
+            current = folder;
+            ReadCatalogueRecord(program, folder);
+            if (catalogue.CatalogueErrorFlag != 0) {
+                return false;
+            }
+        }
+        return true;
+    } catch (const std::exception&) {
+        StopScan(catalogue, L"car_info.ci data Error program abort",
+                 L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + current + L" ]");
+        return false;
+    }
+}
+
+void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
+    DiscCatalogue& catalogue = program.DiscCatalogue;
+    DiscCatalogueRecord& record = catalogue.Records.emplace_back();
+    record.InstallFlag = Yes;
+    ReadCatalogueFile(program, folderName, record);
+    record.OrderNo = FindOrderNo(program.ModelOrder, record.Model_ID);
+    if (!ValidateCatalogueRecord(program.Settings.Columns, record, catalogue)) {
+        catalogue.CatalogueErrorFlag = -1;
+        return;
+    }
+    const MdbStatus status = FindInstalledRecord(program, record.Pub_No);
+    if (status == MdbError) {
+        StopScan(catalogue, GetMessageText(program, DatabaseErrorMessage), GetMessageText(program, StoppedMessage));
+        return;
+    }
+    LocateContent(program, folderName, record);
+    Classify(program, folderName, status == MdbOk, record);
+    if (IsSupersededPublication(program, catalogue.LastIndex())) {
+        record.InstallFlag = Superseded;
+        record.InstallState = StateNothing;
+    }
+}
+
+bool HasCatalogueFile(const Program& program, const std::wstring& folderName) {
+    return program.Platform.Files.Exists(CatalogueFilePath(program, folderName));
+}
+
+bool ValidateCatalogueRecord(const ColumnLengths& lengths, const DiscCatalogueRecord& record,
+                             DiscCatalogue& catalogue) {
+    struct Field {
+        const wchar_t* Name;
+        const std::wstring& Value;
+        std::int16_t Maximum;
+        bool EmptyAllowed = false;
+    };
+    const Field fields[] = {{L"Pub_No", record.Pub_No, lengths.Pub_No},
+                            {L"Model_desc", record.Model_desc, lengths.Model_desc},
+                            {L"Model_ID", record.Model_ID, lengths.Model_ID},
+                            {L"Version", record.Version, lengths.Version},
+                            {L"Year", record.Year, lengths.Year},
+                            {L"Kubun", record.Kubun, lengths.Kubun, true},
+                            {L"Country", record.Country, lengths.Country},
+                            {L"Lang", record.Lang, lengths.Lang},
+                            {L"Ldup", record.Ldup, lengths.Ldup}};
+    for (const Field& field : fields) {
+        if (!CheckFieldLength(field.Value, field.Maximum, field.EmptyAllowed)) {
+            catalogue.CatalogueErrorCaption = L"car_info.ci data length Error program abort";
+            // The length is that of the value as it stands in the file, blanks included.
+            catalogue.CatalogueErrorText = L"PubNo = " + record.Pub_No + L" [ " + field.Name + L" length = " +
+                                           std::to_wstring(field.Value.size()) + L" ]";
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool emptyAllowed) {
+    const auto length = static_cast<std::ptrdiff_t>(TrimBlanks(value).size());
+    return length <= maximum && (length > 0 || emptyAllowed);
+}
+
+bool IsSupersededPublication(Program& program, std::int16_t recordNumber) {
+    try {
+        std::wstring pubNo = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber)).Pub_No;
+        wchar_t& revision = pubNo.at(RevisionPosition);
+        if (revision < L'0' || revision > L'9') {
+            return false;
+        }
+        for (++revision; revision <= L'9'; ++revision) {
+            if (FindInstalledRecord(program, pubNo) == MdbOk) {
+                return true;
+            }
+        }
+    } catch (const std::exception&) {
+    }
+    return false;
+}
+
+}  // namespace mip

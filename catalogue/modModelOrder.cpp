@@ -1,0 +1,48 @@
+#include "catalogue/modModelOrder.h"
+
+#include <exception>
+
+#include "app/Checked.h"
+#include "catalogue/FieldValues.h"
+#include "catalogue/Statements.h"
+
+namespace mip {
+namespace {
+
+constexpr std::int16_t OrderSlot = 7;
+
+ModelOrderEntry ReadEntry(clsMDB& database) {
+    const FieldValue emptyText{std::wstring()};
+    return {FieldText(database.Pcls_MdbGetField(OrderSlot, L"Model_ID", emptyText)),
+            FieldText(database.Pcls_MdbGetField(OrderSlot, L"Model_desc", emptyText)),
+            FieldInt16(database.Pcls_MdbGetField(OrderSlot, L"OrderNo", FieldValue{std::int64_t{0}}))};
+}
+
+}  // namespace
+
+std::int16_t LoadModelOrder(clsMDB& database, ModelOrderList& list) {
+    list = {};
+    try {
+        MdbStatus status = database.Pcls_MdbCreate(OrderSlot, statements::ReadModelOrder);
+        while (status == MdbOk) {
+            ModelOrderEntry entry = ReadEntry(database);
+            list.ModelOrderCount = Add16(list.ModelOrderCount, 1);
+            list.Entries.push_back(std::move(entry));
+            status = database.Pcls_MdbMoveNext(OrderSlot);
+        }
+        return status;
+    } catch (const std::exception&) {
+        return MdbError;
+    }
+}
+
+std::int16_t FindOrderNo(const ModelOrderList& list, const std::wstring& modelId) {
+    for (std::size_t index = 1; index < list.Entries.size(); ++index) {
+        if (list.Entries[index].Model_ID == modelId) {
+            return list.Entries[index].OrderNo;
+        }
+    }
+    return 0;
+}
+
+}  // namespace mip
