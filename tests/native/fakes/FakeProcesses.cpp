@@ -2,6 +2,7 @@
 
 #include "app/TextTools.h"
 #include "app/modFile.h"
+#include "platform/ProgramSearch.h"
 
 namespace mip {
 
@@ -57,25 +58,6 @@ ScriptedEnd RunRmDir(FileTree& tree, const std::wstring& arguments) {
 
 }  // namespace
 
-std::wstring ProgramOfCommandLine(FileTree& tree, const std::wstring& commandLine, std::wstring& arguments) {
-    if (commandLine.starts_with(L'"')) {
-        const std::size_t end = std::min(commandLine.find(L'"', 1), commandLine.size());
-        arguments = commandLine.substr(std::min(end + 1, commandLine.size()));
-        const std::wstring program = commandLine.substr(1, end - 1);
-        return tree.HasFile(program) ? program : L"";
-    }
-    for (std::size_t end = commandLine.find(L' ');; end = commandLine.find(L' ', end + 1)) {
-        const std::wstring program = commandLine.substr(0, end);
-        if (tree.HasFile(program)) {
-            arguments = commandLine.substr(std::min(end, commandLine.size()));
-            return program;
-        }
-        if (end == std::wstring::npos) {
-            return L"";
-        }
-    }
-}
-
 std::optional<std::vector<std::wstring>> FakeProcesses::Snapshot() {
     return faults_.Fails("Processes.Snapshot") ? std::nullopt : Running;
 }
@@ -97,18 +79,18 @@ void FakeProcesses::On(const std::wstring& program, Handler handler) {
 }
 
 ScriptedEnd FakeProcesses::Start(const std::wstring& commandLine) {
-    std::wstring arguments;
-    const std::wstring program = ProgramOfCommandLine(tree_, commandLine, arguments);
-    if (program.empty()) {
+    const std::optional<ProgramCall> call =
+        FindProgram(commandLine, [this](const std::wstring& path) { return tree_.HasFile(path); });
+    if (!call) {
         throw PlatformError("Start", commandLine, errors::FileNotFound);
     }
-    const std::wstring name = ToUpper(LastComponent(program));
-    for (const std::wstring& key : {ToUpper(program), name}) {
+    const std::wstring name = ToUpper(LastComponent(call->Program));
+    for (const std::wstring& key : {ToUpper(call->Program), name}) {
         if (const auto handler = handlers_.find(key); handler != handlers_.end()) {
             return handler->second(commandLine);
         }
     }
-    return name == L"RMDIR.BAT" ? RunRmDir(tree_, arguments) : ScriptedEnd{};
+    return name == L"RMDIR.BAT" ? RunRmDir(tree_, call->Arguments) : ScriptedEnd{};
 }
 
 }  // namespace mip

@@ -47,8 +47,4 @@ class FakeProcesses : public Processes {
     std::map<std::wstring, Handler> handlers_;
 };
 
-/// The program of a command line, as the system finds it: quoted, or the shortest run of words that is a file.
-/// `arguments` gets what follows. "" when there is no such file.
-std::wstring ProgramOfCommandLine(FileTree& tree, const std::wstring& commandLine, std::wstring& arguments);
-
 }  // namespace mip

@@ -1,0 +1,197 @@
+#include "platform/windows/WindowsFiles.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/ScopeGuard.h"
+#include "platform/windows/FileTimes.h"
+#include "platform/windows/Handle.h"
+#include "platform/windows/LastError.h"
+#include "platform/windows/LongPath.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::size_t CopyBufferSize = 512 * 1024;
+constexpr std::uint64_t LargestPiece = 0x1000'0000;  // well inside the DWORD that the calls count in
+constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+FileHandle OpenFile(const std::wstring& path, DWORD access, DWORD sharing, DWORD disposition, DWORD flags = 0) {
+    FileHandle file(CreateFileW(LongPath(path).c_str(), access, sharing, nullptr, disposition, flags, nullptr));
+    if (!file) {
+        ThrowLastError("CreateFile", path);
+    }
+    return file;
+}
+
+DWORD ReadSome(const FileHandle& file, char* buffer, std::uint64_t size, const std::wstring& path) {
+    DWORD read = 0;
+    if (!ReadFile(file.Get(), buffer, static_cast<DWORD>(std::min(size, LargestPiece)), &read, nullptr)) {
+        ThrowLastError("ReadFile", path);
+    }
+    return read;
+}
+
+void WriteAll(const FileHandle& file, std::string_view bytes, const std::wstring& path) {
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto piece = static_cast<DWORD>(std::min<std::uint64_t>(bytes.size(), LargestPiece));
+        if (!WriteFile(file.Get(), bytes.data(), piece, &written, nullptr)) {
+            ThrowLastError("WriteFile", path);
+        }
+        bytes.remove_prefix(written);
+    }
+}
+
+/// A short read means the end of the file, so a small file costs one read and one write.
+void CopyContent(const FileHandle& source, const std::wstring& sourcePath, const FileHandle& destination,
+                 const std::wstring& destinationPath, std::vector<char>& buffer) {
+    DWORD read = 0;
+    do {
+        read = ReadSome(source, buffer.data(), buffer.size(), sourcePath);
+        WriteAll(destination, {buffer.data(), read}, destinationPath);
+    } while (read == buffer.size());
+}
+
+/// The source's modification time and no attributes, in one call on the open file. Zero times stay as they are.
+void FinishCopy(const FileHandle& source, const std::wstring& sourcePath, const FileHandle& destination,
+                const std::wstring& destinationPath) {
+    FILETIME modified{};
+    if (!GetFileTime(source.Get(), nullptr, nullptr, &modified)) {
+        ThrowLastError("GetFileTime", sourcePath);
+    }
+    FILE_BASIC_INFO basic{};
+    basic.LastWriteTime.LowPart = modified.dwLowDateTime;
+    basic.LastWriteTime.HighPart = static_cast<LONG>(modified.dwHighDateTime);
+    basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    if (!SetFileInformationByHandle(destination.Get(), FileBasicInfo, &basic, sizeof basic)) {
+        ThrowLastError("SetFileInformationByHandle", destinationPath);
+    }
+}
+
+DWORD AttributesOf(const std::wstring& path) {
+    return GetFileAttributesW(LongPath(path).c_str());
+}
+
+}  // namespace
+
+bool WindowsFiles::Exists(const std::wstring& path) {
+    const DWORD found = AttributesOf(path);
+    return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+FileStatus WindowsFiles::Status(const std::wstring& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &data)) {
+        ThrowLastError("GetFileAttributesEx", path);
+    }
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        throw PlatformError("GetFileAttributesEx", path, errors::AccessDenied);
+    }
+    return {std::uint64_t{data.nFileSizeHigh} << 32U | data.nFileSizeLow, FromSystemTime(data.ftLastWriteTime),
+            data.dwFileAttributes & ~attributes::Normal};
+}
+
+void WindowsFiles::SetAttributes(const std::wstring& path, std::uint32_t bits) {
+    if (!SetFileAttributesW(LongPath(path).c_str(), bits == 0 ? attributes::Normal : bits)) {
+        ThrowLastError("SetFileAttributes", path);
+    }
+}
+
+void WindowsFiles::CopyToNew(const std::wstring& source, const std::wstring& destination) {
+    copyBuffer_.resize(CopyBufferSize);
+    const FileHandle from = OpenFile(source, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    FileHandle to = OpenFile(destination, GENERIC_WRITE | DELETE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
+    ScopeGuard removePart([&] {
+        FILE_DISPOSITION_INFO disposition{TRUE};
+        SetFileInformationByHandle(to.Get(), FileDispositionInfo, &disposition, sizeof disposition);
+    });
+    CopyContent(from, source, to, destination, copyBuffer_);
+    FinishCopy(from, source, to, destination);
+    removePart.Dismiss();
+}
+
+void WindowsFiles::Move(const std::wstring& source, const std::wstring& destination) {
+    if (!MoveFileExW(LongPath(source).c_str(), LongPath(destination).c_str(),
+                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        ThrowLastError("MoveFileEx", source);
+    }
+}
+
+void WindowsFiles::Remove(const std::wstring& path) {
+    if (!DeleteFileW(LongPath(path).c_str())) {
+        ThrowLastError("DeleteFile", path);
+    }
+}
+
+std::string WindowsFiles::Read(const std::wstring& path, std::uint64_t limit) {
+    const FileHandle file = OpenFile(path, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(file.Get(), &size)) {
+        ThrowLastError("GetFileSizeEx", path);
+    }
+    std::string bytes(static_cast<std::size_t>(std::min(limit, static_cast<std::uint64_t>(size.QuadPart))), '\0');
+    std::size_t done = 0;
+    for (DWORD read = 1; done < bytes.size() && read > 0; done += read) {
+        read = ReadSome(file, bytes.data() + done, bytes.size() - done, path);
+    }
+    bytes.resize(done);
+    return bytes;
+}
+
+void WindowsFiles::Write(const std::wstring& path, const std::string& bytes) {
+    // An existing file is opened and emptied: creating it anew is refused when it is hidden.
+    const FileHandle file = OpenFile(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
+    if (!SetEndOfFile(file.Get())) {
+        ThrowLastError("SetEndOfFile", path);
+    }
+    WriteAll(file, bytes, path);
+}
+
+void WindowsFiles::Append(const std::wstring& path, const std::string& bytes) {
+    const FileHandle file = OpenFile(path, FILE_APPEND_DATA, FILE_SHARE_READ, OPEN_ALWAYS);
+    WriteAll(file, bytes, path);
+}
+
+bool WindowsFolders::Exists(const std::wstring& folder) {
+    const DWORD found = AttributesOf(folder);
+    return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+void WindowsFolders::Create(const std::wstring& folder) {
+    if (!CreateDirectoryW(LongPath(folder).c_str(), nullptr)) {
+        ThrowLastError("CreateDirectory", folder);
+    }
+}
+
+FolderListing WindowsFolders::List(const std::wstring& folder) {
+    FolderListing listing;
+    WIN32_FIND_DATAW found{};
+    const std::wstring pattern = LongPath(folder + (folder.ends_with(L'\\') ? L"*" : L"\\*"));
+    const FindHandle search(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                                             FIND_FIRST_EX_LARGE_FETCH));
+    if (!search) {
+        const DWORD code = GetLastError();
+        if (code == ERROR_FILE_NOT_FOUND) {  // a drive's root with nothing in it
+            return listing;
+        }
+        throw PlatformError("FindFirstFileEx", folder, code);
+    }
+    do {
+        const std::wstring_view name = found.cFileName;
+        const bool reparse = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+        if (name == L"." || name == L".." || (reparse && IsReparseTagNameSurrogate(found.dwReserved0))) {
+            continue;
+        }
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        (isFolder ? listing.Subfolders : listing.Files).emplace_back(name);
+    } while (FindNextFileW(search.Get(), &found));
+    const DWORD code = GetLastError();
+    if (code != ERROR_NO_MORE_FILES) {
+        throw PlatformError("FindNextFile", folder, code);
+    }
+    return listing;
+}
+
+}  // namespace mip

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Files.h"
+
+namespace mip {
+
+class WindowsFiles : public Files {
+  public:
+    bool Exists(const std::wstring& path) override;
+    FileStatus Status(const std::wstring& path) override;
+    void SetAttributes(const std::wstring& path, std::uint32_t bits) override;
+    void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
+    void Move(const std::wstring& source, const std::wstring& destination) override;
+    void Remove(const std::wstring& path) override;
+    std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) override;
+    void Write(const std::wstring& path, const std::string& bytes) override;
+    void Append(const std::wstring& path, const std::string& bytes) override;
+
+  private:
+    std::vector<char> copyBuffer_;  ///< kept, so that thousands of small copies allocate once
+};
+
+class WindowsFolders : public Folders {
+  public:
+    bool Exists(const std::wstring& folder) override;
+    void Create(const std::wstring& folder) override;
+    FolderListing List(const std::wstring& folder) override;
+};
+
+}  // namespace mip

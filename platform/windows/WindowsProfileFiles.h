@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/ProfileFiles.h"
+
+namespace mip {
+
+class WindowsProfileFiles : public ProfileFiles {
+  public:
+    std::wstring ReadString(const std::wstring& section, const std::wstring& key, const std::wstring& file,
+                            std::size_t capacity) override;
+};
+
+}  // namespace mip
