@@ -17,7 +17,10 @@ namespace mip {
 void ThrowIfFailed(HRESULT result, std::string_view operation, std::wstring_view object);
 
 struct ComRelease {
-    void operator()(IUnknown* object) const { object->Release(); }
+    template <typename Interface>
+    void operator()(Interface* object) const {
+        object->Release();
+    }
 };
 /// One counted reference to a COM interface.
 template <typename Interface>
