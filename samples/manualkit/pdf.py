@@ -1,0 +1,90 @@
+"""A small PDF 1.4 writer: pages with text, lines and boxes in the two built-in Helvetica fonts, and bookmarks."""
+
+WIDTH, HEIGHT = 595, 842  # A4 in points
+
+
+def pdf_text(text):
+    """A string object in the fonts' encoding."""
+    escaped = text.replace("\\", "\\\\").replace("(", "\\(").replace(")", "\\)")
+    return b"(" + escaped.encode("cp1252") + b")"
+
+
+class PdfPage:
+    def __init__(self):
+        self.drawing = []
+
+    def text(self, x, y, text, size=10, bold=False, grey=0.1):
+        font = "F2" if bold else "F1"
+        self.drawing.append(
+            b"BT /%s %d Tf %.2f g %d %d Td %s Tj ET" % (font.encode(), size, grey, x, y, pdf_text(text))
+        )
+
+    def box(self, x, y, width, height, colour):
+        self.drawing.append(b"%.3f %.3f %.3f rg %d %d %d %d re f" % (*colour, x, y, width, height))
+
+    def frame(self, x, y, width, height):
+        self.drawing.append(b"0.13 0.19 0.24 RG 1.2 w %d %d %d %d re S" % (x, y, width, height))
+
+    def line(self, *points, width=1.0, grey=0.7):
+        steps = b" ".join(b"%d %d %s" % (x, y, b"l" if index else b"m") for index, (x, y) in enumerate(points))
+        self.drawing.append(b"%.2f G %.1f w %s S" % (grey, width, steps))
+
+
+class PdfDocument:
+    def __init__(self, title):
+        self.title = title
+        self.pages = []
+        self.bookmarks = []  # (text, page index)
+
+    def add_page(self, bookmark=""):
+        self.pages.append(PdfPage())
+        if bookmark:
+            self.bookmarks.append((bookmark, len(self.pages) - 1))
+        return self.pages[-1]
+
+    def bytes(self):
+        """Objects: 1 catalogue, 2 page tree, 3 and 4 fonts, 5 information, 6 outline, then pages and bookmarks."""
+        first_page = 7
+        first_mark = first_page + 2 * len(self.pages)
+        page_number = [first_page + 2 * index for index in range(len(self.pages))]
+        kids = b" ".join(b"%d 0 R" % number for number in page_number)
+        objects = [
+            b"<< /Type /Catalog /Pages 2 0 R /Outlines 6 0 R /PageMode /UseOutlines >>",
+            b"<< /Type /Pages /Count %d /Kids [%s] >>" % (len(self.pages), kids),
+            b"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
+            b"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Bold /Encoding /WinAnsiEncoding >>",
+            b"<< /Title %s /Author (Vantor) >>" % pdf_text(self.title),
+            b"<< /Type /Outlines /Count %d /First %d 0 R /Last %d 0 R >>"
+            % (len(self.bookmarks), first_mark, first_mark + len(self.bookmarks) - 1),
+        ]
+        for number, page in zip(page_number, self.pages):
+            stream = b"\n".join(page.drawing)
+            objects.append(
+                b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R"
+                b" /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >> >>" % (WIDTH, HEIGHT, number + 1)
+            )
+            objects.append(b"<< /Length %d >>\nstream\n%s\nendstream" % (len(stream), stream))
+        for index, (text, page) in enumerate(self.bookmarks):
+            links = b" /Prev %d 0 R" % (first_mark + index - 1) if index else b""
+            if index + 1 < len(self.bookmarks):
+                links += b" /Next %d 0 R" % (first_mark + index + 1)
+            objects.append(
+                b"<< /Title %s /Parent 6 0 R /Dest [%d 0 R /Fit]%s >>" % (pdf_text(text), page_number[page], links)
+            )
+        return self.assemble(objects)
+
+    @staticmethod
+    def assemble(objects):
+        """Header, numbered objects, and the table of their offsets."""
+        body = b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n"
+        offsets = []
+        for number, content in enumerate(objects, 1):
+            offsets.append(len(body))
+            body += b"%d 0 obj\n%s\nendobj\n" % (number, content)
+        table = b"".join(b"%010d 00000 n \n" % offset for offset in offsets)
+        return (
+            body
+            + b"xref\n0 %d\n0000000000 65535 f \n%s" % (len(objects) + 1, table)
+            + b"trailer\n<< /Size %d /Root 1 0 R /Info 5 0 R >>\nstartxref\n%d\n%%%%EOF\n"
+            % (len(objects) + 1, len(body))
+        )
