@@ -7,17 +7,27 @@ if(NOT WIN32)
     return()
 endif()
 
-set(MIP_DEPENDENCIES "$ENV{MIP_DEPENDENCIES}" CACHE PATH "Folder that tools/build-dependencies.sh made")
+# The script builds them at the first call and only prints their folder afterwards.
+set(MIP_DEPENDENCIES "$ENV{MIP_DEPENDENCIES}" CACHE PATH "Folder with include/ and lib/; empty: the script's")
+set(dependencies ${MIP_DEPENDENCIES})
+if(NOT dependencies)
+    execute_process(
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/build-dependencies.sh
+        OUTPUT_VARIABLE dependencies
+        OUTPUT_STRIP_TRAILING_WHITESPACE
+        COMMAND_ERROR_IS_FATAL ANY)
+endif()
+set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS tools/build-dependencies.sh)
 
 add_library(SQLite::SQLite3 STATIC IMPORTED GLOBAL)
 set_target_properties(SQLite::SQLite3 PROPERTIES
-    IMPORTED_LOCATION ${MIP_DEPENDENCIES}/lib/libsqlite3.a
-    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${MIP_DEPENDENCIES}/include)
+    IMPORTED_LOCATION ${dependencies}/lib/libsqlite3.a
+    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${dependencies}/include)
 
 add_library(LibArchive::LibArchive STATIC IMPORTED GLOBAL)
 set_target_properties(LibArchive::LibArchive PROPERTIES
-    IMPORTED_LOCATION ${MIP_DEPENDENCIES}/lib/libarchive.a
-    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${MIP_DEPENDENCIES}/include
+    IMPORTED_LOCATION ${dependencies}/lib/libarchive.a
+    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${dependencies}/include
     INTERFACE_COMPILE_DEFINITIONS LIBARCHIVE_STATIC
     INTERFACE_LINK_LIBRARIES "z;bcrypt;ws2_32")
 
