@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# Installs what building, running and testing need and is not there yet. Says nothing when nothing is missing.
+#   set-up.sh          what ./run and ./test need
+#   set-up.sh bench    also the benchmark library and hyperfine
+set -euo pipefail
+source "$(dirname "$0")/common.sh"
+
+packages=(
+    # building, for this machine and for Windows
+    g++ cmake ninja-build ccache pkg-config g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix binutils-mingw-w64-i686
+    libz-mingw-w64-dev googletest libgtest-dev libsqlite3-dev libarchive-dev
+    # unpacking and building the source packages of the dependencies
+    dpkg-dev make patch xz-utils tcl
+    # samples and what looks at them
+    sqlite3 zip unzip python3 xorriso zstd
+    # running Windows programs
+    wine wine32:i386 xvfb fonts-liberation fonts-ipafont-gothic fonts-wine
+)
+[ "${1:-}" != bench ] || packages+=(libbenchmark-dev hyperfine)
+
+# A package of any architecture that satisfies the name is listed once; "wine32:i386" is asked for with its architecture.
+missing_packages() {
+    local installed name
+    installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n${db:Status-Status} ${Package}:${Architecture}\n' \
+        "${packages[@]}" 2>/dev/null || true)
+    for name in "${packages[@]}"; do
+        case $'\n'$installed$'\n' in
+            *$'\n'"installed $name"$'\n'*) ;;
+            *) echo "$name" ;;
+        esac
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        env DEBIAN_FRONTEND=noninteractive "$@"
+    elif command -v sudo >/dev/null; then
+        sudo env DEBIAN_FRONTEND=noninteractive "$@"
+    else
+        say "installing packages needs root or sudo"
+        return 1
+    fi
+}
+
+apt() { as_root apt-get -q -y -o DPkg::Lock::Timeout=600 -o Acquire::Retries=3 "$@"; }
+
+# Where one index of updates could not be read, the newest versions of the two architectures may differ, and then cannot
+# be installed together. The release itself always has both.
+install_packages() {
+    local release
+    release=$(. /etc/os-release && echo "${VERSION_CODENAME:-stable}")
+    apt install --no-install-recommends "$@" || apt install --no-install-recommends -t "$release" "$@"
+}
+
+mapfile -t missing < <(missing_packages)
+if [ "${#missing[@]}" -gt 0 ]; then
+    command -v apt-get >/dev/null || die "this needs Debian or a system with its packages"
+    log=$(mktemp)
+    trap 'rm -f "$log"' EXIT
+    if [[ " ${missing[*]} " == *:i386* && " $(dpkg --print-foreign-architectures) " != *i386* ]]; then
+        say "Adding the i386 architecture, for Wine"
+        run_logged "$log" as_root dpkg --add-architecture i386 || die "the i386 architecture cannot be added"
+    fi
+    say "Reading the package lists"
+    apt update >"$log" 2>&1 </dev/null || say "  one of them could not be read; going on with the others"
+    say "Installing ${missing[*]}"
+    run_logged "$log" install_packages "${missing[@]}" || die "these packages cannot be installed: ${missing[*]}"
+    mapfile -t missing < <(missing_packages)
+    [ "${#missing[@]}" -eq 0 ] || die "still missing: ${missing[*]}"
+fi
+
+"$root/tools/wine-prefix.sh" template >/dev/null
