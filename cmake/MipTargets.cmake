@@ -17,6 +17,9 @@ function(mip_fill_empty_targets)
     endforeach()
 endfunction()
 
+# All Windows programs, without the tests.
+add_custom_target(programs)
+
 # A Windows program with a window: wide entry point, no console.
 function(mip_windows_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")
@@ -26,6 +29,7 @@ function(mip_windows_program name)
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE mip_options ${arg_LIBS})
     target_link_options(${name} PRIVATE -municode -mwindows)
+    add_dependencies(programs ${name})
 endfunction()
 
 # A command line tool, for the build machine and for Windows.

@@ -1,2 +1,2 @@
-// Must not compile: see the test build.MiddleRingCannotSeeWindows.
+// Must not compile: see the test MiddleRingCannotSeeWindows.
 #include <windows.h>
