@@ -43,6 +43,12 @@ open_screen() {
     export DISPLAY=:$number MIP_FRAMEBUFFER=$work/Xvfb_screen0
 }
 
+# One session at a time in a prefix: the end of one would end the programs of the other.
+if [ -n "$prefix" ]; then
+    exec 9>"$prefix.lock"
+    flock -n 9 || die "another session is in $prefix"
+fi
+
 wine_environment "${prefix:-$work/prefix}"
 trap close_session EXIT
 trap 'exit 130' INT
