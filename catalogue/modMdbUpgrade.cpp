@@ -57,7 +57,7 @@ bool Succeeds(Step step) {
 void Discard(Platform& platform, const std::wstring& file) {
     const auto deleteFile = [&] {
         DeleteFileForced(platform, file);
-        return true;
+        return !platform.Files.Exists(file);
     };
     if (!Succeeds(deleteFile)) {
         WaitSeconds(platform.Clock, 1);

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "tests/native/fakes/Faults.h"
+#include "tests/native/fakes/FileTree.h"
+
+namespace mip {
+
+/// The file layer of the embedded database engine over the files of an in-memory Windows. Every call of the engine into
+/// it counts for Faults, and a power cut in a write leaves half of it.
+class TreeVfs {
+  public:
+    TreeVfs(FileTree& tree, Faults& faults);
+    TreeVfs(const TreeVfs&) = delete;
+    TreeVfs& operator=(const TreeVfs&) = delete;
+    ~TreeVfs();
+
+    /// The name under which the engine knows this file layer.
+    const std::string& Name() const { return name_; }
+
+    /// What becomes of the bytes that were written but not flushed when the power went.
+    enum class Unflushed { Kept, Lost, EverySecondPage };
+    void SettleAfterPowerCut(Unflushed unflushed);
+
+    /// The locks on one file, as the engine's rules want them: many readers, or one writer once they are gone.
+    struct Locks {
+        int Readers = 0;
+        const void* Writer = nullptr;
+        bool ReadersRefused = false;
+    };
+
+    // What the engine's calls work on.
+    FileTree& Tree() { return tree_; }
+    bool Refuses(const char* operation) { return faults_.Next(operation) != Faults::Verdict::Proceed; }
+    Faults::Verdict Ask(const char* operation) { return faults_.Next(operation); }
+    Locks& LocksOf(const FileNode& node) { return locks_[&node]; }
+    void BeforeWrite(const std::shared_ptr<FileNode>& node) { flushed_.try_emplace(node, node->Bytes); }
+    void Flushed(const std::shared_ptr<FileNode>& node) { flushed_.erase(node); }
+
+  private:
+    FileTree& tree_;
+    Faults& faults_;
+    std::string name_;
+    sqlite3_vfs vfs_{};
+    std::map<const FileNode*, Locks> locks_;
+    std::map<std::shared_ptr<FileNode>, std::string> flushed_;  ///< content at the last flush of what is written since
+};
+
+}  // namespace mip
