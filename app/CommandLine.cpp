@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 
 #include "app/TextTools.h"
 
@@ -83,15 +84,15 @@ bool ReadOne(const std::wstring& argument, Switches& switches) {
                                         : ReadWithValue(name, WithoutQuotes(argument.substr(equals + 1)), switches);
 }
 
-/// The switch that cannot stand as it does beside the others, or "".
-std::wstring FindMisplaced(const Switches& switches) {
+/// The switch that cannot stand as it does beside the others.
+std::optional<std::wstring> FindMisplaced(const Switches& switches) {
     if (switches.Check && !switches.Remove.empty()) {
         return L"/REMOVE=" + switches.Remove;
     }
     if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance()) {
         return switches.VerySilent ? L"/VERYSILENT" : L"/SILENT";
     }
-    return L"";
+    return std::nullopt;
 }
 
 }  // namespace
@@ -117,18 +118,18 @@ std::vector<std::wstring> SplitArguments(std::wstring_view commandLine) {
 
 Switches ReadSwitches(const std::vector<std::wstring>& arguments) {
     Switches switches;
-    std::wstring bad;
+    std::optional<std::wstring> bad;
     for (const std::wstring& argument : arguments) {
-        if (!ReadOne(argument, switches) && bad.empty()) {
+        if (!ReadOne(argument, switches) && !bad) {
             bad = argument;
         }
     }
     switches.Language = ToUpper(switches.Language);
-    if (bad.empty()) {
+    if (!bad) {
         bad = FindMisplaced(switches);
     }
-    if (!bad.empty()) {
-        throw BadSwitch(bad, switches);
+    if (bad) {
+        throw BadSwitch(*bad, switches);
     }
     return switches;
 }

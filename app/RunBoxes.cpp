@@ -16,7 +16,7 @@ int RunBoxes::Show(const std::wstring& text, int style, const std::wstring& titl
     if (!switches_.IsQuiet()) {
         return shown_.Show(text, style, title);
     }
-    log_.Write(L"Message", L"", text);
+    log_.Write(L"message", L"", text);
     return DefaultAnswer(style);
 }
 

@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include "app/ClsRegstry.h"
+#include "app/modRegistry.h"
+#include "app/modSysParameter.h"
+#include "install/modShell.h"
+#include "tests/native/app/Workshop.h"
+
+namespace mip {
+namespace {
+
+using std::chrono::milliseconds;
+
+TEST(Settings, EveryKeyHasItsPlace) {
+    Workshop shop;
+    shop.Start();
+    const Settings& settings = shop.Program.Settings;
+    EXPECT_EQ(settings.LcidFlag, 0);
+    EXPECT_EQ(settings.ShortcutIconFlag, 1);
+    EXPECT_EQ(settings.Kvx3ExeName, L"KVX3.exe");
+    EXPECT_EQ(settings.Kvx3MdbName, L"kvx3.mdb");
+    EXPECT_EQ(settings.McpExeName, L"Manager.exe");
+    EXPECT_EQ(settings.ZipExtractTime, 90000);
+    EXPECT_EQ(settings.Kvx3NewMdbName, L"new.mdb");
+    EXPECT_EQ(settings.Columns, (ColumnLengths{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+}
+
+TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
+    struct Case {
+        const char* From;
+        const char* To;
+        bool Succeeds;
+        std::int16_t LastWidth;  ///< of Pub_No, read before the key in question or not at all
+    };
+    const std::vector<Case> cases{
+        {"KVX3_EXE_NAME=KVX3.exe", "", true, 1},      {"ZIP_ExtractTime=90000", "ZIP_ExtractTime=", false, 0},
+        {"LCID_Flg=0", "LCID_Flg=40000", false, 0},   {"Pub_No=1", "Pub_No=one", false, 0},
+        {"Model_desc=2", "Model_desc=2.5", false, 1},
+    };
+    for (const Case& given : cases) {
+        SCOPED_TRACE(given.From);
+        Workshop shop;
+        shop.PutSettings(given.From, given.To);
+        shop.Program.Paths.SysParameterPath = std::wstring(SysDir) + L"\\SysParameter.ini";
+        EXPECT_EQ(ReadSystemParameters(shop.Program), given.Succeeds);
+        EXPECT_EQ(shop.Program.Settings.Columns.Pub_No, given.LastWidth);
+    }
+}
+
+TEST(Messages, FallBackIsByFileAndNotByKey) {
+    struct Case {
+        const wchar_t* Language;
+        std::int16_t Number;
+        std::wstring Text;
+    };
+    const std::string longText(300, 'x');
+    Workshop shop;
+    shop.Program.Paths.SysDirPath = SysDir;
+    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M09.ini", "[MESSAGE]\r\nM005=five\r\nM024=stopped\r\n");
+    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M11.ini",
+                              "[MESSAGE]\r\nM005=go\r\nM1234=many\r\nM006=" + longText + "\r\n");
+    const std::vector<Case> cases{
+        {L"07", 5, L"five"}, {L"07", 24, L"stopped"}, {L"11", 5, L"go"},
+        {L"11", 24, L""},    {L"11", 1234, L"many"},  {L"11", 6, std::wstring(255, L'x')},
+    };
+    for (const Case& given : cases) {
+        shop.Program.Identity.LanguageCode = given.Language;
+        EXPECT_EQ(GetMessageText(shop.Program, given.Number), given.Text);
+    }
+    shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini");
+    shop.Program.Identity.LanguageCode = L"07";
+    EXPECT_EQ(GetMessageText(shop.Program, 5), L"");
+}
+
+TEST(InstallPaths, AreDerivedFromTheRegistry) {
+    Workshop shop;
+    shop.Windows.Tree.Erase(L"C:\\Korvex\\Link");
+    shop.Windows.Registry.Put(Hive::LocalMachine, LibraryKey, L"InstallDir", L"C:\\Korvex\\Manual\\");
+    ReadInstallPaths(shop.Program);
+    const Paths& paths = shop.Program.Paths;
+    EXPECT_EQ(paths.SystemDrive, L"C:");
+    EXPECT_EQ(paths.LinkManualPath, L"C:\\Korvex\\Link\\Manual");
+    EXPECT_EQ(paths.LinkFolderPath, L"C:\\Program Files\\Vantor\\Korvex\\Link");
+    EXPECT_EQ(paths.UnZipTempPath, L"C:\\Korvex\\Manual\\UnZipTemp");
+    EXPECT_TRUE(shop.Windows.Tree.HasFolder(L"C:\\Korvex\\Link"));
+}
+
+TEST(InstallPaths, BareComputerGetsNoFolder) {
+    Workshop shop;
+    InMemoryWindows bare;
+    Program program(bare.Platform);
+    const auto before = bare.Tree.Snapshot(L"C:\\");
+    ReadInstallPaths(program);
+    EXPECT_EQ(program.Paths.ManualInstallDir, L"");
+    EXPECT_EQ(program.Paths.UnZipTempPath, L"\\UnZipTemp");
+    EXPECT_EQ(bare.Tree.Snapshot(L"C:\\"), before);
+}
+
+TEST(InstallPaths, ViewerHasADefaultFolder) {
+    struct Case {
+        const wchar_t* Language;
+        const wchar_t* Registered;
+        const wchar_t* Viewer;
+    };
+    const std::vector<Case> cases{
+        {L"09", L"F:\\View", L"F:\\View\\VBrowser.exe"},
+        {L"09", L"", L"E:\\Programs\\Vantor\\Korvex\\View\\VBrowser.exe"},
+        {L"11", L"", L"C:\\Program Files\\Vantor\\Korvex\\View\\VBrowser.exe"},
+    };
+    for (const Case& given : cases) {
+        Workshop shop;
+        Registry& registry = shop.Windows.Registry;
+        registry.WriteString(Hive::LocalMachine, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir",
+                             L"E:\\Programs");
+        registry.WriteString(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir",
+                             given.Registered);
+        shop.Program.Identity.LanguageCode = given.Language;
+        ReadInstallPaths(shop.Program);
+        EXPECT_EQ(shop.Program.Paths.ViewerExePath, given.Viewer);
+    }
+}
+
+TEST(PerUserSettings, AbsentSettingIsStoredWithItsFirstDefault) {
+    InMemoryWindows windows;
+    ClsRegstry settings(windows.Registry);
+    settings.AppName = L"App";
+    settings.Section = L"Main";
+    EXPECT_FALSE(settings.ChkReg());
+    EXPECT_EQ(settings.GetReg(L"Colour", L"red"), L"red");
+    EXPECT_EQ(settings.GetReg(L"Colour", L"blue"), L"red");
+    settings.SavReg(L"Empty", L"");
+    EXPECT_EQ(settings.GetReg(L"Empty", L"x"), L"");
+    EXPECT_EQ(settings.GetAllReg().size(), 2u);
+    settings.DelReg(L"Empty");
+    EXPECT_TRUE(settings.ChkReg());
+    settings.DelReg(L"");
+    EXPECT_FALSE(settings.ChkReg());
+}
+
+TEST(Processes, ArePolledEverySecondUntilTheyEnd) {
+    Workshop shop;
+    shop.Windows.Tree.PutFile(L"C:\\setup.exe");
+    shop.Windows.Processes.On(L"setup.exe", [](const std::wstring&) { return ScriptedEnd{7, 2}; });
+    EXPECT_TRUE(RunAndWait(shop.Windows.Platform, L"C:\\setup.exe /s"));
+    EXPECT_EQ(shop.Windows.Clock.Sleeps, std::vector<milliseconds>(3, milliseconds{1000}));
+    EXPECT_EQ(shop.Windows.Clock.Yields, 3);
+    EXPECT_FALSE(RunAndWait(shop.Windows.Platform, L"C:\\missing.exe"));
+    EXPECT_EQ(shop.Windows.Clock.Sleeps.size(), 3u);
+}
+
+TEST(Processes, WaitBeyondSixteenBitsDoesNotWait) {
+    InMemoryWindows windows;
+    for (const auto& wait : {PauseSeconds, WaitSeconds}) {
+        windows.Clock.Sleeps.clear();
+        wait(windows.Clock, 33);
+        EXPECT_TRUE(windows.Clock.Sleeps.empty());
+        wait(windows.Clock, 32);
+        EXPECT_EQ(windows.Clock.Sleeps, std::vector<milliseconds>{milliseconds{32000}});
+    }
+}
+
+TEST(QuietRun, BoxesAreLoggedAndGetTheirDefaultAnswer) {
+    Workshop shop;
+    shop.Start({L"/SILENT", L"/ACCEPT", L"/LOG=C:\\mip.log"});
+    MessageBoxes& shown = shop.Program.Platform.MessageBoxes;
+    EXPECT_EQ(shown.Show(L"go on?\r\nreally", boxes::YesNo, L""), boxes::AnswerYes);
+    EXPECT_EQ(shown.Show(L"stop?", boxes::YesNo | boxes::SecondButtonDefault, L""), boxes::AnswerNo);
+    EXPECT_EQ(shown.Show(L"done", boxes::Ok, L""), boxes::AnswerOk);
+    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
+    EXPECT_EQ(shop.LogText(),
+              "2024-05-06 07:08:09\tstart-up\t\tstarted\r\n2024-05-06 07:08:09\tmessage\t\tgo on?  really\r\n"
+              "2024-05-06 07:08:09\tmessage\t\tstop?\r\n2024-05-06 07:08:09\tmessage\t\tdone\r\n");
+}
+
+TEST(QuietRun, LostLogFileStopsNothing) {
+    Workshop shop;
+    shop.Start({L"/LOG=C:\\mip.log"});
+    shop.Windows.Tree.Deny(L"C:\\mip.log");
+    EXPECT_NO_THROW(shop.Program.Log.Write(L"install", L"A1", L"done"));
+}
+
+}  // namespace
+}  // namespace mip

@@ -1,0 +1,113 @@
+#include "app/TextTools.h"
+
+#include <gtest/gtest.h>
+
+#include "app/Checked.h"
+#include "app/DateText.h"
+#include "app/modLanguage.h"
+#include "tests/native/fakes/InMemoryWindows.h"
+
+namespace mip {
+namespace {
+
+TEST(Checked, SixteenBitLimits) {
+    EXPECT_EQ(Add16(32766, 1), 32767);
+    EXPECT_THROW(Add16(32767, 1), OverflowError);
+    EXPECT_EQ(Subtract16(-32767, 1), -32768);
+    EXPECT_THROW(Subtract16(-32768, 1), OverflowError);
+    EXPECT_EQ(Multiply16(32, 1000), 32000);
+    EXPECT_THROW(Multiply16(33, 1000), OverflowError);
+    EXPECT_THROW(Multiply16(-32768, -1), OverflowError);
+}
+
+TEST(Checked, ReadsWholeNumbersOnly) {
+    EXPECT_EQ(TextToInt16(L"  -32768 "), -32768);
+    EXPECT_EQ(TextToInt16(L"+007"), 7);
+    EXPECT_EQ(TextToInt32(L"2147483647"), 2147483647);
+    EXPECT_EQ(TextToInt32(L"-2147483648"), std::numeric_limits<std::int32_t>::min());
+    for (const wchar_t* text : {L"", L" ", L"-", L"1.5", L"0x1F", L"1 2", L"12a", L"--1", L"１"}) {
+        EXPECT_THROW(TextToInt32(text), ConversionError);
+    }
+    EXPECT_THROW(TextToInt16(L"32768"), OverflowError);
+    EXPECT_THROW(TextToInt32(L"2147483648"), OverflowError);
+    EXPECT_THROW(TextToInt32(L"99999999999999999999999999"), OverflowError);
+}
+
+TEST(DateText, ReadsAndWritesDates) {
+    const std::vector<std::pair<const wchar_t*, const wchar_t*>> cases{
+        {L"2024/05/06 07:08:09", L"2024/05/06 07:08:09"}, {L"2024-02-29", L"2024/02/29 00:00:00"},
+        {L" 1999/1/2 3:04:05 ", L"1999/01/02 03:04:05"},  {L"0001/01/01", L"0001/01/01 00:00:00"},
+        {L"1900/01/01", L"1900/01/01 00:00:00"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(FormatDateTime(ParseDateTime(text)), expected);
+    }
+    EXPECT_EQ(FormatMonthYear(ParseDateTime(L"2010/12/31 23:59:59")), L"Dec 2010");
+    for (const wchar_t* text : {L"", L"/01", L"2023/02/29", L"2024/13/01", L"2024/00/01", L"2024/05-06", L"24/05/06",
+                                L"2024/05/06 24:00:00", L"2024/05/06 1:2", L"2024/05/06x", L"2024/05", L"abc"}) {
+        EXPECT_THROW(ParseDateTime(text), ConversionError);
+    }
+}
+
+TEST(TextTools, ReplacesAndSplits) {
+    EXPECT_EQ(ReplaceAll(L"aaa", L"aa", L"a"), L"aa");
+    EXPECT_EQ(ReplaceAll(L"abc", L"", L"x"), L"abc");
+    EXPECT_EQ(ReplaceAll(L"@1@1", L"@1", L"@1!"), L"@1!@1!");
+    EXPECT_EQ(Split(L",a,", L','), (std::vector<std::wstring>{L"", L"a", L""}));
+    EXPECT_EQ(SplitLines(L"a\r\n\r\nb\nc"), (std::vector<std::wstring>{L"a", L"", L"b", L"c"}));
+    EXPECT_TRUE(SplitLines(L"").empty());
+    EXPECT_EQ(ToUpper(L"aÿßéжѓας1"), L"AÿßÉЖЃΑς1");
+    EXPECT_EQ(ToLower(L"ZÉЖЃΑ×"), L"zéжѓα×");
+}
+
+TEST(TextTools, Utf8SurvivesARoundTrip) {
+    const std::wstring text = FromUtf8("Aé\xE8\xBB\x8A\xF0\x9F\x9A\x97");
+    EXPECT_EQ(ToUtf8(text), "Aé\xE8\xBB\x8A\xF0\x9F\x9A\x97");
+    const std::vector<std::pair<std::string, std::wstring>> malformed{
+        {"a\x80z", L"a\xFFFDz"},
+        {"\xC3", L"\xFFFD"},
+        {"\xC0\xAF", L"\xFFFD"},
+        {"\xED\xA0\x80", L"\xFFFD"},
+        {"\xF5\x80\x80\x80", L"\xFFFD"},
+        {"\xE8\xBB"
+         "A",
+         L"\xFFFD"
+         L"A"},
+    };
+    for (const auto& [bytes, expected] : malformed) {
+        EXPECT_EQ(FromUtf8(bytes), expected);
+    }
+}
+
+TEST(TextTools, TextFilesAreReadInTheirOwnEncoding) {
+    FakeComputer computer = [] {
+        static Faults faults;
+        return FakeComputer(faults);
+    }();
+    computer.CodePage = FakeCodePage::Latin1;
+    using namespace std::string_literals;
+    EXPECT_EQ(DecodeTextFile("\xE9", computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xEF\xBB\xBF\xC3\xA9", computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xFF\xFE\xE9\0"s, computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xFE\xFF\0\xE9"s, computer), L"é");
+    EXPECT_EQ(ToUtf8(DecodeTextFile("\xFF\xFE\x3D\xD8\x97\xDE"s, computer)), "\xF0\x9F\x9A\x97");
+    EXPECT_EQ(DecodeTextFile("\xFF\xFE\x3D\xD8"
+                             "A\0B"s,
+                             computer),
+              L"\xFFFD"
+              L"A\xFFFD");
+}
+
+TEST(Language, CodesOfIdentifiers) {
+    const std::vector<std::pair<const wchar_t*, const wchar_t*>> cases{
+        {L"0411", L"11"},  {L"0409", L"09"},  {L"0809", L"09"},  {L"0407", L"07"}, {L"0804", L"04S"},
+        {L"1004", L"04S"}, {L"0404", L"04T"}, {L"0c04", L"04T"}, {L"1404", L"04"}, {L"040c", L"0C"},
+    };
+    for (const auto& [identifier, code] : cases) {
+        EXPECT_EQ(LanguageCodeOf(identifier), code);
+    }
+    EXPECT_EQ(MakeLcid(MakeLangId(0, 1)), 0x0400u);
+}
+
+}  // namespace
+}  // namespace mip

@@ -1,0 +1,142 @@
+#include "app/modFile.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/native/app/Workshop.h"
+
+namespace mip {
+namespace {
+
+using Texts = std::vector<std::pair<const wchar_t*, const wchar_t*>>;
+
+TEST(FilePaths, LastComponentIsRemovedWhereverItOccurs) {
+    for (const auto& [path, parent] : Texts{{L"D:\\programs\\setup", L"D:\\programs"},
+                                            {L"D:\\x\\y\\x", L"D:\\y"},
+                                            {L"D:\\x\\xy\\x", L"D:y"},
+                                            {L"D:", L"D:"},
+                                            {L"D:\\", L"D:"},
+                                            {L"", L""}}) {
+        EXPECT_EQ(GetParentFolder(path), parent);
+    }
+}
+
+TEST(FilePaths, TrimsAndJoins) {
+    for (const auto& [path, trimmed] :
+         Texts{{L"D:\\", L"D:"}, {L"D:\\abc\\", L"D:\\abc"}, {L"D:\\abc", L"D:\\abc"}, {L"D:x", L"D:"}, {L"", L""}}) {
+        EXPECT_EQ(TrimFolderPath(path), trimmed);
+    }
+    EXPECT_EQ(JoinPath(L"D:\\", L"\\a"), L"D:\\a");
+    EXPECT_EQ(JoinPath(L"", L"a"), L"\\a");
+    EXPECT_EQ(LastComponent(L"D:\\a\\b.pdf"), L"b.pdf");
+}
+
+TEST(FilePaths, SqlTextDoublesApostrophes) {
+    for (const auto& [value, literal] : Texts{{L"O'Brien", L"'O''Brien'"}, {L"'", L"''''"}, {L"", L"''"}}) {
+        EXPECT_EQ(QuoteSql(value), literal);
+    }
+}
+
+struct FileHelpers : testing::Test {
+    FileHelpers() {
+        shop.Windows.Tree.PutFile(L"D:\\new.txt", "new", attributes::ReadOnly);
+        shop.Program.Paths.RmDirBatPath = std::wstring(SysDir) + L"\\RmDir.bat";
+        shop.Program.Identity.FullAccessTrustee = L"Users";
+    }
+
+    std::size_t Sleeps() const { return shop.Windows.Clock.Sleeps.size(); }
+
+    Workshop shop;
+    Platform& platform = shop.Program.Platform;
+    FileTree& tree = shop.Windows.Tree;
+};
+
+TEST_F(FileHelpers, NewFileIsCopiedInOneCall) {
+    const std::size_t before = shop.Windows.Faults.Calls();
+    CopyFileReplacing(platform, L"D:\\new.txt", L"C:\\file.txt");
+    EXPECT_EQ(shop.Windows.Faults.Calls() - before, 1u);
+    EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
+    EXPECT_EQ(tree.Find(L"C:\\file.txt")->Attributes & attributes::ReadOnly, 0u);
+}
+
+TEST_F(FileHelpers, ExistingFileIsReplacedAndWaitedForOnlyWhenItHasAttributes) {
+    for (const std::uint32_t bits : {0u, attributes::ReadOnly, attributes::Hidden | attributes::System, 0x800u}) {
+        SCOPED_TRACE(bits);
+        tree.PutFile(L"C:\\file.txt", "old").Attributes = bits;
+        shop.Windows.Clock.Sleeps.clear();
+        CopyFileReplacing(platform, L"D:\\new.txt", L"C:\\file.txt");
+        EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
+        EXPECT_EQ(Sleeps(), bits == 0 || bits == 0x800 ? 0u : 1u);
+    }
+}
+
+TEST_F(FileHelpers, MissingSourceLeavesTheDestination) {
+    tree.PutFile(L"C:\\file.txt", "old");
+    EXPECT_THROW(CopyFileReplacing(platform, L"D:\\gone.txt", L"C:\\file.txt"), PlatformError);
+    EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "old");
+}
+
+TEST_F(FileHelpers, CopyWithAccessPausesAndGrants) {
+    tree.PutFile(L"C:\\file.txt", "old", attributes::ReadOnly);
+    CopyFileWithAccess(shop.Program, L"D:\\new.txt", L"C:\\file.txt");
+    EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
+    EXPECT_EQ(Sleeps(), 4u);
+    EXPECT_EQ(shop.Windows.Clock.Yields, 3);
+    EXPECT_EQ(shop.Windows.AccessControl.ListOf(L"C:\\file.txt").size(), 1u);
+    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
+}
+
+TEST_F(FileHelpers, FailedGrantIsShown) {
+    shop.Windows.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
+        return operation == "SetList" ? errors::AccessDenied : 0;
+    };
+    CopyFileWithAccess(shop.Program, L"D:\\new.txt", L"C:\\file.txt");
+    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.back(),
+              (ShownBox{L"Set Access Error = C:\\file.txt", 0, L"Manual Install Program"}));
+}
+
+TEST_F(FileHelpers, ForcedDeletionTakesReadOnlyFiles) {
+    tree.PutFile(L"C:\\file.txt", "old", attributes::ReadOnly);
+    DeleteFileForced(platform, L"C:\\file.txt");
+    EXPECT_FALSE(tree.HasFile(L"C:\\file.txt"));
+    EXPECT_NO_THROW(DeleteFileForced(platform, L"C:\\file.txt"));
+    EXPECT_EQ(Sleeps(), 1u);
+}
+
+TEST_F(FileHelpers, ClearedFolderIsEmptyAndThere) {
+    tree.PutFile(L"C:\\Temp\\UnZip\\deep\\page.html");
+    ClearFolder(shop.Program, L"C:\\Temp\\UnZip");
+    EXPECT_EQ(tree.Snapshot(L"C:\\Temp").size(), 1u);
+    EXPECT_TRUE(tree.HasFolder(L"C:\\Temp\\UnZip"));
+    EXPECT_EQ(shop.Windows.Processes.StartedHidden.back(), shop.Program.Paths.RmDirBatPath + L" \"C:\\Temp\\UnZip\"");
+}
+
+TEST_F(FileHelpers, FoldersAreMadeOneLevelOrAll) {
+    EXPECT_FALSE(MakeFolder(platform, L"C:\\a\\b"));
+    MakeFolderPath(platform, L"C:\\a\\b\\c");
+    EXPECT_TRUE(tree.HasFolder(L"C:\\a\\b\\c"));
+    EXPECT_FALSE(MakeFolder(platform, L"C:\\a\\b"));
+    EXPECT_NO_THROW(MakeFolderPath(platform, L"C:\\a\\b"));
+    EXPECT_NO_THROW(MakeFolderPath(platform, L"C:\\"));
+    tree.PutFile(L"C:\\file");
+    EXPECT_THROW(MakeFolderPath(platform, L"C:\\file"), PlatformError);
+    EXPECT_THROW(MakeFolderPath(platform, L"D:\\a\\b"), PlatformError);
+    EXPECT_THROW(MakeFolderPath(platform, L"X:\\a\\b"), PlatformError);
+}
+
+TEST_F(FileHelpers, OutdatedAndWritable) {
+    using std::chrono::seconds;
+    FileNode& first = tree.PutFile(L"C:\\first");
+    EXPECT_TRUE(IsFileOutdated(platform, L"C:\\first", L"C:\\second"));
+    FileNode& second = tree.PutFile(L"C:\\second");
+    for (const int later : {-1, 0, 1}) {
+        second.Modified = first.Modified + seconds{later};
+        EXPECT_EQ(IsFileOutdated(platform, L"C:\\first", L"C:\\second"), later > 0);
+    }
+    EXPECT_TRUE(IsFileWritable(platform, L"C:\\first"));
+    first.Attributes = attributes::ReadOnly;
+    EXPECT_FALSE(IsFileWritable(platform, L"C:\\first"));
+    EXPECT_FALSE(IsFileWritable(platform, L"C:\\missing"));
+}
+
+}  // namespace
+}  // namespace mip
