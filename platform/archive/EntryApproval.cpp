@@ -77,6 +77,9 @@ ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, P
             totalSize_ > MaximumTotal || hashes_.size() == MaximumEntries) {
             throw BadArchive("checking an entry's record", path);
         }
+        if (IsFolderName(name) && record.Size != 0) {
+            throw BadArchive("checking a folder's record", path);
+        }
         files_ += IsFolderName(name) ? 0 : 1;
         hashes_.push_back(Hash(path));
         pacer.Tick();

@@ -111,7 +111,8 @@ void UnpackEntries(ArchiveBytes& bytes, ApprovedEntries& approved, ArchiveSystem
     std::uint64_t left = approved.TotalSize();
     while (!approved.Empty() && reader.Next()) {
         const std::wstring name = CheckedEntryName(reader.Name());
-        if (!reader.IsPlain() || !approved.Take(name) || reader.Size() > left) {
+        const bool folderWithContent = reader.IsFolder() && reader.Size() != 0;
+        if (!reader.IsPlain() || folderWithContent || reader.Size() > left || !approved.Take(name)) {
             throw BadArchive("finding an entry in the directory", name);
         }
         left -= reader.Size();

@@ -28,8 +28,8 @@ struct ZipDirectory {
     bool RecordsAreExact = false;
 };
 
-/// Reads the end record. Throws BadArchive when there is none, or when the archive is in several volumes, has other
-/// data before, after or between its records, or does not end where the end record says.
+/// Reads the end record. Throws BadArchive when there is none, or when the archive is in several volumes, has data
+/// before or after it, or when the directory does not reach from where the end record says up to that record.
 ZipDirectory FindZipDirectory(ArchiveBytes& archive);
 /// Visits every record in the directory's order, in one pass with a small buffer. Throws BadArchive when a record is
 /// malformed or their number is not the declared one.

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/Clock.h"
+#include "platform/archive/ArchiveSystem.h"
+
+namespace mip {
+
+constexpr unsigned UsCodePage = 437;
+constexpr unsigned JapaneseCodePage = 932;
+
+/// The extractor's view of this computer: the real adapter under Windows, the standard library's files elsewhere.
+std::unique_ptr<ArchiveSystem> MakeTestSystem(unsigned codePage = UsCodePage);
+
+/// A path of this computer from one that the program wrote.
+std::filesystem::path PathOf(std::wstring path);
+
+/// Removed with all that it holds.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return path_; }
+    /// A path below the folder, as the program writes paths.
+    std::wstring Below(const std::wstring& name) const;
+    /// Writes a file and returns its path, as the program writes paths.
+    std::wstring Write(const std::wstring& name, const std::string& bytes) const;
+
+  private:
+    std::filesystem::path path_;
+};
+
+/// Relative path of every file with its content, and of every folder (with a backslash at its end).
+using Tree = std::map<std::wstring, std::string>;
+Tree TreeOf(const std::filesystem::path& folder);
+
+/// Counts the turns that the message loop is given.
+class CountingClock : public Clock {
+  public:
+    DateTime Now() override { return {}; }
+    void Sleep(std::chrono::milliseconds) override {}
+    void Yield() override { ++Yields; }
+
+    int Yields = 0;
+};
+
+}  // namespace mip

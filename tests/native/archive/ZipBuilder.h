@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mip {
+
+/// One entry as it is to stand in a ZIP file. What is not said is what an ordinary packer would write; everything can
+/// be said wrongly.
+struct ZipItem {
+    std::string Name = {};
+    std::string Content = {};
+    bool Deflate = true;
+    bool Zip64 = false;
+    bool SizesFollowData = false;
+    std::uint16_t Flags = 0;
+    std::uint8_t Host = 0;
+    std::uint32_t Attributes = 0;
+    std::uint32_t DosTime = 0x58A6'38E4;  ///< 2024-05-06 07:07:08
+    std::string Extra = {};
+    std::optional<std::string> LocalName = {};
+    std::optional<std::uint16_t> Method = {};
+    std::optional<std::uint32_t> Crc = {};
+    std::optional<std::uint64_t> Size = {};
+    std::optional<std::uint64_t> LocalOffset = {};
+};
+
+/// The archive's end, and what surrounds its records.
+struct ZipShape {
+    bool Zip64End = false;
+    std::string Before = {};
+    std::string Comment = {};
+    std::optional<std::uint64_t> Records = {};
+    std::uint16_t Volume = 0;
+};
+
+constexpr std::uint16_t Utf8Names = 1U << 11U;
+constexpr std::uint8_t UnixHost = 3;
+
+std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape = {});
+/// `count` empty stored files "00000000", "00000001", ...
+std::string BuildZipOfEmptyFiles(std::size_t count);
+/// A field of a record's extra data.
+std::string ExtraField(std::uint16_t kind, const std::string& content);
+std::string LittleEndian(std::uint32_t value);
+std::uint32_t Checksum(const std::string& bytes);
+
+}  // namespace mip

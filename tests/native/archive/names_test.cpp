@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/archive/BadArchive.h"
+#include "platform/archive/EntryName.h"
+#include "platform/archive/SevenZipCommand.h"
+#include "tests/native/archive/HostileNames.h"
+
+namespace mip {
+namespace {
+
+TEST(SevenZipCommand, ReadsArgumentsAsTheLibraryDoes) {
+    struct Case {
+        std::wstring CommandLine;
+        std::wstring Archive;
+        std::wstring OutputFolder;
+    };
+    const std::vector<Case> cases = {
+        {L"x -aoa -hide D:\\m\\manual.zip \"C:\\My Temp\\u\\\"", L"D:\\m\\manual.zip", L"C:\\My Temp\\u"},
+        {L"x -aoa -hide \"D:\\my disc\\manual.zip\" \"C:\\t\\\"", L"D:\\my disc\\manual.zip", L"C:\\t"},
+        {L"-hide x a.zip -aoa C:\\t", L"a.zip", L"C:\\t"},
+        {L"  X\t-AOA  a.zip   C:\\t\\\\ -Hide ", L"a.zip", L"C:\\t"},
+        {L"x -aoa D:\\\"my disc\"\\a.zip C:\\", L"D:\\my disc\\a.zip", L"C:\\"},
+        {L"x -aoa a.zip \"C:\\open end", L"a.zip", L"C:\\open end"},
+    };
+    for (const Case& tried : cases) {
+        SCOPED_TRACE(testing::PrintToString(tried.CommandLine));
+        const auto command = ParseSevenZipCommand(tried.CommandLine);
+        ASSERT_TRUE(command);
+        EXPECT_EQ(command->Archive, tried.Archive);
+        EXPECT_EQ(command->OutputFolder, tried.OutputFolder);
+    }
+}
+
+TEST(SevenZipCommand, KnowsNoOtherCommand) {
+    for (const std::wstring commandLine :
+         {L"", L"x", L"x -aoa a.zip", L"x a.zip C:\\t", L"x -aou a.zip C:\\t", L"x -aoa -p1 a.zip C:\\t",
+          L"l -aoa a.zip C:\\t", L"e -aoa a.zip C:\\t", L"x -aoa D:\\my disc\\a.zip \"C:\\t\\\"", L"x -aoa \"\" C:\\t",
+          L"x -aoa a.zip \"\""}) {
+        EXPECT_FALSE(ParseSevenZipCommand(commandLine)) << testing::PrintToString(commandLine);
+    }
+}
+
+TEST(EntryName, OrdinaryNamesBecomePaths) {
+    const std::vector<std::pair<std::wstring, std::wstring>> cases = {
+        {L"a", L"a"},
+        {L"a/b/c.htm", L"a\\b\\c.htm"},
+        {L"a\\b.htm", L"a\\b.htm"},
+        {L"a/b/", L"a\\b"},
+        {L"..a/...b/ c", L"..a\\...b\\ c"},
+        {L"console/comx/com0.txt/lpt", L"console\\comx\\com0.txt\\lpt"},
+        {L"整備 手順/表示.htm", L"整備 手順\\表示.htm"},
+        {std::wstring(255, L'x') + L"/y", std::wstring(255, L'x') + L"\\y"},
+    };
+    for (const auto& [name, path] : cases) {
+        EXPECT_EQ(CheckedEntryName(name), path);
+    }
+}
+
+TEST(EntryName, HostileNamesAreRefused) {
+    for (const std::wstring& name : HostileNames()) {
+        EXPECT_THROW(CheckedEntryName(name), BadArchive) << testing::PrintToString(name);
+    }
+}
+
+}  // namespace
+}  // namespace mip
