@@ -1,0 +1,117 @@
+#include "screens/forms/frmMenu.h"
+
+#include <algorithm>
+
+#include "app/modSysParameter.h"
+#include "screens/MenuScreen.h"
+#include "screens/forms/ControlIds.h"
+#include "screens/modBrowser.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::initializer_list<int> MenuButtons{ids::cmdDispManual, ids::cmdStartInstall, ids::cmdBrowseManual};
+
+Glyph GlyphOf(int button) {
+    return button == ids::cmdDispManual     ? Glyph::Guide
+           : button == ids::cmdStartInstall ? Glyph::Install
+                                            : Glyph::Browse;
+}
+
+}  // namespace
+
+void frmMenu::OnLoad() {
+    const std::wstring caption = GetMessageText(Program(), 84);
+    SetCaption(caption);
+    AddHeader(ids::lblTitle, caption, 22, true, 96);
+    AddMenuButton(ids::cmdDispManual, 85);
+    AddMenuButton(ids::cmdStartInstall, 86);
+    AddMenuButton(ids::cmdBrowseManual, 93);
+    Finish(560);
+    SendMessageW(Window(), DM_SETDEFID, ids::cmdStartInstall, 0);
+    SetFocus(Item(ids::cmdStartInstall));
+}
+
+void frmMenu::AddMenuButton(int id, std::int16_t message) {
+    AddControl(L"BUTTON", id, GetMessageText(Program(), message), WS_TABSTOP | BS_PUSHBUTTON, {.Points = 18});
+}
+
+int frmMenu::Arrange(int left, int top, int width) {
+    const int height = Px(76);
+    for (const int id : MenuButtons) {
+        Place(Item(id), left, top, width, height);
+        top += height + Px(12);
+    }
+    return top - Px(12);
+}
+
+void frmMenu::OnCommand(int control, int notification) {
+    if (notification != BN_CLICKED) {
+        return;
+    }
+    switch (control) {
+        case ids::cmdDispManual:
+            OpenInstallationGuide(Program());
+            break;
+        case ids::cmdStartInstall:
+            Flow().StartInstallation();
+            Close();
+            break;
+        case ids::cmdBrowseManual:
+            ShowDiscIndex(Program());
+            break;
+        default:
+            break;
+    }
+}
+
+void frmMenu::OnClose() {
+    Flow().CloseMenu();
+    Close();
+}
+
+std::optional<LRESULT> frmMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NOTIFY) {
+        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        if (header.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
+            const auto& draw = *reinterpret_cast<const NMCUSTOMDRAW*>(lParam);
+            if (draw.dwDrawStage == CDDS_PREERASE) {
+                DrawMenuButton(draw);
+                return CDRF_SKIPDEFAULT;
+            }
+        }
+        return CDRF_DODEFAULT;
+    }
+    return Form::OnMessage(message, wParam, lParam);
+}
+
+/// A card with a sign and a line of text; it lights up under the mouse and with the focus.
+void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
+    const Palette colours = Colours();
+    const HWND button = draw.hdr.hwndFrom;
+    const bool lit = (draw.uItemState & (CDIS_HOT | CDIS_FOCUS | CDIS_SELECTED)) != 0;
+    FillArea(draw.hdc, draw.rc, colours.Page);
+    FillRounded(draw.hdc, draw.rc, Px(6), lit ? colours.CardHot : colours.Card, lit ? colours.Accent : colours.Line);
+
+    const int height = draw.rc.bottom - draw.rc.top;
+    const int disc = Px(48);
+    const RECT discArea = Area(draw.rc.left + Px(16), draw.rc.top + (height - disc) / 2, disc, disc);
+    FillCircle(draw.hdc, discArea, colours.Accent);
+    DrawGlyph(draw.hdc, Shrunk(discArea, Px(11)), GlyphOf(static_cast<int>(draw.hdr.idFrom)),
+              colours.HighContrast ? colours.Page : colours.HeaderText);
+
+    RECT textArea = draw.rc;
+    textArea.left = discArea.right + Px(20);
+    textArea.right -= Px(16);
+    const HGDIOBJ previous = SelectObject(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
+    SetBkMode(draw.hdc, TRANSPARENT);
+    SetTextColor(draw.hdc, colours.Text);
+    wchar_t text[256];
+    GetWindowTextW(button, text, 256);
+    const bool cuesHidden = (SendMessageW(button, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
+    DrawTextW(draw.hdc, text, -1, &textArea, DT_SINGLELINE | DT_VCENTER | (cuesHidden ? DT_HIDEPREFIX : 0U));
+    SelectObject(draw.hdc, previous);
+}
+
+}  // namespace mip

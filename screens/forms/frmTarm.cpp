@@ -1,0 +1,29 @@
+#include "screens/forms/frmTarm.h"
+
+#include "app/modSysParameter.h"
+#include "screens/forms/ControlIds.h"
+
+namespace mip {
+
+void frmTarm::OnLoad() {
+    const std::wstring caption = GetMessageText(Program(), 34);
+    SetCaption(caption);
+    AddHeader(ids::lblTitle, caption, 14, true, 64);
+    AddLabel(ids::L_TarmMsg, GetMessageText(Program(), 82),
+             {.Points = Program().Identity.LanguageCode == L"11" ? 11 : 10});
+    AddFooterButton(ids::B_OK, GetMessageText(Program(), 6), true);
+    Finish(480);
+    SetFocus(Item(ids::B_OK));
+}
+
+int frmTarm::Arrange(int left, int top, int width) {
+    return PlaceText(Item(ids::L_TarmMsg), left, top, width);
+}
+
+void frmTarm::OnCommand(int control, int notification) {
+    if (control == ids::B_OK && notification == BN_CLICKED) {
+        Flow().CloseTerms();
+    }
+}
+
+}  // namespace mip

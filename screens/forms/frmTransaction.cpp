@@ -1,0 +1,41 @@
+#include "screens/forms/frmTransaction.h"
+
+#include "app/modSysParameter.h"
+#include "screens/TransactionScreen.h"
+#include "screens/forms/ControlIds.h"
+
+namespace mip {
+
+void frmTransaction::OnLoad() {
+    const std::wstring caption = GetMessageText(Program(), 34);
+    SetCaption(caption);
+    AddHeader(ids::lblTitle, caption, 14, true, 64);
+    AddLabel(ids::L_TransactionMsg, GetMessageText(Program(), 94), {.Points = 11, .Bold = true});
+    AddLabel(ids::Label1, GetMessageText(Program(), 95));
+    DisableClosing();
+    Finish(480);
+}
+
+int frmTransaction::Arrange(int left, int top, int width) {
+    const int bottom = PlaceText(Item(ids::L_TransactionMsg), left, top, width);
+    return PlaceText(Item(ids::Label1), left, bottom + Px(10), width);
+}
+
+void frmTransaction::OnShown() {
+    Redraw(true);
+    SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    RunTransaction(Program());
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    Close();
+    Flow().EndTransaction();
+}
+
+std::optional<LRESULT> frmTransaction::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SETCURSOR) {
+        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        return TRUE;
+    }
+    return Form::OnMessage(message, wParam, lParam);
+}
+
+}  // namespace mip
