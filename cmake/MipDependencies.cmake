@@ -22,12 +22,12 @@ set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEP
 add_library(SQLite::SQLite3 STATIC IMPORTED GLOBAL)
 set_target_properties(SQLite::SQLite3 PROPERTIES
     IMPORTED_LOCATION ${dependencies}/lib/libsqlite3.a
-    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${dependencies}/include)
+    INTERFACE_INCLUDE_DIRECTORIES ${dependencies}/include)
 
 add_library(LibArchive::LibArchive STATIC IMPORTED GLOBAL)
 set_target_properties(LibArchive::LibArchive PROPERTIES
     IMPORTED_LOCATION ${dependencies}/lib/libarchive.a
-    INTERFACE_SYSTEM_INCLUDE_DIRECTORIES ${dependencies}/include
+    INTERFACE_INCLUDE_DIRECTORIES ${dependencies}/include
     INTERFACE_COMPILE_DEFINITIONS LIBARCHIVE_STATIC
     INTERFACE_LINK_LIBRARIES "z;bcrypt;ws2_32")
 
