@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "app/Program.h"
+#include "platform/Security.h"
+#include "tests/native/fakes/InMemoryWindows.h"
+
+namespace mip {
+
+/// Rights that read as "RWXD".
+inline constexpr std::uint32_t ModifyMask = 0x001301BF;
+inline constexpr std::uint32_t AllMask = 0x001F01FF;
+
+/// A computer whose program has looked up the Users group at start-up.
+class SecurityTest : public testing::Test {
+  protected:
+    SecurityTest() {
+        SetTrustee(L"Users");
+        windows_.Tree.AddDrive({.Name = L"F:", .FileSystem = L"FAT32"});
+        windows_.Tree.AddDrive({.Name = L"\\\\server\\share"});
+        windows_.AccountNames.Accounts[Administrators] = {L"Administrators", L"BUILTIN"};
+        windows_.AccessControl.SystemMessages[errors::AccessDenied] = L"Access is denied.";
+    }
+
+    /// The name as the look-up's buffer holds it.
+    void SetTrustee(const std::wstring& name) {
+        std::wstring buffer(255, L' ');
+        buffer.replace(0, name.size() + 1, name + L'\0');
+        program_.Identity.FullAccessTrustee = buffer;
+        program_.Identity.FolderTrustee = buffer;
+    }
+
+    FakeAccessControl::List& ListOf(const std::wstring& path) { return windows_.AccessControl.ListOf(path); }
+
+    /// True when the list's last entry gives the Users group exactly this and it has no other entry.
+    bool UsersHoldOnly(const std::wstring& path, std::uint32_t mask, std::uint32_t inheritance) {
+        std::size_t entries = 0;
+        bool matches = false;
+        for (const FakeAccessEntry& entry : ListOf(path)) {
+            if (entry.Account == Users) {
+                ++entries;
+                matches = entry.Type == 0 && entry.Mask == mask && entry.Inheritance == inheritance;
+            }
+        }
+        return entries == 1 && matches;
+    }
+
+    /// A box without a title of its own bears the program's name.
+    const std::vector<ShownBox> OneAccessDeniedBox = {{L"Access is denied.", boxes::Ok, L"Manual Install Program"}};
+    const Sid Users = FakeAccountNames::UsersSid();
+    const Sid Administrators = FakeAccountNames::NtAuthoritySid({32, 544});
+    InMemoryWindows windows_;
+    Program program_{windows_.Platform};
+};
+
+}  // namespace mip
