@@ -13,7 +13,7 @@ namespace mip {
 namespace {
 
 // The reading library holds about 120 bytes of every entry; this keeps the whole extraction below 32 MiB.
-constexpr std::uint64_t MaximumEntries = 150'000;
+constexpr std::uint64_t MaximumEntries = 200'000;
 constexpr std::uint64_t MaximumDirectory = 256ULL * 1024 * 1024;
 constexpr std::uint64_t MaximumTotal = 1ULL << 50U;
 constexpr std::uint64_t MaximumDeflateRatio = 1032;  // what deflate yields at best
@@ -66,6 +66,7 @@ ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, P
     if (directory.Records > MaximumEntries || directory.Size > MaximumDirectory) {
         throw BadArchive("counting the archive's entries");
     }
+    hashes_.reserve(static_cast<std::size_t>(directory.Records));
     std::uint64_t packed = 0;
     VisitZipRecords(archive, directory, [&](const ZipRecord& record) {
         const std::wstring name = NameOf(record, system);

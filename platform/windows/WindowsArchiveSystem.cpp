@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/windows/FileTimes.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
@@ -98,20 +99,19 @@ class WindowsExtractedFile : public ExtractedFile {
     }
 
     void Finish(const std::optional<FileTime>& modified) override {
-        if (modified && !SetModified(*modified)) {
-            ThrowLastError("SetFileTime", path_);
+        // Time and attributes in one call. Zero times stay as they are.
+        FILE_BASIC_INFO basic{};
+        basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+        if (modified) {
+            basic.LastWriteTime.QuadPart = modified->time_since_epoch().count() + TicksFrom1601To1970;
+        }
+        if (!SetFileInformationByHandle(file_.Get(), FileBasicInfo, &basic, sizeof(basic))) {
+            ThrowLastError("SetFileInformationByHandle", path_);
         }
         file_.Reset();
     }
 
   private:
-    bool SetModified(FileTime modified) {
-        constexpr std::int64_t From1601To1970 = 116'444'736'000'000'000;
-        const auto ticks = static_cast<std::uint64_t>(modified.time_since_epoch().count() + From1601To1970);
-        const FILETIME time{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32U)};
-        return SetFileTime(file_.Get(), nullptr, nullptr, &time) != FALSE;
-    }
-
     std::wstring path_;
     FileHandle file_;
 };

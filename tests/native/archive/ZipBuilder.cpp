@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 
+#include <ostream>
 #include <stdexcept>
 
 namespace mip {
@@ -127,26 +128,25 @@ std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape) {
     return zip + directory + End(shape, shape.Records.value_or(items.size()), offset, directory.size());
 }
 
-std::string BuildZipOfEmptyFiles(std::size_t count) {
+void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count) {
     constexpr std::size_t NameSize = 8;
     const ZipItem item{.Name = std::string(NameSize, '0'), .Deflate = false};
-    const std::string entry = LocalEntry(item, {});
-    const std::string record = DirectoryRecord(item, {}, 0);
-    std::string zip;
-    std::string directory;
-    zip.reserve(count * (entry.size() + record.size()) + 100);
-    directory.reserve(count * record.size());
-    for (std::size_t index = 0; index < count; ++index) {
+    std::string entry = LocalEntry(item, {});
+    std::string record = DirectoryRecord(item, {}, 0);
+    const auto numberName = [](std::string& header, std::size_t index) {
         const std::string digits = std::to_string(index);
-        const std::string offset = Bytes().Four(zip.size()).Get();
-        zip += entry;
-        zip.replace(zip.size() - digits.size(), digits.size(), digits);
-        directory += record;
-        directory.replace(directory.size() - digits.size(), digits.size(), digits);
-        directory.replace(directory.size() - NameSize - offset.size(), offset.size(), offset);
+        header.replace(header.size() - digits.size(), digits.size(), digits);
+    };
+    for (std::size_t index = 0; index < count; ++index) {
+        numberName(entry, index);
+        zip << entry;
     }
-    const std::uint64_t offset = zip.size();
-    return zip.append(directory).append(End({.Zip64End = true}, count, offset, directory.size()));
+    for (std::size_t index = 0; index < count; ++index) {
+        numberName(record, index);
+        record.replace(record.size() - NameSize - 4, 4, LittleEndian(static_cast<std::uint32_t>(index * entry.size())));
+        zip << record;
+    }
+    zip << End({.Zip64End = true}, count, count * entry.size(), count * record.size());
 }
 
 std::string ExtraField(std::uint16_t kind, const std::string& content) {

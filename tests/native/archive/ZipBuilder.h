@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,8 +41,8 @@ constexpr std::uint16_t Utf8Names = 1U << 11U;
 constexpr std::uint8_t UnixHost = 3;
 
 std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape = {});
-/// `count` empty stored files "00000000", "00000001", ...
-std::string BuildZipOfEmptyFiles(std::size_t count);
+/// `count` empty files "00000000", "00000001", ..., with ZIP64 end records.
+void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count);
 /// A field of a record's extra data.
 std::string ExtraField(std::uint16_t kind, const std::string& content);
 std::string LittleEndian(std::uint32_t value);

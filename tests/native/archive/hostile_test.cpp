@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <algorithm>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -84,7 +85,6 @@ std::vector<Hostile> HostileByShape() {
         {"part of several volumes", BuildZip({Good()}, {.Volume = 1})},
         {"fewer entries than declared", BuildZip({Good()}, {.Records = 2})},
         {"more entries than declared", BuildZip({Good(), Good("b")}, {.Zip64End = true, .Records = 1})},
-        {"too many entries", BuildZipOfEmptyFiles(151'000)},
     };
 }
 
@@ -98,6 +98,9 @@ class HostileArchive : public testing::Test {
 
     std::int32_t Extract(const std::string& zip, EmbeddedArchives* archives = nullptr) {
         Folder.Write(L"manual.zip", zip);
+        return Extract(archives);
+    }
+    std::int32_t Extract(EmbeddedArchives* archives = nullptr) {
         return (archives ? *archives : Archives_)
             .SevenZip(L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"a\\b\\out") + L"\\\"");
     }
@@ -182,8 +185,11 @@ TEST_F(HostileArchive, ChangedAnywhereItFailsOrGivesTheSameFiles) {
 }
 
 TEST_F(HostileArchive, AMillionEntriesAreRefused) {
-    const std::string zip = BuildZipOfEmptyFiles(1'000'000);
-    EXPECT_NE(Extract(zip), 0);
+    {
+        std::ofstream zip(Folder.Path() / "manual.zip", std::ios::binary);
+        WriteZipOfEmptyFiles(zip, 1'000'000);
+    }
+    EXPECT_NE(Extract(), 0);
     EXPECT_EQ(AllButTheArchive(), Before);
 }
 
