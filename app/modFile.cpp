@@ -29,7 +29,7 @@ void RemoveForced(Platform& platform, const std::wstring& file) {
 /// Gives other programs (a virus scanner, the system's own services) time with a file between two steps.
 void PauseBetweenSteps(Platform& platform) {
     PauseSeconds(platform.Clock, 1);
-    platform.Clock.Yield();
+    platform.Clock.YieldToMessages();
 }
 
 }  // namespace

@@ -88,7 +88,7 @@ bool ManualWorker::ChooseFolder() {
     view_.SetBusyPointer(false);
     view_.AskForFolder();
     view_.SetBusyPointer(true);
-    program_.Platform.Clock.Yield();
+    program_.Platform.Clock.YieldToMessages();
     if (program_.Installation.InstallPath.empty()) {
         program_.Outcome.InstallCancelled = true;
         return false;

@@ -76,7 +76,7 @@ class FolderCopy {
             if (progress_) {
                 progress_(fileDone_);
             }
-            platform_.Clock.Yield();
+            platform_.Clock.YieldToMessages();
         }
     }
 

@@ -202,12 +202,12 @@ bool InstallationDriver::StepManuals() {
 
 void InstallationDriver::Timer1() {
     bars_.Creep(Bar::SevenZip, 1, static_cast<float>(program_.Settings.ZipExtractTime));
-    program_.Platform.Clock.Yield();
+    program_.Platform.Clock.YieldToMessages();
 }
 
 void InstallationDriver::Timer2() {
     bars_.Creep(Bar::Pdf, 5, static_cast<float>(program_.Settings.ZipExtractTime));
-    program_.Platform.Clock.Yield();
+    program_.Platform.Clock.YieldToMessages();
 }
 
 void InstallationDriver::ShowWaiting(Step step) {
@@ -216,12 +216,12 @@ void InstallationDriver::ShowWaiting(Step step) {
 
 void InstallationDriver::ShowRunning(Step step) {
     view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Running), true, frameColours::Running);
-    program_.Platform.Clock.Yield();
+    program_.Platform.Clock.YieldToMessages();
 }
 
 void InstallationDriver::ShowDone(Step step) {
     view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Done), false, frameColours::Done);
-    program_.Platform.Clock.Yield();
+    program_.Platform.Clock.YieldToMessages();
 }
 
 /// A failed run always says so: a step that was stopped by an unforeseen error leaves no text of its own.

@@ -16,7 +16,7 @@ bool RunAndWait(Platform& platform, const std::wstring& commandLine) {
         while (exitCode == StillActive) {
             PauseSeconds(platform.Clock, 1);
             exitCode = process->ExitCode();
-            platform.Clock.Yield();
+            platform.Clock.YieldToMessages();
         }
         return true;
     } catch (const std::exception&) {

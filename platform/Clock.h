@@ -15,7 +15,7 @@ class Clock {
     virtual DateTime Now() = 0;
     virtual void Sleep(std::chrono::milliseconds duration) = 0;
     /// Lets the message loop handle everything that waits (repaints, timers, input), then returns.
-    virtual void Yield() = 0;
+    virtual void YieldToMessages() = 0;
 };
 
 }  // namespace mip

@@ -37,7 +37,7 @@ bool ShowsStartPage(const OpenWindow& window, const Program& program) {
 
 void WaitUntilLoaded(BrowserWindow& browser, Clock& clock) {
     const auto letOthersWork = [&clock] {
-        clock.Yield();
+        clock.YieldToMessages();
         clock.Sleep(PollInterval);
     };
     while (browser.IsBusy()) {

@@ -15,7 +15,7 @@ class Pacer {
     void Tick() {
         const auto now = std::chrono::steady_clock::now();
         if (now - last_ >= Interval) {
-            clock_.Yield();
+            clock_.YieldToMessages();
             last_ = std::chrono::steady_clock::now();
         }
     }

@@ -4,8 +4,6 @@
 
 #include "platform/windows/MessageLoop.h"
 
-#undef Yield  // an empty macro that <windows.h> keeps for 16-bit programs
-
 namespace mip {
 
 DateTime WindowsClock::Now() {
@@ -20,7 +18,7 @@ void WindowsClock::Sleep(std::chrono::milliseconds duration) {
     ::Sleep(static_cast<DWORD>(duration.count()));
 }
 
-void WindowsClock::Yield() {
+void WindowsClock::YieldToMessages() {
     ServeWaitingMessages();
 }
 

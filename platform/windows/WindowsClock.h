@@ -8,7 +8,7 @@ class WindowsClock : public Clock {
   public:
     DateTime Now() override;
     void Sleep(std::chrono::milliseconds duration) override;
-    void Yield() override;
+    void YieldToMessages() override;
 };
 
 }  // namespace mip

@@ -46,7 +46,7 @@ class CountingClock : public Clock {
   public:
     DateTime Now() override { return {}; }
     void Sleep(std::chrono::milliseconds) override {}
-    void Yield() override { ++Yields; }
+    void YieldToMessages() override { ++Yields; }
 
     int Yields = 0;
 };

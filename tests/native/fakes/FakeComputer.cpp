@@ -15,7 +15,7 @@ void FakeClock::Sleep(std::chrono::milliseconds duration) {
     Time += duration;
 }
 
-void FakeClock::Yield() {
+void FakeClock::YieldToMessages() {
     faults_.CheckPower();
     ++Yields;
     if (OnYield) {

@@ -18,7 +18,7 @@ class FakeClock : public Clock {
 
     DateTime Now() override;
     void Sleep(std::chrono::milliseconds duration) override;
-    void Yield() override;
+    void YieldToMessages() override;
 
     /// 2024-05-06 07:08:09 at the start.
     std::chrono::local_time<std::chrono::milliseconds> Time;
