@@ -154,8 +154,10 @@ bool ScanDiscCatalogue(Program& program) {
         }
         return true;
     } catch (const std::exception&) {
-        StopScan(catalogue, L"car_info.ci data Error program abort",
-                 L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + current + L" ]");
+        if (!current.empty()) {
+            StopScan(catalogue, L"car_info.ci data Error program abort",
+                     L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + current + L" ]");
+        }
         return false;
     }
 }

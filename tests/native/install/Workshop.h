@@ -1,0 +1,86 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/Program.h"
+#include "install/InstallationView.h"
+#include "install/ProgressBars.h"
+#include "platform/sqlite/SqliteEngine.h"
+#include "tests/native/fakes/InMemoryWindows.h"
+#include "tests/native/fakes/TreeVfs.h"
+
+namespace mip {
+
+/// What the progress screen was told, in order; the directory screen is answered by `OnAskForFolder`.
+class RecordingView : public InstallationView {
+  public:
+    void SetCaption(const std::wstring& caption) override { Caption = caption; }
+    void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
+    void SetBar(Bar bar, const BarState& state) override;
+    void SetManual(const std::wstring&) override {}
+    void SetBusyPointer(bool busy) override { Busy = busy; }
+    void Repaint() override {}
+    void AskForFolder() override;
+
+    struct StepState {
+        std::wstring Caption;
+        bool Bold = false;
+        std::uint32_t FrameColour = 0;
+        bool operator==(const StepState&) const = default;
+    };
+
+    std::wstring Caption;
+    std::map<Step, StepState> Steps;
+    std::map<Bar, BarState> Bars;
+    std::map<Bar, std::vector<BarState>> ShownBars;  ///< every state in which a bar could be seen
+    bool Busy = false;
+    int FoldersAsked = 0;
+    std::function<void()> OnAskForFolder;
+};
+
+/// A workshop computer with the diagnostic program and an empty catalogue, and a disc without manuals. Every message
+/// reads "message N".
+struct Workshop {
+    Workshop();
+
+    InMemoryWindows Windows;
+    TreeVfs Vfs{Windows.Tree, Windows.Faults};
+    SqliteEngine Engine{Vfs.Name()};
+    Program Run{Windows.Platform};
+    RecordingView View;
+
+    using Pages = FakeArchives::Entries;
+
+    /// The pages of a whole manual, each telling the edition that it belongs to.
+    static Pages ManualPages(const std::wstring& folder, const std::string& edition);
+
+    /// Puts an archive manual on the disc, its folder named like the publication.
+    void PutArchiveManual(const std::wstring& pubNo, int version);
+    void PutPdfManual(const std::wstring& pubNo, int version);
+    /// Gives a manual of the disc a comparison set of one changed page.
+    void PutComparisonSet(const std::wstring& pubNo, int version);
+    /// Installs an edition below C:\Manuals and records it.
+    void PutInstalledManual(const std::wstring& pubNo, int version);
+    /// Takes the place of a newly started program: the catalogue is opened anew, nothing else is remembered.
+    void OpenCatalogue(Program& program);
+
+    bool Install();
+
+    /// Version, path and adjustment flag of each row of the catalogue, by publication. Reads with all faults off.
+    struct Row {
+        std::wstring Version;
+        std::wstring Path;
+        std::wstring AdjustFlag;
+        bool operator==(const Row&) const = default;
+    };
+    std::map<std::wstring, Row> Rows();
+
+  private:
+    void PutCarInfo(const std::wstring& pubNo, int version);
+};
+
+}  // namespace mip
