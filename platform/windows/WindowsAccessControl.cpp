@@ -82,6 +82,8 @@ std::unique_ptr<AccessList> WindowsAccessControl::ReadList(const std::wstring& p
 
 std::unique_ptr<AccessList> WindowsAccessControl::MergeEntry(const AccessList& current, const ExplicitAccess& entry) {
     std::wstring trustee = entry.Trustee;
+    // The system takes an empty name for the domain of the built-in accounts, which is nobody's group.
+    ThrowIfError(trustee[0] == L'\0' ? ERROR_NONE_MAPPED : ERROR_SUCCESS, "SetEntriesInAcl", trustee);
     EXPLICIT_ACCESSW access{};
     BuildExplicitAccessWithNameW(&access, trustee.data(), entry.Permissions, static_cast<ACCESS_MODE>(entry.AccessMode),
                                  entry.Inheritance);
