@@ -55,7 +55,8 @@ void Dialog::Show() {
 }
 
 void Dialog::RunModal(HWND owner) {
-    const EmptyTemplate empty;
+    EmptyTemplate empty;
+    empty.Head.style &= ~static_cast<DWORD>(WS_MINIMIZEBOX);
     modal_ = true;
     if (DialogBoxIndirectParamW(GetModuleHandleW(nullptr), &empty.Head, owner, Procedure,
                                 reinterpret_cast<LPARAM>(this)) == -1) {

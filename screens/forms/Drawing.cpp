@@ -1,13 +1,10 @@
 #include "screens/forms/Drawing.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <initializer_list>
-
-#include <objidl.h>
-// The system's drawing header wants these two names from the global namespace.
-using std::max;
-using std::min;
-#include <gdiplus.h>
+#include <vector>
 
 namespace mip {
 
@@ -64,50 +61,145 @@ bool IsHighContrastOn() {
            (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
 }
 
-Gdiplus::Color Smooth(COLORREF colour) {
-    return {GetRValue(colour), GetGValue(colour), GetBValue(colour)};
-}
-
-/// Draws on a square of 24 units that lies in the middle of the area.
-class GlyphPen {
+/// Part of a picture that is drawn four times as large and then made small again, each pixel the mean of sixteen: the
+/// system's own shapes have rough edges.
+class SmoothPart {
   public:
-    GlyphPen(HDC dc, const RECT& area, COLORREF colour)
-        : graphics_(dc),
-          unit_(static_cast<float>(std::min(area.right - area.left, area.bottom - area.top)) / 24),
-          left_(static_cast<float>(area.left + area.right) / 2 - 12 * unit_),
-          top_(static_cast<float>(area.top + area.bottom) / 2 - 12 * unit_),
-          pen_(Smooth(colour), 2 * unit_) {
-        graphics_.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-        pen_.SetLineCap(Gdiplus::LineCapRound, Gdiplus::LineCapRound, Gdiplus::DashCapRound);
-        pen_.SetLineJoin(Gdiplus::LineJoinRound);
+    SmoothPart(HDC target, const RECT& area)
+        : target_(target),
+          area_(area),
+          width_(area.right - area.left),
+          height_(area.bottom - area.top),
+          dc_(CreateCompatibleDC(target)),
+          bitmap_(MakeBitmap(target, width_ * Scale, height_ * Scale, &large_)),
+          previous_(SelectObject(dc_, bitmap_)) {
+        SetStretchBltMode(dc_, COLORONCOLOR);
+        StretchBlt(dc_, 0, 0, width_ * Scale, height_ * Scale, target, area.left, area.top, width_, height_, SRCCOPY);
+    }
+    SmoothPart(const SmoothPart&) = delete;
+    SmoothPart& operator=(const SmoothPart&) = delete;
+    ~SmoothPart() {
+        GdiFlush();
+        Shrink();
+        SelectObject(dc_, previous_);
+        DeleteObject(bitmap_);
+        DeleteDC(dc_);
     }
 
-    void Line(std::initializer_list<Gdiplus::PointF> points) {
-        Gdiplus::PointF placed[16];
-        int count = 0;
-        for (const Gdiplus::PointF& point : points) {
-            placed[count++] = {left_ + point.X * unit_, top_ + point.Y * unit_};
+    static constexpr int Scale = 4;
+    HDC Dc() const { return dc_; }
+    int Width() const { return width_ * Scale; }
+    int Height() const { return height_ * Scale; }
+
+  private:
+    static HBITMAP MakeBitmap(HDC dc, int width, int height, std::uint32_t** pixels) {
+        BITMAPINFO info = InfoFor(width, height);
+        void* bits = nullptr;
+        const HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+        *pixels = static_cast<std::uint32_t*>(bits);
+        return bitmap;
+    }
+
+    static BITMAPINFO InfoFor(int width, int height) {
+        BITMAPINFO info{};
+        info.bmiHeader.biSize = sizeof info.bmiHeader;
+        info.bmiHeader.biWidth = width;
+        info.bmiHeader.biHeight = -height;
+        info.bmiHeader.biPlanes = 1;
+        info.bmiHeader.biBitCount = 32;
+        return info;
+    }
+
+    void Shrink() {
+        if (large_ == nullptr) {
+            return;
         }
-        graphics_.DrawLines(&pen_, placed, count);
+        std::vector<std::uint32_t> small(static_cast<std::size_t>(width_ * height_));
+        for (int y = 0; y < height_; ++y) {
+            for (int x = 0; x < width_; ++x) {
+                small[static_cast<std::size_t>(y * width_ + x)] = Mean(x * Scale, y * Scale);
+            }
+        }
+        const BITMAPINFO info = InfoFor(width_, height_);
+        SetDIBitsToDevice(target_, area_.left, area_.top, static_cast<DWORD>(width_), static_cast<DWORD>(height_), 0, 0,
+                          0, static_cast<UINT>(height_), small.data(), &info, DIB_RGB_COLORS);
+    }
+
+    std::uint32_t Mean(int left, int top) const {
+        std::uint32_t red = 0;
+        std::uint32_t green = 0;
+        std::uint32_t blue = 0;
+        for (int y = top; y < top + Scale; ++y) {
+            const std::uint32_t* row = large_ + static_cast<std::ptrdiff_t>(y) * width_ * Scale;
+            for (int x = left; x < left + Scale; ++x) {
+                red += row[x] >> 16 & 0xFF;
+                green += row[x] >> 8 & 0xFF;
+                blue += row[x] & 0xFF;
+            }
+        }
+        constexpr std::uint32_t count = Scale * Scale;
+        return red / count << 16 | green / count << 8 | blue / count;
+    }
+
+    HDC target_;
+    RECT area_;
+    int width_;
+    int height_;
+    std::uint32_t* large_ = nullptr;
+    HDC dc_;
+    HBITMAP bitmap_;
+    HGDIOBJ previous_;
+};
+
+/// A pen or brush that is in use for as long as the object lives.
+class UsedTool {
+  public:
+    UsedTool(HDC dc, HGDIOBJ tool) : dc_(dc), tool_(tool), previous_(SelectObject(dc, tool)) {}
+    UsedTool(const UsedTool&) = delete;
+    UsedTool& operator=(const UsedTool&) = delete;
+    ~UsedTool() {
+        SelectObject(dc_, previous_);
+        DeleteObject(tool_);
     }
 
   private:
-    Gdiplus::Graphics graphics_;
-    float unit_;
-    float left_;
-    float top_;
-    Gdiplus::Pen pen_;
+    HDC dc_;
+    HGDIOBJ tool_;
+    HGDIOBJ previous_;
 };
 
-void AddRoundedRectangle(Gdiplus::GraphicsPath& path, const RECT& area, int radius) {
-    const int size = 2 * radius;
-    const int right = area.right - size - 1;
-    const int bottom = area.bottom - size - 1;
-    path.AddArc(static_cast<INT>(area.left), static_cast<INT>(area.top), size, size, 180, 90);
-    path.AddArc(right, static_cast<INT>(area.top), size, size, 270, 90);
-    path.AddArc(right, bottom, size, size, 0, 90);
-    path.AddArc(static_cast<INT>(area.left), bottom, size, size, 90, 90);
-    path.CloseFigure();
+HPEN RoundPen(int width, COLORREF colour) {
+    const LOGBRUSH brush{BS_SOLID, colour, 0};
+    return ExtCreatePen(PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_ROUND | PS_JOIN_ROUND, static_cast<DWORD>(width), &brush, 0,
+                        nullptr);
+}
+
+/// A point on a glyph's square of 24 units.
+struct GlyphPoint {
+    double X;
+    double Y;
+};
+using Stroke = std::vector<GlyphPoint>;
+
+std::vector<Stroke> StrokesOf(Glyph glyph) {
+    switch (glyph) {
+        case Glyph::Check:
+            return {{{6, 12.5}, {10.5, 17}, {18, 8}}};
+        case Glyph::Exclamation:
+            return {{{12, 5.5}, {12, 13.5}}, {{12, 18}, {12, 18.1}}};
+        case Glyph::Guide:
+            return {{{5, 3}, {15, 3}, {19, 7}, {19, 21}, {5, 21}, {5, 3}},
+                    {{15, 3}, {15, 7}, {19, 7}},
+                    {{8.5, 12}, {15.5, 12}},
+                    {{8.5, 16}, {15.5, 16}}};
+        case Glyph::Install:
+            return {{{12, 3}, {12, 14}}, {{7.5, 10}, {12, 14.5}, {16.5, 10}}, {{4, 15}, {4, 20}, {20, 20}, {20, 15}}};
+        case Glyph::Browse:
+            return {{{12, 6.5}, {8.5, 5}, {3, 5}, {3, 18.5}, {8.5, 18.5}, {12, 20}},
+                    {{12, 6.5}, {15.5, 5}, {21, 5}, {21, 18.5}, {15.5, 18.5}, {12, 20}},
+                    {{12, 6.5}, {12, 20}}};
+    }
+    return {};
 }
 
 }  // namespace
@@ -135,65 +227,36 @@ BufferedPaint::~BufferedPaint() {
     EndPaint(window_, &paint_);
 }
 
-SmoothDrawing::SmoothDrawing() {
-    Gdiplus::GdiplusStartupInput input;
-    Gdiplus::GdiplusStartup(&token_, &input, nullptr);
-}
-
-SmoothDrawing::~SmoothDrawing() {
-    Gdiplus::GdiplusShutdown(token_);
-}
-
 void FillArea(HDC dc, const RECT& area, COLORREF colour) {
     SetDCBrushColor(dc, colour);
     FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 void FillRounded(HDC dc, const RECT& area, int radius, COLORREF fill, COLORREF border) {
-    Gdiplus::Graphics graphics(dc);
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    Gdiplus::GraphicsPath path;
-    AddRoundedRectangle(path, area, radius);
-    const Gdiplus::SolidBrush brush(Smooth(fill));
-    const Gdiplus::Pen pen(Smooth(border));
-    graphics.FillPath(&brush, &path);
-    graphics.DrawPath(&pen, &path);
+    const SmoothPart part(dc, area);
+    const UsedTool brush(part.Dc(), CreateSolidBrush(fill));
+    const UsedTool pen(part.Dc(), CreatePen(PS_INSIDEFRAME, SmoothPart::Scale, border));
+    const int corner = 2 * radius * SmoothPart::Scale;
+    RoundRect(part.Dc(), 0, 0, part.Width(), part.Height(), corner, corner);
 }
 
 void FillCircle(HDC dc, const RECT& area, COLORREF colour) {
-    Gdiplus::Graphics graphics(dc);
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    const Gdiplus::SolidBrush brush(Smooth(colour));
-    graphics.FillEllipse(&brush, static_cast<INT>(area.left), static_cast<INT>(area.top),
-                         static_cast<INT>(area.right - area.left - 1), static_cast<INT>(area.bottom - area.top - 1));
+    const SmoothPart part(dc, area);
+    const UsedTool brush(part.Dc(), CreateSolidBrush(colour));
+    const UsedTool pen(part.Dc(), CreatePen(PS_NULL, 0, 0));
+    Ellipse(part.Dc(), 0, 0, part.Width(), part.Height());
 }
 
 void DrawGlyph(HDC dc, const RECT& area, Glyph glyph, COLORREF colour) {
-    GlyphPen pen(dc, area, colour);
-    switch (glyph) {
-        case Glyph::Check:
-            pen.Line({{6, 12.5F}, {10.5F, 17}, {18, 8}});
-            break;
-        case Glyph::Exclamation:
-            pen.Line({{12, 6}, {12, 13.5F}});
-            pen.Line({{12, 17.5F}, {12, 17.6F}});
-            break;
-        case Glyph::Guide:
-            pen.Line({{5, 3}, {15, 3}, {19, 7}, {19, 21}, {5, 21}, {5, 3}});
-            pen.Line({{15, 3}, {15, 7}, {19, 7}});
-            pen.Line({{8.5F, 12}, {15.5F, 12}});
-            pen.Line({{8.5F, 16}, {15.5F, 16}});
-            break;
-        case Glyph::Install:
-            pen.Line({{12, 3}, {12, 14}});
-            pen.Line({{7.5F, 10}, {12, 14.5F}, {16.5F, 10}});
-            pen.Line({{4, 15}, {4, 20}, {20, 20}, {20, 15}});
-            break;
-        case Glyph::Browse:
-            pen.Line({{12, 6.5F}, {8.5F, 5}, {3, 5}, {3, 18.5F}, {8.5F, 18.5F}, {12, 20}});
-            pen.Line({{12, 6.5F}, {15.5F, 5}, {21, 5}, {21, 18.5F}, {15.5F, 18.5F}, {12, 20}});
-            pen.Line({{12, 6.5F}, {12, 20}});
-            break;
+    const SmoothPart part(dc, area);
+    const double unit = part.Width() / 24.0;
+    const UsedTool pen(part.Dc(), RoundPen(static_cast<int>(2 * unit), colour));
+    for (const Stroke& stroke : StrokesOf(glyph)) {
+        std::vector<POINT> points;
+        for (const GlyphPoint& point : stroke) {
+            points.push_back({static_cast<LONG>(point.X * unit), static_cast<LONG>(point.Y * unit)});
+        }
+        Polyline(part.Dc(), points.data(), static_cast<int>(points.size()));
     }
 }
 

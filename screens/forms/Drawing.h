@@ -47,24 +47,13 @@ class BufferedPaint {
     HGDIOBJ previous_;
 };
 
-/// Smooth shapes need this for as long as they are drawn; one object in the program is enough.
-class SmoothDrawing {
-  public:
-    SmoothDrawing();
-    SmoothDrawing(const SmoothDrawing&) = delete;
-    SmoothDrawing& operator=(const SmoothDrawing&) = delete;
-    ~SmoothDrawing();
-
-  private:
-    ULONG_PTR token_ = 0;
-};
-
 enum class Glyph { Check, Exclamation, Guide, Install, Browse };
 
 void FillArea(HDC dc, const RECT& area, COLORREF colour);
+/// The shapes below have smooth edges.
 void FillRounded(HDC dc, const RECT& area, int radius, COLORREF fill, COLORREF border);
 void FillCircle(HDC dc, const RECT& area, COLORREF colour);
-/// Strokes a glyph that fills the area.
+/// Strokes a glyph that fills the area, a square.
 void DrawGlyph(HDC dc, const RECT& area, Glyph glyph, COLORREF colour);
 
 RECT Area(int left, int top, int width, int height);

@@ -117,7 +117,9 @@ SIZE Form::TextSize(HWND control) const {
 }
 
 int Form::TextHeight(HWND control, int width) const {
-    return static_cast<int>(MeasureText(control, width, DT_WORDBREAK | DT_NOPREFIX).bottom);
+    const bool breaksAnywhere = (GetWindowLongW(control, GWL_STYLE) & SS_EDITCONTROL) != 0;
+    return static_cast<int>(
+        MeasureText(control, width, DT_WORDBREAK | DT_NOPREFIX | (breaksAnywhere ? DT_EDITCONTROL : 0U)).bottom);
 }
 
 void Form::Place(HWND control, int left, int top, int width, int height) {

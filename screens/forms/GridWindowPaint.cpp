@@ -45,7 +45,7 @@ RECT KeepScale(const RECT& cell, const BITMAP& picture) {
 
 }  // namespace
 
-/// Every column is as wide as its widest text; what is left over goes to the first.
+/// Every column is as wide as its widest text. Of what is left over, the first gets two shares, every other one.
 void GridWindow::FitColumns() {
     const HDC dc = GetDC(window_);
     const SelectedFont font(dc, font_);
@@ -57,6 +57,11 @@ void GridWindow::FitColumns() {
             width = std::max(width, WidthOf(dc, model_.GetText(col, row)) + 2 * Units(CellPadding));
         }
         total += width;
+    }
+    const int share = std::max(0, static_cast<int>(Client().right) - total) / (model_.Cols() + 1);
+    for (int& width : columns_) {
+        width += share;
+        total += share;
     }
     columns_.front() += std::max(0, static_cast<int>(Client().right) - total);
     ReleaseDC(window_, dc);

@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "screens/forms/ControlIds.h"
@@ -61,7 +62,10 @@ int frmDirectorySelect::Arrange(int left, int top, int width) {
     const int changeWidth = ButtonWidth(change);
     Place(change, frame1_.right - Px(16) - changeWidth, frame1_.top + Px(20), changeWidth, Px(28));
     // Two lines, for a folder far down.
-    Place(Item(ids::L_InstalPath), left + Px(16), frame1_.top + Px(16), width - changeWidth - Px(48), Px(36));
+    const HWND path = Item(ids::L_InstalPath);
+    const int pathWidth = width - changeWidth - Px(48);
+    const int pathHeight = std::min(TextHeight(path, pathWidth), Px(40));
+    Place(path, left + Px(16), frame1_.top + (Px(68) - pathHeight) / 2, pathWidth, pathHeight);
     return frame1_.bottom;
 }
 
@@ -93,6 +97,7 @@ void frmDirectorySelect::OnCommand(int control, int notification) {
 void frmDirectorySelect::Change() {
     ChangeFolder(Program(), ChooseInstallFolder(Window(), texts_.FolderQuestion, ShownFolder()));
     SetItemText(ids::L_InstalPath, Program().Installation.InstallPath);
+    ArrangeAgain();
 }
 
 void frmDirectorySelect::Cancel() {

@@ -86,13 +86,18 @@ std::optional<LRESULT> frmMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lP
     return Form::OnMessage(message, wParam, lParam);
 }
 
-/// A card with a sign and a line of text; it lights up under the mouse and with the focus.
+/// A card with a sign and a line of text; it lights up under the mouse, and its frame is strong with the focus.
 void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     const Palette colours = Colours();
     const HWND button = draw.hdr.hwndFrom;
-    const bool lit = (draw.uItemState & (CDIS_HOT | CDIS_FOCUS | CDIS_SELECTED)) != 0;
+    const bool pointedAt = (draw.uItemState & (CDIS_HOT | CDIS_SELECTED)) != 0;
+    const bool focused = (draw.uItemState & CDIS_FOCUS) != 0;
     FillArea(draw.hdc, draw.rc, colours.Page);
-    FillRounded(draw.hdc, draw.rc, Px(6), lit ? colours.CardHot : colours.Card, lit ? colours.Accent : colours.Line);
+    FillRounded(draw.hdc, draw.rc, Px(6), pointedAt ? colours.CardHot : colours.Card,
+                pointedAt || focused ? colours.Accent : colours.Line);
+    if (focused) {
+        FillRounded(draw.hdc, Shrunk(draw.rc, 1), Px(5), pointedAt ? colours.CardHot : colours.Card, colours.Accent);
+    }
 
     const int height = draw.rc.bottom - draw.rc.top;
     const int disc = Px(48);

@@ -55,6 +55,7 @@ void frmResult::AddGrid() {
     const HWND window = AddControl(GridWindow::ClassName(), ids::vaSpread, L"", WS_BORDER | WS_TABSTOP);
     grid_.SetDpi(Dpi());
     grid_.Attach(window);
+    SetLook(window, {});
     SetWindowSubclass(window, MoveOnWithEnter, 0, 0);
     if (!ResultList(Program(), *this, grid_.Model()).Load()) {
         Flow().FailResult();

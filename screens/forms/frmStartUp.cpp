@@ -41,9 +41,12 @@ void frmStartUp::AddOption(int index, std::int16_t message) {
 }
 
 int frmStartUp::Arrange(int left, int top, int width) {
-    const int margins = Px(10);
-    SendMessageW(Item(ids::T_CONTRACT), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margins, margins));
-    Place(Item(ids::T_CONTRACT), left, top, width, Px(236));
+    const HWND contract = Item(ids::T_CONTRACT);
+    Place(contract, left, top, width, Px(236));
+    RECT text{};
+    GetClientRect(contract, &text);
+    text = {text.left + Px(12), text.top + Px(10), text.right - Px(12), text.bottom - Px(6)};
+    SendMessageW(contract, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
     top += Px(236) + Px(14);
 
     const int height = Px(26);

@@ -30,7 +30,6 @@
 #include "platform/windows/WindowsRegistry.h"
 #include "platform/windows/WindowsShell.h"
 #include "platform/windows/WindowsVolumes.h"
-#include "screens/forms/Drawing.h"
 #include "screens/forms/FormScreens.h"
 
 namespace mip {
@@ -110,7 +109,6 @@ int Run() {
     Application application;
     const ComApartment apartment;
     InitControls();
-    const SmoothDrawing drawing;
     Program& program = application.Program();
     FormScreens screens(program);
     try {
