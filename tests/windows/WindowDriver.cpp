@@ -1,0 +1,153 @@
+#include "tests/windows/WindowDriver.h"
+
+#include <stdexcept>
+#include <vector>
+
+namespace mip {
+
+namespace {
+
+constexpr wchar_t DialogClass[] = L"#32770";
+
+bool IsDialog(HWND window) {
+    wchar_t name[64]{};
+    GetClassNameW(window, name, 64);
+    return std::wstring(name) == DialogClass;
+}
+
+struct DialogSearch {
+    DWORD ProcessId;
+    std::vector<HWND> Found;
+};
+
+BOOL CALLBACK CollectVisibleDialog(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<DialogSearch*>(parameter);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == search.ProcessId && IsWindowVisible(window) != 0 && IsDialog(window)) {
+        search.Found.push_back(window);
+    }
+    return TRUE;
+}
+
+/// The top-level dialogs of a process that can be seen, front to back.
+std::vector<HWND> VisibleDialogs(DWORD processId) {
+    DialogSearch search{processId, {}};
+    EnumWindows(CollectVisibleDialog, reinterpret_cast<LPARAM>(&search));
+    return search.Found;
+}
+
+}  // namespace
+
+WindowDriver::WindowDriver(const std::wstring& commandLine) {
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    std::wstring buffer = commandLine;
+    if (CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &started) == 0) {
+        throw std::runtime_error("the program cannot be started, error " + std::to_string(GetLastError()));
+    }
+    CloseHandle(started.hThread);
+    process_ = started.hProcess;
+    processId_ = started.dwProcessId;
+}
+
+WindowDriver::~WindowDriver() {
+    if (!ExitCode()) {
+        TerminateProcess(process_, 99);
+    }
+    CloseHandle(process_);
+}
+
+HWND WindowDriver::FindScreen(int control) const {
+    for (const HWND dialog : VisibleDialogs(processId_)) {
+        if (GetDlgItem(dialog, control) != nullptr) {
+            return dialog;
+        }
+    }
+    return nullptr;
+}
+
+HWND WindowDriver::WaitForScreen(int control) const {
+    HWND screen = nullptr;
+    WaitUntil("screen with control " + std::to_string(control), [&] {
+        screen = FindScreen(control);
+        return screen != nullptr && IsWindowEnabled(screen) != 0;
+    });
+    return screen;
+}
+
+HWND WindowDriver::FindDialogOver(HWND screen) const {
+    for (const HWND dialog : VisibleDialogs(processId_)) {
+        if (GetWindow(dialog, GW_OWNER) == screen) {
+            return dialog;
+        }
+    }
+    return nullptr;
+}
+
+HWND WindowDriver::WaitForDialogOver(HWND screen) const {
+    HWND dialog = nullptr;
+    WaitUntil("a dialog over the screen", [&] {
+        dialog = FindDialogOver(screen);
+        return dialog != nullptr;
+    });
+    return dialog;
+}
+
+void WindowDriver::WaitUntilGone(HWND screen) const {
+    WaitUntil("a screen to close", [&] { return IsWindow(screen) == 0 || IsWindowVisible(screen) == 0; });
+}
+
+DWORD WindowDriver::WaitForEnd() const {
+    WaitUntil("the program's end", [this] { return WaitForSingleObject(process_, 0) == WAIT_OBJECT_0; });
+    return *ExitCode();
+}
+
+std::optional<DWORD> WindowDriver::ExitCode() const {
+    DWORD code = 0;
+    if (WaitForSingleObject(process_, 0) != WAIT_OBJECT_0 || GetExitCodeProcess(process_, &code) == 0) {
+        return {};
+    }
+    return code;
+}
+
+void WindowDriver::Press(HWND screen, int button) const {
+    WaitUntil("button " + std::to_string(button), [&] {
+        const HWND control = GetDlgItem(screen, button);
+        return control != nullptr && IsWindowVisible(control) != 0 && IsWindowEnabled(control) != 0;
+    });
+    PostMessageW(GetDlgItem(screen, button), BM_CLICK, 0, 0);
+}
+
+void WindowDriver::CloseByTitleBar(HWND screen) const {
+    PostMessageW(screen, WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
+void WindowDriver::TypeKey(HWND control, WPARAM key) const {
+    PostMessageW(control, WM_KEYDOWN, key, 1);
+    PostMessageW(control, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+}
+
+void WindowDriver::WaitUntil(const std::string& what, const std::function<bool()>& condition) const {
+    const auto end = std::chrono::steady_clock::now() + Patience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            throw std::runtime_error("waited in vain for " + what);
+        }
+        Sleep(20);
+    }
+}
+
+std::wstring TextOf(HWND control) {
+    const auto length = static_cast<std::size_t>(SendMessageW(control, WM_GETTEXTLENGTH, 0, 0));
+    std::wstring text(length, L'\0');
+    SendMessageW(control, WM_GETTEXT, length + 1, reinterpret_cast<LPARAM>(text.data()));
+    return text;
+}
+
+std::wstring TextOf(HWND screen, int control) {
+    return TextOf(GetDlgItem(screen, control));
+}
+
+}  // namespace mip

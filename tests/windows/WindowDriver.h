@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <windows.h>
+
+namespace mip {
+
+/// Uses the program as a user does, by its windows, from another process. A wait that is in vain throws
+/// std::runtime_error, which says what was waited for.
+class WindowDriver {
+  public:
+    static constexpr std::chrono::seconds Patience{60};
+
+    /// Starts the program.
+    explicit WindowDriver(const std::wstring& commandLine);
+    WindowDriver(const WindowDriver&) = delete;
+    WindowDriver& operator=(const WindowDriver&) = delete;
+    /// Ends the program if it still runs.
+    ~WindowDriver();
+
+    /// The program's visible screen that has this control, or null.
+    HWND FindScreen(int control) const;
+    /// Waits for it; a screen that is modal counts as soon as it can be used.
+    HWND WaitForScreen(int control) const;
+    /// The visible dialog over a screen, for example a message box or the folder browser, or null.
+    HWND FindDialogOver(HWND screen) const;
+    HWND WaitForDialogOver(HWND screen) const;
+    void WaitUntilGone(HWND screen) const;
+    /// The code with which the program ended.
+    DWORD WaitForEnd() const;
+    std::optional<DWORD> ExitCode() const;
+
+    /// Waits until the button can be pressed and presses it.
+    void Press(HWND screen, int button) const;
+    void CloseByTitleBar(HWND screen) const;
+    /// A key press with its character, to the control.
+    void TypeKey(HWND control, WPARAM key) const;
+
+    void WaitUntil(const std::string& what, const std::function<bool()>& condition) const;
+
+  private:
+    HANDLE process_ = nullptr;
+    DWORD processId_ = 0;
+};
+
+/// A control's text, read from any process.
+std::wstring TextOf(HWND control);
+std::wstring TextOf(HWND screen, int control);
+
+}  // namespace mip
