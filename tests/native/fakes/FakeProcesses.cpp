@@ -2,6 +2,7 @@
 
 #include "app/TextTools.h"
 #include "app/modFile.h"
+#include "platform/DriveName.h"
 #include "platform/ProgramSearch.h"
 
 namespace mip {
@@ -46,7 +47,8 @@ ScriptedEnd RunRmDir(FileTree& tree, const std::wstring& arguments) {
     std::erase(folder, L'"');
     const bool absolute = folder.starts_with(L"\\\\") || (folder.size() > 2 && folder.substr(1, 2) == L":\\");
     const FileTree::Place place = tree.Locate(folder, false);
-    if (!absolute || (place.Node && !place.Parent)) {
+    const bool share = folder == DriveNameOf(folder);
+    if (!absolute || share || (place.Node && !place.Parent)) {
         return {1};
     }
     if (!place.Node || place.Node->Kind == NodeKind::File) {

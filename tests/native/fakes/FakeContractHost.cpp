@@ -1,0 +1,49 @@
+#include "tests/contract/ContractHost.h"
+#include "tests/native/fakes/InMemoryWindows.h"
+
+namespace mip {
+namespace {
+
+class FakeContractHost : public ContractHost {
+  public:
+    FakeContractHost() {
+        windows_.Tree.PutFolder(Scratch());
+        windows_.Tree.PutFile(RmDirBat());
+        windows_.Tree.PutFile(L"C:\\Windows\\System32\\cmd.exe");
+        windows_.Processes.On(L"cmd.exe", [](const std::wstring& commandLine) {
+            const std::wstring code = commandLine.substr(commandLine.rfind(L' ') + 1);
+            return ScriptedEnd{static_cast<std::uint32_t>(std::stoul(code)), 3};
+        });
+    }
+
+    mip::Files& Files() override { return windows_.Files; }
+    mip::Folders& Folders() override { return windows_.Folders; }
+    mip::Volumes& Volumes() override { return windows_.Volumes; }
+    mip::ProfileFiles& ProfileFiles() override { return windows_.ProfileFiles; }
+    mip::Registry& Registry() override { return windows_.Registry; }
+    mip::Processes& Processes() override { return windows_.Processes; }
+    mip::Clock& Clock() override { return windows_.Clock; }
+
+    std::wstring Scratch() override { return L"C:\\Temp\\contract"; }
+    std::wstring ScratchKey() override { return L"Software\\Contract k"; }
+    std::wstring RmDirBat() override { return L"C:\\Temp\\my disc\\SysDir\\RmDir.bat"; }
+    std::wstring CommandThatExitsWith(std::uint32_t code) override {
+        return L"C:\\Windows\\System32\\cmd.exe /c exit " + std::to_wstring(code);
+    }
+    bool ProtectsReadOnlyFiles() override { return true; }
+    void SetModified(const std::wstring& path, FileTime time) override { windows_.Tree.Find(path)->Modified = time; }
+    void PutRegistryNumber(const std::wstring& key, const std::wstring& name) override {
+        windows_.Registry.PutNumber(Hive::CurrentUser, key, name);
+    }
+
+  private:
+    InMemoryWindows windows_;
+};
+
+}  // namespace
+
+std::unique_ptr<ContractHost> MakeContractHost() {
+    return std::make_unique<FakeContractHost>();
+}
+
+}  // namespace mip

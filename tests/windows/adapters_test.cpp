@@ -1,0 +1,210 @@
+#include <windows.h>
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "platform/PlatformError.h"
+#include "platform/windows/Handle.h"
+#include "platform/windows/MessageLoop.h"
+#include "platform/windows/WindowsClock.h"
+#include "platform/windows/WindowsComputer.h"
+#include "platform/windows/WindowsFiles.h"
+#include "platform/windows/WindowsMessageBoxes.h"
+#include "platform/windows/WindowsProcesses.h"
+#include "tests/windows/ScratchFolder.h"
+
+namespace mip {
+namespace {
+
+TEST(Handles, ClosingKeepsTheLastError) {
+    SetLastError(ERROR_DISK_FULL);
+    { const FindHandle stale(reinterpret_cast<HANDLE>(0x7FFFFFF0)); }
+    EXPECT_EQ(DWORD{ERROR_DISK_FULL}, GetLastError());
+}
+
+TEST(Handles, EachHandleIsClosedOnce) {
+    HANDLE raw = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    KernelHandle first(raw);
+    KernelHandle second(std::move(first));
+    first = std::move(second);
+    EXPECT_FALSE(second);
+    EXPECT_TRUE(SetEvent(first.Get()));
+    EXPECT_EQ(nullptr, *first.Receive());
+    EXPECT_FALSE(SetEvent(raw));
+}
+
+TEST(WindowsFilesTest, ACopyThatFailsPartWayLeavesNoFile) {
+    const ScratchFolder scratch(L"copy");
+    WindowsFiles files;
+    // The memory of a process opens as a file, but its first page cannot be read.
+    EXPECT_THROW(files.CopyToNew(L"Z:\\proc\\self\\mem", scratch.Path() + L"\\copy"), PlatformError);
+    EXPECT_TRUE(WindowsFolders().List(scratch.Path()).Files.empty());
+}
+
+TEST(WindowsFilesTest, FilesThatOthersWriteCanBeCopied) {
+    const ScratchFolder scratch(L"copy");
+    WindowsFiles files;
+    files.Write(scratch.Path() + L"\\open.mdb", "rows");
+    const FileHandle other(CreateFileW((scratch.Path() + L"\\open.mdb").c_str(), GENERIC_READ | GENERIC_WRITE,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    files.CopyToNew(scratch.Path() + L"\\open.mdb", scratch.Path() + L"\\copy.mdb");
+    EXPECT_EQ("rows", files.Read(scratch.Path() + L"\\copy.mdb"));
+    EXPECT_THROW(files.Remove(scratch.Path() + L"\\open.mdb"), PlatformError);
+}
+
+TEST(WindowsClockTest, TellsLocalTimeToTheSecond) {
+    SYSTEMTIME system{};
+    GetLocalTime(&system);
+    const DateTime now = WindowsClock().Now();
+    const auto day = std::chrono::floor<std::chrono::days>(now);
+    const std::chrono::year_month_day date{day};
+    const std::chrono::hh_mm_ss time{now - day};
+    EXPECT_EQ(int{system.wYear}, int{date.year()});
+    EXPECT_EQ(unsigned{system.wMonth}, unsigned{date.month()});
+    EXPECT_LE(time.hours().count() * 60 + time.minutes().count() - (system.wHour * 60 + system.wMinute), 1);
+}
+
+class MessageLoopTest : public testing::Test {
+  protected:
+    /// A modeless dialog with two buttons.
+    HWND CreateTwoButtons() {
+        struct alignas(4) {
+            DLGTEMPLATE Dialog{DWORD{WS_POPUP | WS_VISIBLE}, 0, 0, 0, 0, 100, 60};
+            std::array<WORD, 3> Rest{};
+        } form;
+        dialog_ = CreateDialogIndirectParamW(nullptr, &form.Dialog, nullptr, &Answer, reinterpret_cast<LPARAM>(this));
+        for (const int id : {IDOK, IDCANCEL}) {
+            CreateWindowW(L"BUTTON", L"Button", DWORD{WS_CHILD | WS_VISIBLE | WS_TABSTOP}, 0, 0, 40, 20, dialog_,
+                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+        }
+        SetFocus(GetDlgItem(dialog_, IDOK));
+        return dialog_;
+    }
+    ~MessageLoopTest() override {
+        if (dialog_) {
+            DestroyWindow(dialog_);
+        }
+    }
+
+    static INT_PTR CALLBACK Answer(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_INITDIALOG) {
+            SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        } else if (message == WM_COMMAND) {
+            reinterpret_cast<MessageLoopTest*>(GetWindowLongPtrW(dialog, DWLP_USER))->command_ = LOWORD(wParam);
+        }
+        return FALSE;
+    }
+
+    HWND dialog_ = nullptr;
+    int command_ = 0;
+};
+
+TEST_F(MessageLoopTest, KeysWorkInModelessDialogs) {
+    CreateTwoButtons();
+    PostMessageW(GetDlgItem(dialog_, IDOK), WM_KEYDOWN, VK_TAB, 0);
+    WindowsClock().YieldToMessages();
+    EXPECT_EQ(GetDlgItem(dialog_, IDCANCEL), GetFocus());
+
+    PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
+    WindowsClock().YieldToMessages();
+    EXPECT_EQ(IDCANCEL, command_);
+}
+
+TEST_F(MessageLoopTest, AQuitMessageWaitsForTheLoop) {
+    CreateTwoButtons();
+    PostMessageW(dialog_, WM_COMMAND, 77, 0);
+    PostQuitMessage(5);
+    WindowsClock().YieldToMessages();
+    WindowsClock().YieldToMessages();
+    EXPECT_EQ(77, command_);
+    EXPECT_EQ(5, RunMessageLoop());
+}
+
+TEST(WindowsComputerTest, OnlyAnEarlierInstanceOfTheSameNameCounts) {
+    const auto first = std::make_unique<WindowsComputer>(L"Contract instance");
+    EXPECT_FALSE(first->IsPreviousInstanceRunning());
+    EXPECT_FALSE(WindowsComputer(L"Contract other").IsPreviousInstanceRunning());
+    EXPECT_TRUE(WindowsComputer(L"Contract instance").IsPreviousInstanceRunning());
+}
+
+TEST(WindowsComputerTest, TellsUserFoldersAndLanguage) {
+    WindowsComputer computer(L"Contract instance");
+    EXPECT_NE(L"", computer.UserName());
+    EXPECT_EQ(4u, computer.LanguageIdentifier().size());
+    EXPECT_TRUE(WindowsFolders().Exists(computer.TemporaryFolder()));
+    EXPECT_FALSE(computer.TemporaryFolder().ends_with(L'\\'));
+    EXPECT_TRUE(WindowsFiles().Exists(computer.ProgramFolder() + L"\\windows_adapters.exe"));
+}
+
+TEST(WindowsComputerTest, TheCodePageReplacesWhatItLacks) {
+    WindowsComputer computer(L"Contract instance");
+    EXPECT_EQ("C:\\Temp", computer.ToSystemCodePage(L"C:\\Temp"));
+    EXPECT_EQ("", computer.ToSystemCodePage(L""));
+    EXPECT_EQ(L"abc", computer.FromSystemCodePage("abc"));
+    if (GetACP() == 1252) {
+        EXPECT_EQ("\xE9?8?", computer.ToSystemCodePage(L"é説8∞"));
+        EXPECT_EQ(L"é€", computer.FromSystemCodePage("\xE9\x80"));
+    }
+}
+
+/// Presses Enter in the box as soon as it is there, and notes what it says.
+struct BoxReader {
+    static inline std::wstring Title;
+    static inline HWND Owner = nullptr;
+
+    static void CALLBACK Press(HWND, UINT, UINT_PTR timer, DWORD) {
+        const HWND box = GetForegroundWindow();
+        std::array<wchar_t, 100> title{};
+        GetWindowTextW(box, title.data(), static_cast<int>(title.size()));
+        if (FindWindowExW(box, nullptr, L"Button", nullptr)) {
+            KillTimer(nullptr, timer);
+            Title = title.data();
+            Owner = GetWindow(box, GW_OWNER);
+            PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
+        }
+    }
+};
+
+TEST(WindowsMessageBoxesTest, AnswersByTheDefaultButtonAndNamesTheProgram) {
+    const struct {
+        int Style;
+        const wchar_t* Title;
+        int Answer;
+        const wchar_t* ShownTitle;
+    } cases[] = {
+        {boxes::Ok | boxes::Exclamation, L"", boxes::AnswerOk, L"Manual Install Program"},
+        {boxes::YesNo | boxes::Exclamation, L"Select folder", boxes::AnswerYes, L"Select folder"},
+        {boxes::YesNo | boxes::SecondButtonDefault, L"", boxes::AnswerNo, L"Manual Install Program"},
+    };
+    for (const auto& [style, title, answer, shownTitle] : cases) {
+        SetTimer(nullptr, 0, 20, &BoxReader::Press);
+        EXPECT_EQ(answer, WindowsMessageBoxes().Show(L"Text", style, title));
+        EXPECT_EQ(shownTitle, BoxReader::Title);
+    }
+}
+
+/// Runs as a process of its own: its exit code tells how its window was to be shown.
+TEST(ShownAs, DISABLED_Child) {
+    STARTUPINFOW startup{};
+    GetStartupInfoW(&startup);
+    ExitProcess((startup.dwFlags & STARTF_USESHOWWINDOW) != 0 ? 100u + startup.wShowWindow : 99u);
+}
+
+TEST(WindowsProcessesTest, ProgramsStartHidden) {
+    const std::wstring program = WindowsComputer(L"Contract instance").ProgramFolder() + L"\\windows_adapters.exe";
+    const auto process = WindowsProcesses().StartHidden(
+        L"\"" + program + L"\" --gtest_also_run_disabled_tests --gtest_filter=ShownAs.DISABLED_Child");
+    for (int polls = 0; process->ExitCode() == StillActive && polls < 1500; ++polls) {
+        Sleep(20);
+    }
+    EXPECT_EQ(100u + SW_HIDE, process->ExitCode());
+}
+
+TEST(WindowsProcessesTest, TheSnapshotHoldsThisProgram) {
+    const std::vector<std::wstring> names = WindowsProcesses().Snapshot().value();
+    EXPECT_EQ(1, std::count(names.begin(), names.end(), L"windows_adapters.exe"));
+}
+
+}  // namespace
+}  // namespace mip
