@@ -35,6 +35,7 @@ class Files {
 
     /// True when a file (not a folder) of that path exists; false also when it cannot be asked.
     virtual bool Exists(const std::wstring& path) = 0;
+    /// A file without attributes has 0; attributes::Normal is never reported.
     virtual FileStatus Status(const std::wstring& path) = 0;
     /// `bits` 0 or attributes::Normal clears every attribute.
     virtual void SetAttributes(const std::wstring& path, std::uint32_t bits) = 0;
@@ -68,7 +69,8 @@ class Folders {
     virtual bool Exists(const std::wstring& folder) = 0;
     /// Creates one level; throws PlatformError (AlreadyExists, PathNotFound, ...).
     virtual void Create(const std::wstring& folder) = 0;
-    /// One pass over the folder; links are listed as what they are, never followed. Throws PlatformError.
+    /// One pass over the folder. Links to folders or files are left out, so that a walk never leaves the folder that it
+    /// started in. Throws PlatformError.
     virtual FolderListing List(const std::wstring& folder) = 0;
 };
 

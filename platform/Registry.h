@@ -10,7 +10,8 @@ namespace mip {
 enum class Hive { LocalMachine, CurrentUser };
 
 /// String values of the registry. Keys are backslash-separated paths below a hive; names compare without regard to
-/// case. Absence is an empty answer; other failures of the writing operations throw PlatformError with a Win32 code.
+/// case. Absence is an empty answer, and removing what is absent is no error; other failures of the writing operations
+/// throw PlatformError with a Win32 code.
 class Registry {
   public:
     virtual ~Registry() = default;
