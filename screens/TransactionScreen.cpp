@@ -16,7 +16,7 @@ namespace mip {
 
 namespace {
 
-constexpr std::int16_t ListSlot = 1;
+constexpr std::int16_t ListSlot = 4;
 
 bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
     if (manual.Pdf_flg == L"1") {

@@ -1,0 +1,106 @@
+#include "screens/DirectoryScreen.h"
+
+#include "tests/native/screens/ScreensTest.h"
+
+namespace mip {
+namespace {
+
+class DirectoryScreenTest : public ScreensTest {
+  protected:
+    DirectoryScreenTest() {
+        DiscCatalogueRecord& manual = AddManual(L"K1210MM");
+        manual.Model_desc = L"Talis";
+        manual.Version = L"3";
+        program_.Installation.InstallPath = L"C:\\Manuals";
+        windows_.Tree.AddDrive({L"E:"});
+        windows_.Tree.AddDrive({L"\\\\server\\share"});
+    }
+
+    void SetFree(const std::wstring& drive, std::uint64_t bytes) { windows_.Tree.DriveOf(drive)->FreeBytes = bytes; }
+    DiscCatalogueRecord& Manual() { return program_.DiscCatalogue.Records.back(); }
+};
+
+TEST_F(DirectoryScreenTest, SizesAreRoundedUpToTheNextStep) {
+    for (const auto& [size, rounded] : {std::pair{123'456'789.0, 130'000'000.0},
+                                        {9'999'999.0, 10'000'000.0},
+                                        {10'000'000.0, 20'000'000.0},
+                                        {0.0, 10'000'000.0},
+                                        {12'345'678'901.5, 12'350'000'000.0}}) {
+        EXPECT_EQ(RoundUpToTenMillion(size, L"10000000"), rounded);
+    }
+    EXPECT_EQ(RoundUpToTenMillion(1234, L"200"), 1400);
+}
+
+TEST_F(DirectoryScreenTest, TheProgramFilesDriveKeepsAReserve) {
+    SetFree(L"C:\\", 400'000'000);
+    SetFree(L"E:\\", 400'000'000);
+    SetFree(L"\\\\server\\share\\x", 400'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"C:\\Manuals"), 50'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"c:"), 50'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"E:\\Manuals"), 400'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"\\\\server\\share\\Manuals"), 400'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"no drive"), 0);
+    EXPECT_EQ(GetUsableFreeSpace(program_, L"Q:\\Manuals"), 0);
+}
+
+TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
+    EXPECT_EQ(RequiredBytes(program_, Manual()), 150'000'000);
+    Manual().PdfForm = L" 1 ";
+    EXPECT_EQ(RequiredBytes(program_, Manual()), 10'000'000) << "no file";
+    windows_.Tree.PutFile(L"D:\\K1210MM\\contents\\K1210MM.pdf", std::string(10'000'001, 'x'));
+    EXPECT_EQ(RequiredBytes(program_, Manual()), 20'000'000);
+    windows_.Tree.Deny(L"D:\\K1210MM\\contents\\K1210MM.pdf");
+    EXPECT_EQ(RequiredBytes(program_, Manual()), 10'000'000) << "a file that cannot be asked";
+}
+
+TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
+    SetFree(L"C:\\", 499'999'999);
+    EXPECT_FALSE(ConfirmFolder(program_, L"C:\\Other"));
+    EXPECT_EQ(windows_.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 22", boxes::Information, L"title"}}));
+    SetFree(L"C:\\", 500'000'000);
+    EXPECT_TRUE(ConfirmFolder(program_, L"C:\\Other"));
+    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Other");
+    EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 1U);
+}
+
+TEST_F(DirectoryScreenTest, CancelCountsOnlyAfterYes) {
+    windows_.MessageBoxes.Answers = {boxes::AnswerNo, boxes::AnswerYes};
+    EXPECT_FALSE(CancelFolder(program_));
+    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
+    EXPECT_EQ(program_.Outcome.ResultMessage, L"");
+    EXPECT_TRUE(CancelFolder(program_));
+    EXPECT_EQ(program_.Installation.InstallPath, L"");
+    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 25");
+    EXPECT_EQ(program_.Outcome.ResultSubMessage, L"message 24");
+    EXPECT_EQ(windows_.MessageBoxes.Shown.back(), (ShownBox{L"message 29", 52, L"title"}));
+}
+
+TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumber) {
+    windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini", "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\n");
+    program_.Installation.NoFolderCount = 12;
+    const DirectoryTexts texts = LoadDirectoryScreen(program_);
+    EXPECT_EQ(texts.Name, L"Talis (Ver.3)");
+    EXPECT_EQ(texts.Instructions[0], L"12 of 12");
+    EXPECT_EQ(texts.Frame, L"  Folder  ");
+}
+
+TEST_F(DirectoryScreenTest, TheChosenFolderIsNormalisedAndACancelledBrowseChangesNothing) {
+    ChangeFolder(program_, L"");
+    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
+    ChangeFolder(program_, L"E:\\");
+    EXPECT_EQ(program_.Installation.InstallPath, L"E:");
+}
+
+TEST_F(DirectoryScreenTest, ARunWithoutQuestionsTakesTheSwitchFolderOrFails) {
+    ChooseFolderUnasked(program_);
+    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
+    program_.Switches.Directory = L"E:\\Library\\";
+    ChooseFolderUnasked(program_);
+    EXPECT_EQ(program_.Installation.InstallPath, L"E:\\Library");
+    SetFree(L"E:\\", 149'999'999);
+    EXPECT_THROW(ChooseFolderUnasked(program_), std::runtime_error);
+    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 22");
+}
+
+}  // namespace
+}  // namespace mip

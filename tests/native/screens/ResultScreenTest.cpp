@@ -1,0 +1,142 @@
+#include "screens/ResultScreen.h"
+
+#include <algorithm>
+
+#include "screens/GridModel.h"
+#include "tests/native/screens/ScreensTest.h"
+
+namespace mip {
+namespace {
+
+class ResultScreenTest : public ScreensTest, private SpreadForm {
+  protected:
+    std::vector<SpreadGrid*> SpreadGrids() override { return {&grid_}; }
+
+    /// Rows of the list, columns separated by "|".
+    std::vector<std::wstring> Load() {
+        EXPECT_TRUE(ResultList(program_, *this, grid_).Load());
+        std::vector<std::wstring> rows;
+        for (std::int32_t row = 0; row <= grid_.Rows(); ++row) {
+            std::wstring text = grid_.GetText(1, row);
+            for (std::int32_t col = 2; col <= grid_.Cols(); ++col) {
+                text += L"|" + grid_.GetText(col, row);
+            }
+            rows.push_back(text);
+        }
+        return rows;
+    }
+
+    void Add(const std::wstring& pubNo, std::int16_t order, const std::wstring& year, const std::wstring& kubun) {
+        DiscCatalogueRecord& manual = AddManual(pubNo);
+        manual.OrderNo = order;
+        manual.Year = year;
+        manual.Kubun = kubun;
+    }
+
+    GridModel grid_{0, 6};
+};
+
+TEST_F(ResultScreenTest, ManualsAreListedByOrderThenYearThenKindThenPlaceOnTheDisc) {
+    Add(L"order 100", 100, L"2001", L"");
+    Add(L"order 9, 2020", 9, L"2020", L"b");
+    Add(L"order 9, year 999", 9, L"999", L"z");
+    Add(L"order 9, 2020, kind a", 9, L"2020", L"a");
+    Add(L"order 9, 2020 again", 9, L"2020", L"b");
+    Add(L"order 9, no year", 9, L"MY", L"b");
+    SortDiscCatalogue(program_.DiscCatalogue, BuildSortOrder(program_.DiscCatalogue));
+    std::vector<std::wstring> sorted;
+    for (const DiscCatalogueRecord& manual : program_.DiscCatalogue.Records) {
+        sorted.push_back(manual.Pub_No);
+    }
+    EXPECT_EQ(sorted, (std::vector<std::wstring>{L"", L"order 9, year 999", L"order 9, 2020, kind a", L"order 9, 2020",
+                                                 L"order 9, 2020 again", L"order 9, no year", L"order 100"}));
+}
+
+TEST_F(ResultScreenTest, EqualManualsKeepTheirPlacesBeyondAHundred) {
+    for (int i = 1; i <= 120; ++i) {
+        Add(std::to_wstring(i), 1, L"2020", L"");
+    }
+    const auto order = BuildSortOrder(program_.DiscCatalogue);
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+    EXPECT_EQ(order.size(), 120U);
+}
+
+TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
+    DiscCatalogueRecord& talis = AddManual(L"K1210MM");
+    talis.Model_desc = L"Talis";
+    talis.Year = L"2019";
+    talis.Kubun = L"整備書";
+    talis.Lang = L"EN";
+    talis.Version = L"3";
+    AddManual(L"not chosen").InstallFlag = L"0";
+    AddManual(L"superseded").InstallFlag = L"9";
+    program_.Identity.LanguageCode = L"11";
+    EXPECT_EQ(Load(), (std::vector<std::wstring>{L"message 35|message 37|message 38|message 68|message 69|message 55",
+                                                 L"Talis|整備書|EN|K1210MM|3|message 52"}));
+    program_.Identity.LanguageCode = L"09";
+    EXPECT_EQ(Load().at(1), L"Talis|2019|EN|K1210MM|3|message 52") << "a second listing replaces the first";
+}
+
+TEST_F(ResultScreenTest, AnUnknownStateKeepsTheStatusOfTheRowBefore) {
+    const std::pair<const wchar_t*, const wchar_t*> states[] = {{L"", L""},
+                                                                {L"1", L"message 52"},
+                                                                {L"2", L"message 53"},
+                                                                {L"7", L"message 53"},
+                                                                {L"3", L"message 54"},
+                                                                {L"9", L"取込対象外"},
+                                                                {L"", L"取込対象外"}};
+    for (const auto& [state, text] : states) {
+        AddManual(L"K").InstallState = state;
+    }
+    Load();
+    for (std::int32_t row = 1; row <= grid_.Rows(); ++row) {
+        EXPECT_EQ(grid_.GetText(6, row), states[row - 1].second) << row;
+    }
+}
+
+TEST_F(ResultScreenTest, AfterAFailureTheInstalledManualsStandOut) {
+    AddManual(L"installed").DoneFlag = L"1";
+    AddManual(L"failed").DoneFlag = L"0";
+    Load();
+    EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFD5AA));
+    EXPECT_EQ(grid_.CellProperty(1, 2, L"BackColor"), GridValue(0xFFFFFF));
+    program_.Outcome.ResultKind = true;
+    Load();
+    EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFFFFF));
+}
+
+TEST_F(ResultScreenTest, TheOutcomeIsAFailureAsSoonAsOneTextIsSet) {
+    EXPECT_EQ(GetOutcomeTexts(program_), (OutcomeTexts{true, L"message 64", L"message 65"}));
+    program_.Outcome.ResultSubMessage = L"what now";
+    EXPECT_EQ(GetOutcomeTexts(program_), (OutcomeTexts{false, L"", L"what now"}));
+}
+
+TEST_F(ResultScreenTest, StatusByDateComparesToTheSecond) {
+    using namespace std::chrono_literals;
+    const StatusTexts texts(program_);
+    Installation& run = program_.Installation;
+    run.InstallTime1 = windows_.Clock.Now() + 1s;
+    run.InstallTime2 = windows_.Clock.Now() + 2s;
+    EXPECT_EQ(texts.StatusTextForDate(run, run.InstallTime1), L"message 52");
+    EXPECT_EQ(texts.StatusTextForDate(run, run.InstallTime2), L"message 53");
+    EXPECT_EQ(texts.StatusTextForDate(run, run.InstallTime2 + 1s), L"message 54");
+}
+
+TEST_F(ResultScreenTest, TheShortcutIsOfferedOnceAndPointsToTheManager) {
+    windows_.Tree.PutFolder(L"C:\\Desktop");
+    windows_.Shell.SpecialFolders[25] = L"C:\\Desktop";
+    program_.Settings.ShortcutIconFlag = 1;
+    EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "no manager program";
+    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    program_.Settings.ShortcutIconFlag = 0;
+    EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "not wanted by the settings";
+    program_.Settings.ShortcutIconFlag = 1;
+    EXPECT_TRUE(MayOfferDesktopShortcut(program_));
+    MakeDesktopShortcut(program_);
+    EXPECT_EQ(windows_.Shell.Shortcuts.at(L"C:\\Desktop\\message 43.lnk").Text(L"TargetPath"),
+              L"C:\\Manager\\Manager.exe");
+    EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "there is one now";
+}
+
+}  // namespace
+}  // namespace mip

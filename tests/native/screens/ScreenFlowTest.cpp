@@ -1,0 +1,90 @@
+#include "screens/ScreenFlow.h"
+
+#include "catalogue/modMDB.h"
+#include "tests/native/screens/ScreensTest.h"
+
+namespace mip {
+namespace {
+
+class ScreenFlowTest : public ScreensTest {
+  protected:
+    std::vector<std::string> ShownBy(const std::function<void()>& action) {
+        screens_.Shown.clear();
+        EXPECT_EQ(ExitCodeOf(action), std::nullopt);
+        return screens_.Shown;
+    }
+
+    RecordedScreens screens_;
+    ScreenFlow flow_{program_, screens_};
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(ScreenFlowTest, ScreensFollowFromMenuToClosing) {
+    program_.Outcome.ManualsRecorded = 1;
+    program_.Outcome.RunFinished = true;
+    EXPECT_EQ(ShownBy([this] { flow_.StartInstallation(); }), Names{"start-up"});
+    EXPECT_EQ(ShownBy([this] { flow_.AnswerAgreement(true); }), Names{"installation"});
+    EXPECT_EQ(ShownBy([this] { flow_.EndInstallation(); }), Names{"result"});
+    EXPECT_EQ(ShownBy([this] { flow_.CloseResult(); }), Names{"menu"});
+    EXPECT_EQ(ShownBy([this] { flow_.CloseMenu(); }), Names{"terms"});
+    EXPECT_EQ(ExitCodeOf([this] { flow_.CloseTerms(); }), 0U);
+}
+
+TEST_F(ScreenFlowTest, LeavingBeforeARunIsNotSuccess) {
+    EXPECT_EQ(ExitCodeOf([this] { flow_.CloseMenu(); }), 2U);
+    EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 2U);
+    EXPECT_TRUE(screens_.Shown.empty());
+    EXPECT_TRUE(windows_.Processes.StartedHidden.empty()) << "nothing is removed";
+}
+
+TEST_F(ScreenFlowTest, RefusingASecondRunKeepsTheFirstOnesExitCode) {
+    program_.Outcome.RunFinished = true;
+    program_.Outcome.ExitCode = 0;
+    EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 0U);
+}
+
+TEST_F(ScreenFlowTest, TheResultButtonEndsTheProgramWhenNothingWasInstalled) {
+    program_.Outcome.ExitCode = 4;
+    EXPECT_EQ(ExitCodeOf([this] { flow_.CloseResult(); }), 4U);
+    EXPECT_TRUE(windows_.Processes.StartedHidden.empty()) << "the temporary folder is kept";
+}
+
+TEST_F(ScreenFlowTest, TheResultButtonClearsUpAndOpensTheManuals) {
+    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    windows_.Tree.PutFile(L"C:\\Manuals\\K1\\index.html");
+    InstalledRecord manual;
+    manual.Pub_No = L"K1";
+    manual.INSPath = L"C:\\Manuals\\K1";
+    manual.INSDate = windows_.Clock.Now();
+    ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, manual));
+    program_.Identity.FullAccessTrustee = L"Users";
+    program_.Identity.FolderTrustee = L"Users";
+    program_.Outcome.ManagerInstalled = true;
+    flow_.CloseResult();
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+    EXPECT_EQ(windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size(), 1U);
+    EXPECT_EQ(screens_.Shown, Names{"menu"});
+}
+
+TEST_F(ScreenFlowTest, AnUnreadableCatalogueIsSaidAndTheTemporaryFolderRemoved) {
+    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    EXPECT_EQ(ExitCodeOf([this] { flow_.FailResult(); }), 4U);
+    EXPECT_EQ(windows_.MessageBoxes.Shown,
+              (std::vector<ShownBox>{{L"MDB READ ERROR", boxes::Exclamation, L"Manual Install Program"}}));
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+}
+
+TEST_F(ScreenFlowTest, AQuietRunEndsWithItsOwnExitCode) {
+    program_.Outcome.ExitCode = 5;
+    program_.Outcome.ManualsRecorded = 1;
+    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    EXPECT_EQ(ExitCodeOf([this] { EndQuietRun(program_); }), 5U);
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+    program_.Switches.Remove = L"K9999MM";
+    program_.CatalogDb = std::make_unique<clsMDB>(windows_.Platform);
+    EXPECT_EQ(ExitCodeOf([this] { RunTransactionSilently(program_); }), 1U);
+}
+
+}  // namespace
+}  // namespace mip
