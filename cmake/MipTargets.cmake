@@ -43,12 +43,15 @@ function(mip_tool name)
 endfunction()
 
 function(mip_declare_test executable prefix)
-    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LIBS;PROPERTIES")
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "EMULATOR" "LIBS;PROPERTIES")
     if(NOT arg_UNPARSED_ARGUMENTS)
         return()
     endif()
     add_executable(${executable} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${executable} PRIVATE mip_options ${arg_LIBS} GTest::gtest_main)
+    if(arg_EMULATOR)
+        set_target_properties(${executable} PROPERTIES CROSSCOMPILING_EMULATOR ${arg_EMULATOR})
+    endif()
     gtest_discover_tests(${executable}
         TEST_PREFIX ${prefix}
         DISCOVERY_MODE PRE_TEST
@@ -65,4 +68,9 @@ endfunction()
 # one screen, so they run one after another.
 function(mip_windows_test name)
     mip_declare_test(windows_${name} windows.${name}. ${ARGN} PROPERTIES RESOURCE_LOCK windows)
+endfunction()
+
+# The same for a test that needs the sample disc in drive D: and the sample workshop computer: each gets a fresh one.
+function(mip_workshop_test name)
+    mip_windows_test(${name} ${ARGN} EMULATOR ${PROJECT_SOURCE_DIR}/tools/workshop-run.sh)
 endfunction()

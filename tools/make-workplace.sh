@@ -1,17 +1,33 @@
 #!/usr/bin/env bash
-# A workshop computer with a disc in its drive: make-workplace.sh PREFIX DISC. The prefix is made and filled when it is
-# missing; one that was not finished is made again. Drive D: is then the folder DISC, and a CD-ROM to the program.
+# A workshop computer with a disc in its drive: make-workplace.sh PREFIX DISC. A prefix that is missing becomes a copy of
+# the sample computer, which is made anew when something that it is made from has changed. Drive D: is then the folder
+# DISC, and a CD-ROM to the program.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 [ $# -eq 2 ] || die "say PREFIX DISC"
 prefix=$1 disc=$(realpath "$2")
+sample=$root/build/sample-computer
+windows=$root/build/windows native=$root/build/native
+
+make_sample() {
+    local template inputs
+    template=$("$root/tools/wine-prefix.sh" template)
+    inputs=$template-$(find "$root/samples" -type f ! -path '*/__pycache__/*' -print0 | sort -z |
+        xargs -0 sha256sum "$windows/samples/KVX3.exe" "$native/tools/mkcatalogue/mkcatalogue" | sha256sum | cut -c1-32)
+    [ "$(cat "$sample/.made-from" 2>/dev/null)" != "$inputs" ] || return 0
+    rm -rf "$sample" "$sample.new"
+    "$root/tools/wine-prefix.sh" new "$sample.new"
+    "$root/samples/make-computer.sh" "$sample.new" "$windows" "$native"
+    echo "$inputs" >"$sample.new/.made-from"
+    mv "$sample.new" "$sample"
+}
 
 if [ ! -e "$prefix/system.reg" ]; then
-    unfinished=$prefix.unfinished
-    rm -rf "$unfinished"
-    "$root/tools/wine-prefix.sh" new "$unfinished"
-    "$root/samples/make-computer.sh" "$unfinished" "$root/build/windows" "$root/build/native"
-    mkdir -p "$(dirname "$prefix")"
-    mv -T "$unfinished" "$prefix"
+    mkdir -p "$root/build" "$prefix"
+    exec 8>"$sample.lock"
+    flock 8
+    make_sample 8>&-
+    cp -a --reflink=auto "$sample/." "$prefix/"
+    exec 8>&-
 fi
 ln -sfn "$disc" "$prefix/dosdevices/d:"
