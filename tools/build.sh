@@ -13,4 +13,4 @@ export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 [ "$preset" != windows ] || "$root/tools/build-dependencies.sh" >/dev/null
 say "Building: $preset"
 run_logged "$log" cmake --preset "$preset" || die "configuring the $preset build failed"
-run_logged "$log" cmake --build --preset "$preset" ${1:+--target "$@"} || die "the $preset build failed; all of it is in $log"
+run_logged "$log" cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"} || die "the $preset build failed; all of it is in $log"

@@ -10,13 +10,13 @@ shift 2
 start_window() { wine "$program_windows" "$@" >/dev/null 2>&1 </dev/null; }
 
 print_catalogue() {
-    local catalogue=$WINEPREFIX/$catalogue_file table
+    local catalogue=$WINEPREFIX/$catalogue_file
+    echo
     [ -f "$catalogue" ] || { echo "There is no catalogue at $catalogue"; return; }
-    for table in $(sqlite3 -readonly "$catalogue" "select name from sqlite_master where type = 'table' order by name"); do
-        echo
-        echo "$table"
-        sqlite3 -readonly -column -header "$catalogue" "select * from [$table]"
-    done
+    sqlite3 -readonly -column -header "$catalogue" "
+        select Pub_No as Publication, Version as Edition, Lang as Language, INSDate as Installed, INSPath as Folder
+        from M_manage order by INSDate, Pub_No"
+    echo
 }
 
 start_unattended() {
@@ -25,14 +25,13 @@ start_unattended() {
     wine "$program_windows" /VERYSILENT /ACCEPT '/LOG=C:\install.log' "$@" >/dev/null 2>&1 </dev/null || status=$?
     [ ! -f "$log" ] || tr -d '\r' <"$log"
     print_catalogue
-    echo
     echo "Exit status $status"
     return $status
 }
 
 # The tour asks for a picture by a file; see screenshots.py.
 start_tour() {
-    local photographer status=0
+    local status=0
     mkdir -p "$screens"
     rm -f "$screens"/*.png "$screens"/*.request
     "$root/tools/screenshots.py" "$MIP_FRAMEBUFFER" "$screens" &
