@@ -1,0 +1,101 @@
+#include "tests/windows/TextFit.h"
+
+#include "app/TextTools.h"
+
+namespace mip {
+
+namespace {
+
+std::wstring TextOf(HWND control) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)), L'\0');
+    GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
+    return text;
+}
+
+bool HasClass(HWND control, const wchar_t* name) {
+    wchar_t actual[64]{};
+    GetClassNameW(control, actual, 64);
+    return ToUpper(actual) == ToUpper(name);
+}
+
+SIZE MeasureText(HWND control, int width, UINT format) {
+    const HDC dc = GetDC(control);
+    const HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT area{0, 0, width, 0};
+    const std::wstring text = TextOf(control);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
+    SelectObject(dc, previous);
+    ReleaseDC(control, dc);
+    return {area.right, area.bottom};
+}
+
+bool IsTextWhole(HWND control) {
+    RECT client{};
+    GetClientRect(control, &client);
+    const LONG style = GetWindowLongW(control, GWL_STYLE);
+    if (HasClass(control, L"STATIC")) {
+        const bool oneLine = (style & SS_ELLIPSISMASK) != 0;
+        const bool breaksAnywhere = (style & SS_EDITCONTROL) != 0;
+        const UINT format = DT_NOPREFIX | (oneLine ? DT_SINGLELINE : DT_WORDBREAK) |
+                            (breaksAnywhere ? static_cast<UINT>(DT_EDITCONTROL) : 0U);
+        const SIZE size = MeasureText(control, oneLine ? 0 : static_cast<int>(client.right), format);
+        return size.cx <= client.right && size.cy <= client.bottom;
+    }
+    if (HasClass(control, L"BUTTON")) {
+        const LONG kind = style & BS_TYPEMASK;
+        const bool hasMark = kind == BS_AUTORADIOBUTTON || kind == BS_AUTOCHECKBOX;
+        const SIZE size = MeasureText(control, 0, DT_SINGLELINE);
+        const LONG mark = hasMark ? client.bottom : 8;
+        return size.cx + mark <= client.right && size.cy <= client.bottom;
+    }
+    return true;
+}
+
+RECT PlaceIn(HWND window, HWND child) {
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+std::vector<HWND> VisibleChildren(HWND window) {
+    std::vector<HWND> children;
+    for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if ((GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0) {
+            children.push_back(child);
+        }
+    }
+    return children;
+}
+
+}  // namespace
+
+std::vector<std::string> TextsThatDoNotFit(HWND window) {
+    std::vector<std::string> complaints;
+    const auto complain = [&](HWND control, const char* what) {
+        complaints.push_back(std::to_string(GetDlgCtrlID(control)) + what + ToUtf8(TextOf(control)));
+    };
+    RECT client{};
+    GetClientRect(window, &client);
+    const std::vector<HWND> children = VisibleChildren(window);
+    for (const HWND child : children) {
+        const RECT place = PlaceIn(window, child);
+        RECT common{};
+        IntersectRect(&common, &place, &client);
+        if (EqualRect(&common, &place) == 0) {
+            complain(child, " leaves the window: ");
+        }
+        if (!IsTextWhole(child)) {
+            complain(child, " is cut off: ");
+        }
+        for (const HWND other : children) {
+            const RECT otherPlace = PlaceIn(window, other);
+            if (other > child && IntersectRect(&common, &place, &otherPlace) != 0) {
+                complain(child, " overlaps: ");
+            }
+        }
+    }
+    return complaints;
+}
+
+}  // namespace mip
