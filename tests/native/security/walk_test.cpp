@@ -123,6 +123,8 @@ TEST_F(FolderWalk, FollowsAManualIntoItsVariantsFolder) {
         EXPECT_EQ(Recorded(L"Adjust_flg", each.PubNo), L"0") << each.Label;
         EXPECT_TRUE(UsersHoldOnly(each.Path, ModifyRights, 3)) << each.Label;
     }
+    EXPECT_EQ(program_.Installed.INSPath, L"C:\\B\\K4750MMA") << "the row read last";
+    EXPECT_EQ(program_.Installed.Adjust_flg, L"0");
 }
 
 TEST_F(FolderWalk, OtherManualsStayWhereTheyAreRecorded) {
