@@ -106,8 +106,9 @@ int EndAfter(Program& program, const std::exception& fault) {
 }
 
 int Run() {
-    Application application;
+    // First in, last out: the program's database may be an automation object.
     const ComApartment apartment;
+    Application application;
     InitControls();
     Program& program = application.Program();
     FormScreens screens(program);
