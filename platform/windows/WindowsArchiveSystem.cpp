@@ -61,18 +61,14 @@ class WindowsArchiveBytes : public ArchiveBytes {
     std::uint64_t size_ = 0;
 };
 
-FileHandle CreateAlways(const std::wstring& path) {
-    return FileHandle(
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
 class WindowsExtractedFile : public ExtractedFile {
   public:
-    explicit WindowsExtractedFile(const std::wstring& path) : path_(LongPath(path)), file_(CreateAlways(path_)) {
+    explicit WindowsExtractedFile(const std::wstring& path) : path_(LongPath(path)) {
+        Create();
         // What is denied may be a read-only, hidden or system file of an earlier extraction.
         if (!file_ && GetLastError() == ERROR_ACCESS_DENIED &&
             SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL)) {
-            file_ = CreateAlways(path_);
+            Create();
         }
         if (!file_) {
             ThrowLastError("CreateFile", path_);
@@ -99,9 +95,9 @@ class WindowsExtractedFile : public ExtractedFile {
     }
 
     void Finish(const std::optional<FileTime>& modified) override {
-        // Time and attributes in one call. Zero times stay as they are.
+        // Zeros leave what they stand for as it is.
         FILE_BASIC_INFO basic{};
-        basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+        basic.FileAttributes = replaces_ ? FILE_ATTRIBUTE_NORMAL : 0;
         if (modified) {
             basic.LastWriteTime.QuadPart = modified->time_since_epoch().count() + TicksFrom1601To1970;
         }
@@ -112,8 +108,15 @@ class WindowsExtractedFile : public ExtractedFile {
     }
 
   private:
+    void Create() {
+        file_.Reset(
+            CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        replaces_ = GetLastError() == ERROR_ALREADY_EXISTS;
+    }
+
     std::wstring path_;
     FileHandle file_;
+    bool replaces_ = false;
 };
 
 }  // namespace

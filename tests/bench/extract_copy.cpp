@@ -1,0 +1,156 @@
+// Times one extraction and one folder copy on the real system: extract_copy ARCHIVE EXTRACTED COPIED
+// Prints seconds, calls per file, and the peak of the working set.
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+#include "install/modFolderCopy.h"
+#include "install/modUnZip.h"
+#include "platform/Platform.h"
+#include "platform/archive/EmbeddedArchives.h"
+#include "platform/sqlite/SqliteEngine.h"
+#include "platform/windows/AdoEngine.h"
+#include "platform/windows/WindowsAccessControl.h"
+#include "platform/windows/WindowsAccountNames.h"
+#include "platform/windows/WindowsArchiveSystem.h"
+#include "platform/windows/WindowsBrowsers.h"
+#include "platform/windows/WindowsClock.h"
+#include "platform/windows/WindowsComputer.h"
+#include "platform/windows/WindowsFileVersions.h"
+#include "platform/windows/WindowsFiles.h"
+#include "platform/windows/WindowsMessageBoxes.h"
+#include "platform/windows/WindowsProcesses.h"
+#include "platform/windows/WindowsProfileFiles.h"
+#include "platform/windows/WindowsRegistry.h"
+#include "platform/windows/WindowsShell.h"
+#include "platform/windows/WindowsVolumes.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+namespace mip {
+namespace {
+
+/// What the extractor asks of the computer, counted.
+class CountingSystem : public WindowsArchiveSystem {
+  public:
+    void CreateFolder(const std::wstring& folder) override {
+        ++Calls;
+        WindowsArchiveSystem::CreateFolder(folder);
+    }
+    std::unique_ptr<ExtractedFile> CreateNewFile(const std::wstring& path) override {
+        ++Calls;
+        return WindowsArchiveSystem::CreateNewFile(path);
+    }
+    int Calls = 0;
+};
+
+class CountingFiles : public WindowsFiles {
+  public:
+    bool Exists(const std::wstring& path) override {
+        ++Calls;
+        return WindowsFiles::Exists(path);
+    }
+    FileStatus Status(const std::wstring& path) override {
+        ++Calls;
+        return WindowsFiles::Status(path);
+    }
+    void SetAttributes(const std::wstring& path, std::uint32_t bits) override {
+        ++Calls;
+        WindowsFiles::SetAttributes(path, bits);
+    }
+    void CopyToNew(const std::wstring& source, const std::wstring& destination) override {
+        ++Calls;
+        WindowsFiles::CopyToNew(source, destination);
+    }
+    int Calls = 0;
+};
+
+class CountingFolders : public WindowsFolders {
+  public:
+    bool Exists(const std::wstring& folder) override {
+        ++Calls;
+        return WindowsFolders::Exists(folder);
+    }
+    void Create(const std::wstring& folder) override {
+        ++Calls;
+        WindowsFolders::Create(folder);
+    }
+    FolderListing List(const std::wstring& folder) override {
+        ++Calls;
+        return WindowsFolders::List(folder);
+    }
+    int Calls = 0;
+};
+
+struct Computer {
+    CountingSystem ArchiveSystem;
+    CountingFiles Files;
+    CountingFolders Folders;
+    WindowsVolumes Volumes;
+    WindowsFileVersions FileVersions;
+    WindowsProfileFiles ProfileFiles;
+    WindowsRegistry Registry;
+    WindowsProcesses Processes;
+    WindowsClock Clock;
+    WindowsComputer This{L"ExtractCopyBench"};
+    WindowsAccountNames AccountNames;
+    WindowsAccessControl AccessControl;
+    WindowsShell Shell;
+    WindowsBrowsers Browsers;
+    EmbeddedArchives Archives{ArchiveSystem, Clock};
+    AdoEngine JetEngine;
+    SqliteEngine Sqlite;
+    WindowsMessageBoxes MessageBoxes;
+    mip::Platform Platform{Files,     Folders,  Volumes,   FileVersions, ProfileFiles,  Registry,
+                           Processes, Clock,    This,      AccountNames, AccessControl, Shell,
+                           Browsers,  Archives, JetEngine, Sqlite,       MessageBoxes};
+};
+
+double SecondsOf(const auto& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+unsigned PeakKibibytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
+    return static_cast<unsigned>(counters.PeakWorkingSetSize / 1024);
+}
+
+std::wstring Widen(const char* text) {
+    return std::wstring(text, text + std::char_traits<char>::length(text));
+}
+
+int Run(const std::wstring& archive, const std::wstring& extracted, const std::wstring& copied) {
+    Computer computer;
+    const unsigned idle = PeakKibibytes();
+    std::int32_t failed = 0;
+    const double extraction = SecondsOf(
+        [&] { failed |= ExtractArchive(computer.Platform, L"\"" + archive + L"\"", L"\"" + extracted + L"\\\""); });
+    std::int32_t files = 0;
+    const double counting = SecondsOf(
+        [&] { files = CopyFolderWithProgress(computer.Platform, CopyMode::CountOnly, 0, extracted, copied); });
+    const int folderCalls = computer.Folders.Calls;
+    const double copy =
+        SecondsOf([&] { failed |= CopyFolderWithProgress(computer.Platform, CopyMode::Copy, 0, extracted, copied); });
+    std::printf("extract %.3f count %.3f copy %.3f extract_calls %.3f copy_calls %.3f peak %u\n", extraction, counting,
+                copy, computer.ArchiveSystem.Calls / static_cast<double>(files),
+                (computer.Files.Calls + computer.Folders.Calls - folderCalls) / static_cast<double>(files),
+                PeakKibibytes() - idle);
+    return failed == 0 && files > 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace mip
+
+int main(int count, char** arguments) {
+    if (count != 4) {
+        std::puts("extract_copy ARCHIVE EXTRACTED COPIED");
+        return 2;
+    }
+    return mip::Run(mip::Widen(arguments[1]), mip::Widen(arguments[2]), mip::Widen(arguments[3]));
+}
