@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <limits>
 
-#include "platform/PlatformError.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/AdoEngine.h"
 #include "platform/windows/ComApartment.h"
+#include "tests/windows/CodeOf.h"
 #include "tests/windows/automation/AdoStandIn.h"
 
 namespace mip {
@@ -28,15 +28,6 @@ class AdoTest : public testing::Test {
 
     /// The calls since the last time.
     std::vector<std::wstring> TakeCalls() { return std::exchange(script_.Calls, {}); }
-
-    std::uint32_t CodeOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const PlatformError& error) {
-            return error.Code();
-        }
-        return 0;
-    }
 
     ComApartment apartment_;
     Script script_;

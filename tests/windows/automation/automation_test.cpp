@@ -3,6 +3,7 @@
 #include "platform/PlatformError.h"
 #include "platform/windows/ComApartment.h"
 #include "platform/windows/ComAutomation.h"
+#include "tests/windows/CodeOf.h"
 #include "tests/windows/automation/ScriptedObject.h"
 
 namespace mip {
@@ -67,15 +68,6 @@ TEST_F(Automation, FailuresCarryTheObjectsOwnCodeAndDescription) {
             EXPECT_EQ(error.Object(), each.Object);
         }
     }
-}
-
-std::uint32_t CodeOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const PlatformError& error) {
-        return error.Code();
-    }
-    return 0;
 }
 
 TEST_F(Automation, WhatIsNotThereIsAnErrorOfItsKind) {

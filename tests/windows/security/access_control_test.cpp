@@ -5,12 +5,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
-#include "platform/PlatformError.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/WindowsAccessControl.h"
 #include "platform/windows/WindowsAccountNames.h"
+#include "tests/windows/CodeOf.h"
 
 namespace mip {
 namespace {
@@ -66,15 +65,6 @@ class AccessControlTest : public testing::Test {
         std::ofstream(path_) << "x";
     }
     void TearDown() override { std::filesystem::remove(path_); }
-
-    std::uint32_t CodeOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const PlatformError& error) {
-            return error.Code();
-        }
-        return 0;
-    }
 
     WindowsAccessControl control_;
     WindowsAccountNames names_;
