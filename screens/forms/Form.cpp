@@ -31,6 +31,14 @@ RECT MeasureText(HWND control, int width, UINT format) {
     return area;
 }
 
+/// The part of a window's screen that no task bar covers.
+RECT WorkArea(HWND window) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
+    return monitor.rcWork;
+}
+
 }  // namespace
 
 Form::Form(FormHost& host) : Dialog(host), fonts_(ScreenFont(host.Program().Identity.LanguageCode)) {}
@@ -52,17 +60,15 @@ void Form::Finish(int width) {
 
     RECT area{};
     const HWND owner = GetWindow(Window(), GW_OWNER);
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoW(MonitorFromWindow(owner != nullptr ? owner : Window(), MONITOR_DEFAULTTOPRIMARY), &monitor);
+    const RECT work = WorkArea(owner != nullptr ? owner : Window());
     if (owner == nullptr || GetWindowRect(owner, &area) == 0) {
-        area = monitor.rcWork;
+        area = work;
     }
     RECT own{};
     GetWindowRect(Window(), &own);
     const long left = area.left + (area.right - area.left - (own.right - own.left)) / 2;
     const long top = area.top + (area.bottom - area.top - (own.bottom - own.top)) / 2;
-    SetWindowPos(Window(), nullptr, std::max(left, monitor.rcWork.left), std::max(top, monitor.rcWork.top), 0, 0,
+    SetWindowPos(Window(), nullptr, std::max(left, work.left), std::max(top, work.top), 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -161,11 +167,33 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
 
 void Form::ArrangeAll() {
     PlaceHeader();
-    const int width = Px(width_);
+    shortage_ = 0;
+    const int wanted = ArrangeContent();
+    const int available = ScreenHeight();
+    if (wanted > available) {
+        shortage_ = wanted - available;
+        SetClientSize(Px(width_), ArrangeContent());
+    } else {
+        SetClientSize(Px(width_), wanted);
+    }
+}
+
+/// Returns the height of the client area.
+int Form::ArrangeContent() {
     const int margin = Px(Margin);
-    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, width - 2 * margin);
+    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, Px(width_) - 2 * margin);
     footerTop_ = contentBottom + margin;
-    SetClientSize(width, PlaceFooter(footerTop_));
+    return PlaceFooter(footerTop_);
+}
+
+/// The height that a client area can have on the screen that the window is on.
+int Form::ScreenHeight() const {
+    RECT window{};
+    RECT client{};
+    GetWindowRect(Window(), &window);
+    GetClientRect(Window(), &client);
+    const RECT work = WorkArea(Window());
+    return static_cast<int>(work.bottom - work.top - (window.bottom - window.top - client.bottom));
 }
 
 /// The frame around the client area keeps its size, whatever the screen's resolution makes it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -50,6 +51,9 @@ class Form : public Dialog {
     /// Title and, where the form wants it, the size of the header band.
     HWND AddHeader(int id, const std::wstring& title, int points, bool bold, int height);
 
+    /// Height in pixels of a part that has some to spare: less than `preferred` on a screen that is too low for it.
+    int FlexibleHeight(int preferred, int least) const { return std::max(Px(least), Px(preferred) - shortage_); }
+
     int Px(int units) const { return MulDiv(units, Dpi(), 96); }
     HWND Item(int id) const { return GetDlgItem(Window(), id); }
     void SetItemText(int id, const std::wstring& text) { SetDlgItemTextW(Window(), id, text.c_str()); }
@@ -68,6 +72,8 @@ class Form : public Dialog {
 
   private:
     void ArrangeAll();
+    int ArrangeContent();
+    int ScreenHeight() const;
     void SetClientSize(int width, int height);
     void PlaceHeader();
     int PlaceFooter(int top);
@@ -84,6 +90,7 @@ class Form : public Dialog {
     int headerHeight_ = 0;
     int width_ = 0;
     int footerTop_ = 0;
+    int shortage_ = 0;
 };
 
 }  // namespace mip

@@ -98,8 +98,9 @@ int frmResult::Arrange(int left, int top, int width) {
 
     grid_.SetDpi(Dpi());
     const int gridTop = strip_.bottom + Px(16);
-    Place(Item(ids::vaSpread), left, gridTop, width, Px(246));
-    bottom = gridTop + Px(246);
+    const int gridHeight = FlexibleHeight(246, 120);
+    Place(Item(ids::vaSpread), left, gridTop, width, gridHeight);
+    bottom = gridTop + gridHeight;
     if (hasLegend_) {
         legend_ = Area(left, bottom + Px(10), Px(14), Px(14));
         PlaceText(Item(ids::L_Legend), left + Px(22), legend_.top, width - Px(22));

@@ -42,12 +42,13 @@ void frmStartUp::AddOption(int index, std::int16_t message) {
 
 int frmStartUp::Arrange(int left, int top, int width) {
     const HWND contract = Item(ids::T_CONTRACT);
-    Place(contract, left, top, width, Px(236));
+    const int contractHeight = FlexibleHeight(236, 120);
+    Place(contract, left, top, width, contractHeight);
     RECT text{};
     GetClientRect(contract, &text);
     text = {text.left + Px(12), text.top + Px(10), text.right - Px(12), text.bottom - Px(6)};
     SendMessageW(contract, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
-    top += Px(236) + Px(14);
+    top += contractHeight + Px(14);
 
     const int height = Px(26);
     frame1_ = Area(left, top, width, 2 * height + Px(20));

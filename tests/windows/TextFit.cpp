@@ -75,6 +75,11 @@ std::vector<std::string> TextsThatDoNotFit(HWND window) {
     const auto complain = [&](HWND control, const char* what) {
         complaints.push_back(std::to_string(GetDlgCtrlID(control)) + what + ToUtf8(TextOf(control)));
     };
+    RECT whole{};
+    GetWindowRect(window, &whole);
+    if (whole.bottom - whole.top > GetSystemMetrics(SM_CYSCREEN)) {
+        complaints.push_back("the window is higher than the screen");
+    }
     RECT client{};
     GetClientRect(window, &client);
     const std::vector<HWND> children = VisibleChildren(window);
