@@ -97,20 +97,29 @@ std::int16_t ReadCurrentDatabaseVersion(Program& program) {
     return program.CatalogDb ? ReadDatabaseVersion(*program.CatalogDb) : std::int16_t{-1};
 }
 
-/// The form that M_type records for each manual. A layout without that table has none.
-std::map<std::wstring, std::wstring> ReadForms(Program& program) {
-    std::map<std::wstring, std::wstring> forms;
+/// Reads the form that M_type records for each manual. A layout without that table has none; it refuses the query each
+/// time, a passing fault does not.
+bool ReadForms(Program& program, std::map<std::wstring, std::wstring>& forms) {
     MdbStatus status = OpenInstalledList(program, FormSlot);
+    if (status == MdbError) {
+        status = OpenInstalledList(program, FormSlot);
+    }
+    if (status == MdbError) {
+        return true;
+    }
     while (status == MdbOk) {
         forms[program.Installed.Pub_No] = program.Installed.Pdf_flg;
         status = NextInstalledListRow(program, FormSlot);
     }
-    return forms;
+    return status == MdbEnd;
 }
 
 /// Carries all rows over in one transaction. False when a row could not be read or inserted.
 bool CopyRows(Program& program, clsMDB& newDatabase) {
-    std::map<std::wstring, std::wstring> forms = ReadForms(program);
+    std::map<std::wstring, std::wstring> forms;
+    if (!ReadForms(program, forms)) {
+        return false;
+    }
     InstalledRecord& record = program.Installed;
     Transaction transaction(newDatabase);
     MdbStatus status = ReadAllInstalled(program.Platform, *program.CatalogDb, WalkSlot, record);

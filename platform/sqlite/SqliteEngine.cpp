@@ -36,10 +36,19 @@ void Configure(sqlite3* database) {
     AddSqliteFunctions(database);
 }
 
+/// True when the file ends with a page; the engine itself takes what a last page lacks for zeros.
+bool EndsWithPage(sqlite3* database) {
+    sqlite3_file* file = nullptr;
+    sqlite3_int64 size = 0;
+    const FieldValue pageSize = SqliteRecordset(database, L"PRAGMA page_size").Field(0);
+    return sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) == SQLITE_OK &&
+           file->pMethods->xFileSize(file, &size) == SQLITE_OK && size % std::get<std::int64_t>(pageSize) == 0;
+}
+
 /// Reads the whole file once, so that damage shows now and not in the middle of an installation.
 void CheckWhole(sqlite3* database, const std::wstring& path) {
-    SqliteRecordset findings(database, L"PRAGMA integrity_check(1)");
-    if (findings.AtEnd() || findings.Field(0) != FieldValue(std::wstring(L"ok"))) {
+    const FieldValue finding = SqliteRecordset(database, L"PRAGMA integrity_check(1)").Field(0);
+    if (finding != FieldValue(L"ok") || !EndsWithPage(database)) {
         throw PlatformError("integrity_check", path, SQLITE_CORRUPT);
     }
 }
@@ -64,8 +73,7 @@ std::unique_ptr<DatabaseConnection> SqliteEngine::Open(const std::wstring& path)
 }
 
 std::unique_ptr<DatabaseConnection> SqliteEngine::Create(const std::wstring& path, std::int16_t layoutVersion) {
-    SqliteDatabase database =
-        OpenFile(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXCLUSIVE, vfsName_);
+    SqliteDatabase database = OpenFile(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, vfsName_);
     Configure(database.get());
     CreateCatalogueTables(database.get(), layoutVersion);
     return std::make_unique<SqliteConnection>(std::move(database));

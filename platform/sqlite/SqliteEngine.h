@@ -26,7 +26,7 @@ class SqliteEngine : public DatabaseEngine {
     /// file with an unfinished change of an earlier run is first put back to its last whole state; when it cannot be
     /// written, opening fails with SQLITE_READONLY_ROLLBACK.
     std::unique_ptr<DatabaseConnection> Open(const std::wstring& path) override;
-    /// Creates an empty catalogue of a layout version. Throws PlatformError, also when the file exists.
+    /// Creates an empty catalogue of a layout version. Throws PlatformError, also when the file holds one already.
     std::unique_ptr<DatabaseConnection> Create(const std::wstring& path, std::int16_t layoutVersion);
 
   private:

@@ -3,21 +3,24 @@
 #include <memory>
 
 #include "app/TextTools.h"
+#include "app/modFile.h"
 #include "platform/ScopeGuard.h"
 #include "platform/sqlite/SqliteEngine.h"
 
 namespace mip {
 namespace {
 
-std::wstring Quoted(const std::wstring& text) {
-    return L"'" + ReplaceAll(text, L"'", L"''") + L"'";
+/// Not by wstring(): that is bound to the C library's locale on some systems.
+std::wstring WideText(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
+    return FromUtf8({reinterpret_cast<const char*>(text.data()), text.size()});
 }
 
 void FillModelOrder(DatabaseConnection& connection, const std::vector<ModelOrderEntry>& models) {
     connection.BeginTransaction();
     for (const ModelOrderEntry& model : models) {
-        connection.Execute(L"INSERT INTO M_order (Model_ID,Model_desc,OrderNo) VALUES (" + Quoted(model.Model_ID) +
-                           L"," + Quoted(model.Model_desc) + L"," + std::to_wstring(model.OrderNo) + L")");
+        connection.Execute(L"INSERT INTO M_order (Model_ID,Model_desc,OrderNo) VALUES (" + QuoteSql(model.Model_ID) +
+                           L"," + QuoteSql(model.Model_desc) + L"," + std::to_wstring(model.OrderNo) + L")");
     }
     connection.CommitTransaction();
 }
@@ -32,7 +35,7 @@ void WriteCatalogue(const Description& description, const std::filesystem::path&
         std::error_code ignored;
         std::filesystem::remove(unfinished, ignored);
     });
-    FillModelOrder(*SqliteEngine().Create(unfinished.wstring(), description.Version), description.Models);
+    FillModelOrder(*SqliteEngine().Create(WideText(unfinished), description.Version), description.Models);
     std::filesystem::rename(unfinished, output);
 }
 

@@ -1,0 +1,255 @@
+#include <gtest/gtest.h>
+
+#include "app/TextTools.h"
+#include "catalogue/modCarInfo.h"
+#include "catalogue/modMDB.h"
+#include "tests/native/catalogue/Workshop.h"
+
+namespace mip {
+namespace {
+
+class CarInfoTest : public testing::Test {
+  protected:
+    /// A manual folder on the disc; `lines` replace or add to the usual ones.
+    void PutManual(const std::wstring& folder, const std::string& pubNo, const std::string& version,
+                   const std::string& lines = "") {
+        workshop_.Tree.PutFile(
+            L"D:\\" + folder + L"\\car_info.ci",
+            "[CAR_INFO]\r\nPub_No=" + pubNo + "\r\nVersion=" + version + "\r\n" + lines +
+                "Model_desc=Kombi\r\nModel_ID=KX1\r\nLang=EN\r\nLdup=1\r\nYear=2019\r\nCountry=GB\r\n");
+    }
+
+    void PutInstalled(const std::wstring& pubNo, const std::wstring& version, const std::wstring& adjust = L"0") {
+        InstalledRecord record = SampleRecord(1);
+        record.Pub_No = pubNo;
+        record.Version = version;
+        record.INSPath = L"C:\\Manuals\\" + pubNo;
+        record.Adjust_flg = adjust;
+        ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, record));
+    }
+
+    const DiscCatalogueRecord& Scanned(const std::wstring& folder) {
+        program_.DiscCatalogue.Clear();
+        ReadCatalogueRecord(program_, folder);
+        return program_.DiscCatalogue.Records.back();
+    }
+
+    Workshop workshop_;
+    Program& program_ = workshop_.Program();
+};
+
+TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
+    PutManual(L"A 1", "KA100E", "3", "Kubun=整備\r\n");
+    PutManual(L"b", "KB100E", "1");
+    workshop_.Tree.PutFile(L"D:\\programs\\readme.txt");
+    workshop_.Tree.PutFile(L"D:\\car_info.ci", "[CAR_INFO]\r\n");
+    program_.ModelOrder.Entries.push_back({L"KX1", L"Kombi", 7});
+    for (int run = 0; run < 2; ++run) {  // a second run starts afresh
+        ASSERT_TRUE(ScanDiscCatalogue(program_));
+        ASSERT_EQ(program_.DiscCatalogue.LastIndex(), 2);
+    }
+    const DiscCatalogueRecord expected{L"1",
+                                       L"KA100E",
+                                       L"3",
+                                       L"Kombi",
+                                       L"KX1",
+                                       L"EN",
+                                       L"1",
+                                       L"2019",
+                                       L"整備",
+                                       L"GB",
+                                       7,
+                                       L"1",
+                                       L"1",
+                                       L"D:\\A 1\\install\\condense\\manual.zip",
+                                       L"D:\\A 1\\install\\compare",
+                                       L"0",
+                                       L"0",
+                                       L"",
+                                       L"A 1"};
+    EXPECT_EQ(program_.DiscCatalogue.Records[1], expected);
+    EXPECT_EQ(program_.DiscCatalogue.Records[0], DiscCatalogueRecord{});
+}
+
+TEST_F(CarInfoTest, PdfManualIsCopiedFromItsFolder) {
+    PutManual(L"P", "KP100E", "1");
+    workshop_.Tree.PutFile(L"D:\\P\\contents\\KP100E.pdf");
+    const DiscCatalogueRecord& record = Scanned(L"P");
+    EXPECT_EQ(record.PdfForm, L"1");
+    EXPECT_EQ(record.SourcePath, L"D:\\P");
+    EXPECT_EQ(record.ComparePath, L"");
+}
+
+TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
+    enum Copy { None, NoFolder, NoIndex, Whole, WholePdf };
+    const struct {
+        const char* Label;
+        Copy Installed;
+        const wchar_t* InstalledVersion;
+        const wchar_t* Adjust;
+        const char* DiscVersion;
+        bool DiscPdf;
+        int Differences;  // files in the comparison set, -1: no such set
+        const wchar_t* Flag;
+        const wchar_t* Kind;
+        const wchar_t* State;
+    } cases[] = {
+        {"new", None, L"", L"", "1", false, 1, L"1", L"1", L"1"},
+        {"same version", Whole, L"3", L"0", "3", false, 1, L"0", L"", L"3"},
+        {"older on disc", Whole, L"3", L"0", "2", false, 1, L"0", L"", L"3"},
+        {"next version, differences", Whole, L"3", L"0", "4", false, 2, L"1", L"2", L"2"},
+        {"next version, no differences", Whole, L"3", L"0", "4", false, 0, L"1", L"1", L"2"},
+        {"next version, no comparison set", Whole, L"3", L"0", "4", false, -1, L"1", L"1", L"2"},
+        {"two versions on", Whole, L"3", L"0", "5", false, 2, L"1", L"1", L"2"},
+        {"folder gone, same version", NoFolder, L"3", L"0", "3", false, 1, L"1", L"1", L"2"},
+        {"start page gone, older on disc", NoIndex, L"3", L"0", "2", false, 1, L"1", L"1", L"2"},
+        {"marked for adjustment", Whole, L"3", L"1", "3", false, 1, L"1", L"1", L"2"},
+        {"marked as number", Whole, L"3", L" 01", "3", false, 1, L"1", L"1", L"2"},
+        {"mark unreadable", Whole, L"3", L"x", "3", false, 1, L"0", L"", L"3"},
+        {"PDF on disc, next version", Whole, L"3", L"0", "4", true, 2, L"1", L"1", L"2"},
+        {"PDF installed, archive on disc", WholePdf, L"3", L"0", "4", false, 2, L"1", L"1", L"2"},
+    };
+    int number = 0;
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.Label);
+        const std::wstring folder = L"M" + std::to_wstring(number);
+        const std::string pubNo = "KM" + std::to_string(10 + number++) + "9E";
+        const std::wstring widePubNo = FromUtf8(pubNo);
+        const std::wstring copy = L"C:\\Manuals\\" + widePubNo;
+        PutManual(folder, pubNo, test.DiscVersion);
+        if (test.DiscPdf) {
+            workshop_.Tree.PutFile(L"D:\\" + folder + L"\\contents\\" + widePubNo + L".pdf");
+        }
+        for (int file = 0; file < test.Differences; ++file) {
+            workshop_.Tree.PutFile(L"D:\\" + folder + L"\\install\\compare\\" + std::to_wstring(file));
+        }
+        if (test.Differences == 0) {
+            workshop_.Tree.PutFolder(L"D:\\" + folder + L"\\install\\compare\\empty");
+        }
+        if (test.Installed != None) {
+            PutInstalled(widePubNo, test.InstalledVersion, test.Adjust);
+        }
+        if (test.Installed == NoIndex) {
+            workshop_.Tree.PutFolder(copy + L"\\contents");
+        }
+        if (test.Installed == Whole || test.Installed == WholePdf) {
+            workshop_.Tree.PutFile(copy + L"\\contents\\index.html");
+        }
+        if (test.Installed == WholePdf) {
+            workshop_.Tree.PutFile(copy + L"\\contents\\" + widePubNo + L".pdf");
+        }
+        const DiscCatalogueRecord& record = Scanned(folder);
+        EXPECT_EQ(record.InstallFlag, test.Flag);
+        EXPECT_EQ(record.InstallKind, test.Kind);
+        EXPECT_EQ(record.InstallState, test.State);
+        EXPECT_EQ(record.DoneFlag, L"0");
+        const bool considered = record.InstallFlag == L"1";
+        EXPECT_EQ(record.InstalledPath, considered && test.Installed != None ? copy : L"");
+        EXPECT_EQ(record.FolderName, considered ? folder : L"");
+    }
+}
+
+TEST_F(CarInfoTest, SupersededPublicationIsNotOffered) {
+    for (const wchar_t* installed : {L"ABCD5XY", L"EFGH2XY", L"IJKL9", L"MNOP3XX"}) {
+        PutInstalled(installed, L"1");
+    }
+    const struct {
+        const char* PubNo;
+        bool Superseded;
+    } cases[] = {{"ABCD3XY", true},  {"ABCD4XY", true},  {"ABCD5XY", false}, {"ABCD6XY", false},
+                 {"EFGH3XY", false}, {"IJKL8", true},    {"IJKL9", false},   {"MNOP2XY", false},
+                 {"abcd0xy", true},  {"ABCDXXY", false}, {"ABCD", false}};
+    for (const auto& [pubNo, superseded] : cases) {
+        PutManual(L"S", pubNo, "9");
+        const DiscCatalogueRecord& record = Scanned(L"S");
+        EXPECT_EQ(record.InstallFlag == L"9", superseded) << pubNo;
+        if (superseded) {
+            EXPECT_EQ(record.InstallState, L"3") << pubNo;
+        }
+    }
+}
+
+TEST_F(CarInfoTest, LengthsAreCheckedTrimmedAndReportedAsRead) {
+    EXPECT_TRUE(CheckFieldLength(L"  1234  ", 4, false));
+    EXPECT_FALSE(CheckFieldLength(L"12345", 4, false));
+    EXPECT_FALSE(CheckFieldLength(L"   ", 4, false));
+    EXPECT_TRUE(CheckFieldLength(L"   ", 0, true));
+    EXPECT_FALSE(CheckFieldLength(L"1", 0, true));
+
+    PutManual(L"L", "K1", "1");
+    const DiscCatalogueRecord whole = Scanned(L"L");
+    const struct {
+        std::wstring DiscCatalogueRecord::*Field;
+        const wchar_t* Value;
+        const wchar_t* Text;
+    } cases[] = {
+        {&DiscCatalogueRecord::Pub_No, L" 12345678901", L"PubNo =  12345678901 [ Pub_No length = 12 ]"},
+        {&DiscCatalogueRecord::Model_desc, L"", L"PubNo = K1 [ Model_desc length = 0 ]"},
+        {&DiscCatalogueRecord::Model_ID, L"  ", L"PubNo = K1 [ Model_ID length = 2 ]"},
+        {&DiscCatalogueRecord::Version, L"12345", L"PubNo = K1 [ Version length = 5 ]"},
+        {&DiscCatalogueRecord::Year, L"", L"PubNo = K1 [ Year length = 0 ]"},
+        {&DiscCatalogueRecord::Kubun, L"整備整備整", L"PubNo = K1 [ Kubun length = 5 ]"},
+        {&DiscCatalogueRecord::Country, L"", L"PubNo = K1 [ Country length = 0 ]"},
+        {&DiscCatalogueRecord::Lang, L"ENGLI", L"PubNo = K1 [ Lang length = 5 ]"},
+        {&DiscCatalogueRecord::Ldup, L"", L"PubNo = K1 [ Ldup length = 0 ]"},
+    };
+    DiscCatalogue catalogue;
+    EXPECT_TRUE(ValidateCatalogueRecord(program_.Settings.Columns, whole, catalogue));
+    for (const auto& [field, value, text] : cases) {
+        DiscCatalogueRecord record = whole;
+        record.*field = value;
+        EXPECT_FALSE(ValidateCatalogueRecord(program_.Settings.Columns, record, catalogue));
+        EXPECT_EQ(catalogue.CatalogueErrorCaption, L"car_info.ci data length Error program abort");
+        EXPECT_EQ(catalogue.CatalogueErrorText, text);
+    }
+}
+
+TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
+    PutManual(L"1", "KA100E", "3");
+    PutManual(L"3", "KC100E", "3");
+    const struct {
+        const char* Label;
+        const char* PubNo;
+        const char* Version;
+        const wchar_t* Caption;
+        const wchar_t* Text;
+    } cases[] = {
+        {"too long", "KB100E-long", "3", L"car_info.ci data length Error program abort",
+         L"PubNo = KB100E-long [ Pub_No length = 11 ]"},
+        {"version is no number", "KB100E", "3a", L"car_info.ci data Error program abort", L"PubNo = KB100E [ 2 ]"},
+        {"version overflows", "KB100E", "40000", L"car_info.ci data Error program abort", L"PubNo = KB100E [ 2 ]"},
+    };
+    program_.Settings.Columns.Version = 5;
+    PutInstalled(L"KB100E", L"1");
+    workshop_.Tree.PutFile(L"C:\\Manuals\\KB100E\\contents\\index.html");
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.Label);
+        PutManual(L"2", test.PubNo, test.Version);
+        EXPECT_FALSE(ScanDiscCatalogue(program_));
+        const DiscCatalogue& catalogue = program_.DiscCatalogue;
+        EXPECT_EQ(catalogue.CatalogueErrorFlag, -1);
+        EXPECT_EQ(catalogue.CatalogueErrorCaption, test.Caption);
+        EXPECT_EQ(catalogue.CatalogueErrorText, test.Text);
+        EXPECT_EQ(catalogue.LastIndex(), 2);
+        EXPECT_EQ(catalogue.Records[1].InstallState, L"1");
+    }
+}
+
+TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessages) {
+    PutManual(L"1", "KA100E", "3");
+    workshop_.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M09.ini",
+                           "[MESSAGE]\r\nM020=no database\r\nM024=stopped\r\n");
+    program_.CatalogDb = std::make_unique<clsMDB>(workshop_.Platform);
+    EXPECT_FALSE(ScanDiscCatalogue(program_));
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
+}
+
+TEST_F(CarInfoTest, DiscThatCannotBeListedFailsTheScan) {
+    workshop_.Tree.DriveOf(L"D:\\")->Present = false;
+    EXPECT_FALSE(ScanDiscCatalogue(program_));
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorFlag, -1);
+}
+
+}  // namespace
+}  // namespace mip

@@ -1,0 +1,256 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "app/DateText.h"
+#include "app/TextTools.h"
+#include "catalogue/modMDB.h"
+#include "catalogue/modModelOrder.h"
+#include "platform/PlatformError.h"
+#include "tests/native/catalogue/Workshop.h"
+
+namespace mip {
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+/// No rows, and every text that came.
+struct RecordingEngine : DatabaseEngine {
+    struct NoRows : Recordset {
+        bool AtEnd() override { return true; }
+        void MoveNext() override {}
+        FieldValue Field(const std::wstring&) override { return {}; }
+        FieldValue Field(std::int32_t) override { return {}; }
+    };
+    struct Connection : DatabaseConnection {
+        explicit Connection(Texts& texts) : Texts_(texts) {}
+        void Execute(const std::wstring& sql) override { Texts_.push_back(sql); }
+        std::unique_ptr<Recordset> Query(const std::wstring& sql) override {
+            Texts_.push_back(sql);
+            return std::make_unique<NoRows>();
+        }
+        void BeginTransaction() override { Texts_.push_back(L"(begin)"); }
+        void CommitTransaction() override { Texts_.push_back(L"(commit)"); }
+        void RollbackTransaction() override { Texts_.push_back(L"(rollback)"); }
+        Texts& Texts_;
+    };
+    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override {
+        return std::make_unique<Connection>(Sent);
+    }
+    Texts Sent;
+};
+
+DiscCatalogueRecord DiscRecord() {
+    DiscCatalogueRecord record;
+    record.Pub_No = L"K'10";
+    record.Model_desc = L"Kombi カバー";
+    record.Model_ID = L"KX1";
+    record.Version = L"3";
+    record.Year = L"2019";
+    record.Kubun = L"";
+    record.Country = L"GB";
+    record.Lang = L"EN";
+    record.Ldup = L"1";
+    record.PdfForm = L"1";
+    return record;
+}
+
+constexpr wchar_t InsertOfDiscRecord[] =
+    L"INSERT INTO M_manage ( [Pub_No]\r\n,[Model_desc]\r\n,[Model_ID]\r\n,[Version]\r\n,[Year]\r\n,[Kubun]\r\n,"
+    L"[Country]\r\n,[Lang]\r\n,[Ldup]\r\n,[InsUser]\r\n,[InsDate]\r\n,[InsPath]\r\n,[Adjust_flg]\r\n,[Memo_txt]\r\n ) "
+    L" VALUES(\n'K''10',\n'Kombi カバー',\n'KX1',\n'3',\n'2019',\n'',\n'GB',\n'EN',\n'1',\n'O''Brien',\n"
+    L"Cdate('2024/05/06 07:08:10'),\n'C:\\it''s',\n'0',\n'')\n";
+
+TEST(StatementsTest, TextsAreExactlyThese) {
+    Workshop workshop;
+    RecordingEngine engine;
+    workshop.JetEngine.Engine = &engine;
+    workshop.Tree.PutFile(L"C:\\jet.mdb", std::string("\0\1\0\0Standard Jet DB", 20));
+    Program& program = workshop.Program();
+    clsMDB& database = *program.CatalogDb;
+    ASSERT_TRUE(database.Pcls_MdbOpen(L"C:\\jet.mdb"));
+    const std::wstring pubNo = L"K'10";
+    InstalledRecord held;
+    ModelOrderList order;
+    const struct {
+        const char* Label;
+        std::function<void()> Call;
+        Texts Expected;
+    } cases[] = {
+        {"find",
+         [&] { (void)FindInstalledRecord(program, pubNo); },
+         {L"SELECT * FROM M_manage WHERE Pub_No = 'K''10'"}},
+        {"last path", [&] { GetLastInstallPath(program); }, {L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"}},
+        {"list",
+         [&] { (void)OpenInstalledList(program, 5); },
+         {L"SELECT  MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country "
+          L"\r\n,Lang \r\n,Ldup \r\n,InsUser \r\n,InsDate \r\n,InsPath \r\n,Adjust_flg \r\n,Memo_txt \r\n,Pdf_flg \r\n "
+          L"FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO "}},
+        {"register",
+         [&] { (void)RegisterInstalledManual(program, DiscRecord(), L"C:\\it's", L"1"); },
+         {L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'", L"DELETE FROM M_type WHERE Pub_No = 'K''10'",
+          InsertOfDiscRecord, L" INSERT INTO M_type (PUB_NO,PDF_FLG)  VALUES(\n'K''10',\n'1')\n", L"(commit)"}},
+        {"insert",
+         [&] {
+             held = program.Installed;
+             (void)InsertInstalledRecord(database, held);
+         },
+         {InsertOfDiscRecord, L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( 'K''10','1')"}},
+        {"remove",
+         [&] { (void)RemoveInstalledManual(database, pubNo); },
+         {L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'", L"DELETE FROM M_type WHERE Pub_No = 'K''10'",
+          L"(commit)"}},
+        {"mark",
+         [&] { (void)MarkForAdjustment(database, pubNo); },
+         {L"UPDATE M_manage SET  Adjust_flg = '1'  WHERE Pub_No = 'K''10'"}},
+        {"reregister",
+         [&] { (void)ReregisterInstallPath(database, pubNo, L"D:\\it's"); },
+         {L"UPDATE M_manage SET  INSPath = 'D:\\it''s', Adjust_flg = 0  WHERE Pub_No = 'K''10'"}},
+        {"version", [&] { ReadDatabaseVersion(database); }, {L"SELECT * FROM M_system"}},
+        {"all", [&] { (void)ReadAllInstalled(workshop.Platform, database, 0, held); }, {L"SELECT * FROM M_manage"}},
+        {"model order", [&] { (void)LoadModelOrder(database, order); }, {L"SELECT * FROM M_order"}},
+    };
+    for (const auto& [label, call, expected] : cases) {
+        engine.Sent.clear();
+        call();
+        EXPECT_EQ(engine.Sent, expected) << label;
+    }
+}
+
+class ModMdbTest : public testing::Test {
+  protected:
+    Workshop workshop_{SampleRecords(3)};
+    Program& program_ = workshop_.Program();
+};
+
+TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
+    DiscCatalogueRecord manual = DiscRecord();
+    manual.Model_desc = std::wstring(255, L'長');
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\it's", L"1"));
+    manual.Version = L"4";
+    manual.PdfForm = L"0";
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\カバー", L"2"));
+    ASSERT_EQ(FindInstalledRecord(program_, L"k'10"), MdbOk);
+    InstalledRecord expected;
+    expected.Pub_No = L"K'10";
+    expected.Model_desc = manual.Model_desc;
+    expected.Model_ID = L"KX1";
+    expected.Version = L"4";
+    expected.Year = L"2019";
+    expected.Country = L"GB";
+    expected.Lang = L"EN";
+    expected.Ldup = L"1";
+    expected.INSUser = L"O'Brien";
+    expected.INSDate = ParseDateTime(L"2024/05/06 07:08:11");
+    expected.INSPath = L"C:\\カバー";
+    expected.Adjust_flg = L"0";
+    expected.InstalledPdfForm = L"0";
+    EXPECT_EQ(program_.Installed, expected);
+    const std::vector<InstalledRecord> rows = workshop_.Rows();
+    ASSERT_EQ(rows.size(), 4u);
+    EXPECT_EQ(rows.back().Pdf_flg, L"0");
+}
+
+TEST_F(ModMdbTest, RegistrationCountsWholeOrNotAtAll) {
+    const std::string old = workshop_.Tree.BytesOf(Workshop::CurrentDatabase);
+    const std::vector<InstalledRecord> oldRows = workshop_.Rows();
+    const std::vector<InstalledRecord> others{oldRows[0], oldRows[2]};
+    DiscCatalogueRecord manual = DiscRecord();
+    manual.Pub_No = SampleRecord(1).Pub_No;
+    for (std::size_t n = 1;; ++n) {
+        workshop_.Tree.PutFile(Workshop::CurrentDatabase, old);
+        ASSERT_TRUE(workshop_.StartProgram());
+        workshop_.Faults.FailCall(n);
+        const bool done = RegisterInstalledManual(workshop_.Program(), manual, L"C:\\new", L"1");
+        const bool hit = workshop_.Faults.Hit();
+        workshop_.Faults.Reset();
+        workshop_.Program().CatalogDb.reset();
+        const std::vector<InstalledRecord> rows = workshop_.Rows();
+        ASSERT_EQ(rows.size(), 3u) << n;
+        if (done || rows != oldRows) {  // an error after the last step is reported although everything was done
+            EXPECT_TRUE(rows.back().INSPath == L"C:\\new" && rows.back().Pdf_flg == manual.PdfForm) << n;
+            EXPECT_EQ(std::vector(rows.begin(), rows.end() - 1), others) << n;
+        }
+        if (!hit) {
+            EXPECT_TRUE(done);
+            EXPECT_GT(n, 10u);
+            break;
+        }
+    }
+}
+
+TEST_F(ModMdbTest, UpdatesTouchOneRowOnly) {
+    const std::wstring pubNo = SampleRecord(1).Pub_No;
+    EXPECT_TRUE(MarkForAdjustment(*program_.CatalogDb, pubNo));
+    EXPECT_EQ(workshop_.Rows()[1].Adjust_flg, L"1");
+    EXPECT_TRUE(ReregisterInstallPath(*program_.CatalogDb, pubNo, L"E:\\new's"));
+    std::vector<InstalledRecord> expected = SampleRecords(3);
+    expected[1].INSPath = L"E:\\new's";
+    EXPECT_EQ(workshop_.Rows(), expected);
+    EXPECT_TRUE(RemoveInstalledManual(*program_.CatalogDb, pubNo));
+    expected.erase(expected.begin() + 1);
+    EXPECT_EQ(workshop_.Rows(), expected);
+    EXPECT_EQ(FindInstalledRecord(program_, pubNo), MdbEnd);
+}
+
+TEST_F(ModMdbTest, LastInstallPathIsThatOfTheLatestDate) {
+    EXPECT_EQ(GetLastInstallPath(program_), SampleRecord(2).INSPath);
+    Workshop empty;
+    EXPECT_EQ(GetLastInstallPath(empty.Program()), L"");
+    empty.Faults.FailFrom(1);
+    EXPECT_EQ(GetLastInstallPath(empty.Program()), L"");
+}
+
+TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
+    InstalledRecord record = SampleRecord(7);
+    record.Pdf_flg = L"";
+    Workshop workshop({record});
+    workshop.Tree.PutFile(record.INSPath + L"\\contents\\" + record.Pub_No + L".PDF");
+    ASSERT_EQ(FindInstalledRecord(workshop.Program(), record.Pub_No), MdbOk);
+    EXPECT_EQ(workshop.Program().Installed.InstalledPdfForm, L"1");
+    ASSERT_EQ(workshop.Rows().size(), 1u);  // listed without a row in the type table
+    EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
+}
+
+TEST_F(ModMdbTest, RowThatCannotBeReadIsAnErrorAndChangesNoField) {
+    ASSERT_EQ(FindInstalledRecord(program_, SampleRecord(0).Pub_No), MdbOk);
+    const InstalledRecord before = program_.Installed;
+    ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate = NULL WHERE Pub_No LIKE 'K101%'"),
+              MdbOk);
+    EXPECT_EQ(FindInstalledRecord(program_, SampleRecord(1).Pub_No), MdbError);
+    EXPECT_EQ(program_.Installed, before);
+}
+
+TEST_F(ModMdbTest, VersionIsANumberOrMinusOne) {
+    const struct {
+        const wchar_t* Values;
+        std::int16_t Version;
+    } cases[] = {{L"(5)", 5}, {L"('12')", 12}, {L"(40000)", -1}, {L"('two')", -1}, {L"(NULL)", -1}, {L"", -1}};
+    for (const auto& [values, version] : cases) {
+        clsMDB& database = *program_.CatalogDb;
+        ASSERT_EQ(database.Pcls_MdbExecute(L"DELETE FROM M_system"), MdbOk);
+        if (*values != L'\0') {
+            ASSERT_EQ(database.Pcls_MdbExecute(std::wstring(L"INSERT INTO M_system VALUES ") + values), MdbOk);
+        }
+        EXPECT_EQ(ReadDatabaseVersion(database), version) << ToUtf8(values);
+    }
+}
+
+TEST_F(ModMdbTest, ModelOrderIsLoadedUpToWhatCannotBeRead) {
+    clsMDB& database = *program_.CatalogDb;
+    ModelOrderList list;
+    EXPECT_EQ(LoadModelOrder(database, list), MdbEnd);
+    EXPECT_EQ(list.Entries.size(), 1u);
+    for (const wchar_t* values : {L"'KX1','a',3", L"NULL,NULL,NULL", L"'KX1','b',4", L"'big','',40000"}) {
+        ASSERT_EQ(database.Pcls_MdbExecute(std::wstring(L"INSERT INTO M_order VALUES(") + values + L")"), MdbOk);
+    }
+    EXPECT_EQ(LoadModelOrder(database, list), MdbError);
+    const std::vector<ModelOrderEntry> expected{{}, {L"KX1", L"a", 3}, {L"", L"", 0}, {L"KX1", L"b", 4}};
+    EXPECT_EQ(list.Entries, expected);
+    EXPECT_EQ(list.ModelOrderCount, 3);
+    EXPECT_EQ(FindOrderNo(list, L"KX1"), 3);
+    EXPECT_EQ(FindOrderNo(list, L"kx1"), 0);
+}
+
+}  // namespace
+}  // namespace mip

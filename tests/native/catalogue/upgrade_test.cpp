@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "app/TextTools.h"
+#include "catalogue/modMDB.h"
+#include "catalogue/modMdbUpgrade.h"
+#include "platform/PlatformError.h"
+#include "tests/native/catalogue/Workshop.h"
+
+namespace mip {
+namespace {
+
+std::string OldDatabase(Workshop& workshop) {
+    return workshop.Tree.BytesOf(Workshop::CurrentDatabase);
+}
+
+void Execute(Workshop& workshop, const std::wstring& sql) {
+    ASSERT_EQ(workshop.Program().CatalogDb->Pcls_MdbExecute(sql), MdbOk);
+}
+
+/// The old database is there byte for byte, alone in its folder, and open.
+void ExpectUntouched(Workshop& workshop, const std::string& oldBytes) {
+    const std::map<std::wstring, std::string> expected{{Workshop::CurrentDatabase, oldBytes}};
+    EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir), expected);
+    EXPECT_EQ(ReadDatabaseVersion(*workshop.Program().CatalogDb), workshop.Version());
+}
+
+TEST(UpgradeTest, RowsAreCarriedOverWholeIntoTheNewLayout) {
+    std::vector<InstalledRecord> records = SampleRecords(12);
+    records[3].Pdf_flg = L"";  // no row in M_type: the files tell
+    records[3].INSPath = L"C:\\Korvex\\Books\\K4";
+    Workshop workshop(records);
+    workshop.Tree.PutFile(records[3].INSPath + L"\\contents\\" + records[3].Pub_No + L".pdf");
+    ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
+    records[3].Pdf_flg = L"1";
+    EXPECT_EQ(workshop.Rows(), records);
+    EXPECT_EQ(workshop.Version(), 3);
+    EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
+    EXPECT_EQ(ReadDatabaseVersion(*workshop.Program().CatalogDb), 3);
+    EXPECT_EQ(workshop.Program().Paths.MdbPath, Workshop::CurrentDatabase);
+    EXPECT_EQ(workshop.Program().ModelOrder.Entries.at(1), (ModelOrderEntry{L"KX1", L"Kombi", 2}));
+    const auto grants = workshop.AccessControl.ListOf(Workshop::CurrentDatabase);
+    ASSERT_EQ(grants.size(), 1u);
+    EXPECT_EQ(grants[0].Account, FakeAccountNames::UsersSid());
+    const auto waited = workshop.Clock.Sleeps;
+    EXPECT_EQ(std::count(waited.begin(), waited.end(), std::chrono::seconds(2)), 1);
+    EXPECT_TRUE(CheckDatabaseVersion(workshop.Program()));  // and now it is current
+}
+
+TEST(UpgradeTest, CurrentOrNewerDatabaseIsLeftAloneButTheModelOrderIsRead) {
+    for (const wchar_t* version : {L"3", L"4"}) {
+        Workshop workshop(SampleRecords(2));
+        Execute(workshop, std::wstring(L"UPDATE M_system SET MDB_Version = ") + version);
+        const std::string old = OldDatabase(workshop);
+        EXPECT_TRUE(CheckDatabaseVersion(workshop.Program()));
+        ExpectUntouched(workshop, old);
+        EXPECT_EQ(workshop.Program().ModelOrder.ModelOrderCount, 1);
+        EXPECT_TRUE(workshop.Clock.Sleeps.empty());
+    }
+}
+
+TEST(UpgradeTest, UnreadableVersionCountsAsOlder) {
+    for (const wchar_t* sql : {L"DELETE FROM M_system", L"UPDATE M_system SET MDB_Version = NULL",
+                               L"UPDATE M_system SET MDB_Version = 'x'", L"DROP TABLE M_system"}) {
+        Workshop workshop(SampleRecords(2));
+        Execute(workshop, sql);
+        EXPECT_TRUE(CheckDatabaseVersion(workshop.Program())) << ToUtf8(sql);
+        EXPECT_EQ(workshop.Rows(), SampleRecords(2)) << ToUtf8(sql);
+    }
+}
+
+TEST(UpgradeTest, OlderLayoutWithoutTypeTableTakesTheFormsFromTheFiles) {
+    std::vector<InstalledRecord> records = SampleRecords(2);
+    Workshop workshop(records);
+    Execute(workshop, L"DROP TABLE M_type");
+    workshop.Tree.PutFile(records[1].INSPath + L"\\contents\\" + records[1].Pub_No + L".pdf");
+    ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
+    records[0].Pdf_flg = L"0";
+    records[1].Pdf_flg = L"1";
+    EXPECT_EQ(workshop.Rows(), records);
+}
+
+TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
+    const auto replaceSource = [](const std::string& bytes) {
+        return [bytes](Workshop& workshop) { workshop.Tree.PutFile(Workshop::NewSource, bytes); };
+    };
+    const auto sourceWith = [](const std::wstring& sql) {
+        return [sql](Workshop& workshop) { workshop.PutCatalogue(Workshop::NewSource, 3, {sql}); };
+    };
+    const struct {
+        const char* Label;
+        std::function<void(Workshop&)> Arrange;
+    } cases[] = {
+        {"no new database", [](Workshop& workshop) { workshop.Tree.Erase(Workshop::NewSource); }},
+        {"new database is a text", replaceSource("text")},
+        {"new database is empty", replaceSource("")},
+        {"new database has no version", sourceWith(L"DELETE FROM M_system")},
+        {"new database lacks the type table", sourceWith(L"DROP TABLE M_type")},
+        {"an insert fails in the middle", sourceWith(L"INSERT INTO M_manage (Pub_No) VALUES ('K1050E')")},
+        {"a row cannot be read",
+         [](Workshop& workshop) { Execute(workshop, L"UPDATE M_manage SET INSDate=NULL WHERE Pub_No='K1050E'"); }},
+        {"no row can be read",
+         [](Workshop& workshop) { Execute(workshop, L"ALTER TABLE M_manage DROP COLUMN Memo_txt"); }},
+        {"no room for the copy", [](Workshop& workshop) { workshop.Tree.DriveOf(L"C:\\")->FreeBytes = 10'000; }},
+        {"no room for the backup", [](Workshop& workshop) { workshop.Tree.DriveOf(L"C:\\")->FreeBytes = 45'000; }},
+        {"the grant fails",
+         [](Workshop& workshop) {
+             workshop.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
+                 return operation == "SetList" ? errors::AccessDenied : 0;
+             };
+         }},
+        {"the new file does not open",
+         [](Workshop& workshop) {
+             workshop.AccessControl.FailWith = [&](const std::string&, const std::wstring&) {
+                 workshop.Tree.Find(Workshop::CurrentDatabase)->Bytes[0] = 'X';
+                 return 0;
+             };
+         }},
+        {"old and new file have one name",
+         [](Workshop& workshop) {
+             workshop.PutCatalogue(L"D:\\programs\\setup\\kvx3.MDB", 3);
+             workshop.Program().Settings.Kvx3NewMdbName = L"kvx3.MDB";
+         }},
+    };
+    for (const auto& [label, arrange] : cases) {
+        SCOPED_TRACE(label);
+        Workshop workshop(SampleRecords(8));
+        arrange(workshop);
+        const std::string old = OldDatabase(workshop);
+        EXPECT_FALSE(CheckDatabaseVersion(workshop.Program()));
+        ExpectUntouched(workshop, old);
+    }
+}
+
+TEST(UpgradeTest, LeftoversOfAnEarlierUpgradeDoNotSpoilTheNext) {
+    Workshop workshop(SampleRecords(5));
+    workshop.Tree.PutFile(Workshop::NewCopy, "half a copy", attributes::ReadOnly);
+    workshop.Tree.PutFile(std::wstring(Workshop::NewCopy) + L"-journal", std::string(8192, '\xD9'));
+    workshop.Tree.PutFile(Workshop::Backup, "half a backup");
+    ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
+    EXPECT_EQ(workshop.Rows(), SampleRecords(5));
+    EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
+}
+
+TEST(RecoveryTest, BackupIsPutBackOnlyWhereNothingBetterIsLeft) {
+    Workshop source(SampleRecords(3));
+    const std::string whole = OldDatabase(source);
+    const std::string torn = whole.substr(0, whole.size() / 2);
+    Workshop other(SampleRecords(1));
+    const std::string newer = OldDatabase(other);
+    const char* none = nullptr;
+    const struct {
+        const char* Label;
+        const char* Current;
+        std::size_t CurrentSize;
+        const std::string* Backup;
+        const std::string* Expected;  // null: no database
+        bool BackupStays;
+    } cases[] = {
+        {"database missing", none, 0, &whole, &whole, false},
+        {"database torn", torn.data(), torn.size(), &whole, &whole, false},
+        {"database whole", newer.data(), newer.size(), &whole, &newer, false},
+        {"database whole, backup torn", newer.data(), newer.size(), &torn, &newer, false},
+        {"database torn, backup torn", torn.data(), torn.size(), &torn, &torn, true},
+        {"database missing, backup torn", none, 0, &torn, nullptr, true},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.Label);
+        Workshop workshop;
+        workshop.Program().CatalogDb.reset();
+        workshop.Tree.Erase(Workshop::CurrentDatabase);
+        if (test.Current != nullptr) {
+            workshop.Tree.PutFile(Workshop::CurrentDatabase, std::string(test.Current, test.CurrentSize));
+        }
+        workshop.Tree.PutFile(Workshop::Backup, *test.Backup);
+        workshop.Tree.PutFile(Workshop::NewCopy, "half a copy");
+        RecoverInterruptedUpgrade(workshop.Program());
+        std::map<std::wstring, std::string> expected;
+        if (test.Expected != nullptr) {
+            expected[Workshop::CurrentDatabase] = *test.Expected;
+        }
+        if (test.BackupStays) {
+            expected[Workshop::Backup] = *test.Backup;
+        }
+        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir), expected);
+    }
+}
+
+TEST(RecoveryTest, DatabaseWithoutBackupIsNotEvenOpened) {
+    Workshop workshop(SampleRecords(1));
+    const std::string old = OldDatabase(workshop);
+    RecoverInterruptedUpgrade(workshop.Program());
+    ExpectUntouched(workshop, old);
+    EXPECT_TRUE(workshop.MessageBoxes.Shown.empty());
+}
+
+}  // namespace
+}  // namespace mip
