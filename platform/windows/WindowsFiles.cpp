@@ -70,6 +70,16 @@ void FinishCopy(const FileHandle& source, const std::wstring& sourcePath, const 
     }
 }
 
+/// Brings a file's bytes to the disk: a rename may get there before them, and after a crash the name would stand for
+/// nothing. A file that cannot be opened for writing was not just written.
+void FlushContent(const std::wstring& path) {
+    const FileHandle file(
+        CreateFileW(LongPath(path).c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (file && !FlushFileBuffers(file.Get())) {
+        ThrowLastError("FlushFileBuffers", path);
+    }
+}
+
 DWORD AttributesOf(const std::wstring& path) {
     return GetFileAttributesW(LongPath(path).c_str());
 }
@@ -113,6 +123,7 @@ void WindowsFiles::CopyToNew(const std::wstring& source, const std::wstring& des
 }
 
 void WindowsFiles::Move(const std::wstring& source, const std::wstring& destination) {
+    FlushContent(source);
     if (!MoveFileExW(LongPath(source).c_str(), LongPath(destination).c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
         ThrowLastError("MoveFileEx", source);

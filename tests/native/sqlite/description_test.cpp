@@ -54,9 +54,10 @@ TEST(WriteCatalogueTest, ReplacesAnOldFileOnlyByAWholeOne) {
     const std::filesystem::path output = folder / "new.mdb";
     std::ofstream(output) << "an older file";
     WriteCatalogue({7, {{L"O'Hara", L"b", 5}}}, output);
-    const auto catalogue = SqliteEngine().Open(output.wstring());
+    auto catalogue = SqliteEngine().Open(output.wstring());
     EXPECT_EQ(catalogue->Query(L"SELECT * FROM M_system")->Field(0), FieldValue(std::int64_t{7}));
     EXPECT_EQ(catalogue->Query(L"SELECT * FROM M_order")->Field(L"Model_ID"), FieldValue(L"O'Hara"));
+    catalogue.reset();
 
     EXPECT_THROW(WriteCatalogue({7, {}}, folder / "taken.mdb"), std::filesystem::filesystem_error);
     EXPECT_FALSE(std::filesystem::exists(folder / "taken.mdb.new"));
