@@ -7,7 +7,7 @@
 namespace mip {
 
 /// Reads every manual folder of the disc into Program::DiscCatalogue and classifies it against the catalogue database.
-/// False after a fatal error; its texts are in the disc catalogue.
+/// False after a fatal error; its texts are in the disc catalogue, which has none when the disc could not be listed.
 [[nodiscard]] bool ScanDiscCatalogue(Program& program);
 /// Reads, validates and classifies one folder; appends one record.
 void ReadCatalogueRecord(Program& program, const std::wstring& folderName);

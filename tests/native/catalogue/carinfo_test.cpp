@@ -245,10 +245,10 @@ TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessages) {
     EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
 }
 
-TEST_F(CarInfoTest, DiscThatCannotBeListedFailsTheScan) {
+TEST_F(CarInfoTest, DiscThatCannotBeListedFailsTheScanAndLeavesTheTextsToTheCaller) {
     workshop_.Tree.DriveOf(L"D:\\")->Present = false;
     EXPECT_FALSE(ScanDiscCatalogue(program_));
-    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorFlag, -1);
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"");
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ TEST_F(DamageTest, FlippedBitsFailOrReadOnWithoutHarm) {
         refused += opened ? 0 : 1;
         ++tried;
     }
-    EXPECT_GT(refused, 100u) << "of " << tried;
+    EXPECT_GT(refused, tried / 10);
 }
 
 TEST_F(DamageTest, DamagedKeysAreFoundOut) {
