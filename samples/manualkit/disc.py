@@ -60,11 +60,24 @@ def comparison_set(manual, files):
     }
 
 
+def pdf_page(manual):
+    """The page that opens the PDF. With it an installed PDF manual has its contents page, as every manual has."""
+    name = f"{manual.publication}.pdf"
+    title = escape(manual.title)
+    return (
+        f'<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>{title}</title>\n'
+        f'<meta http-equiv="refresh" content="0; url={name}">\n'
+        "<style>body { font: 16px Arial, sans-serif; margin: 3em; color: #14293d; }</style>\n</head>\n<body>\n"
+        f'<h1>{title}</h1>\n<p><a href="{name}">Open the manual (PDF)</a></p>\n</body>\n</html>\n'
+    ).encode("utf-8")
+
+
 def write_manual(root, manual):
     folder = root / manual.folder
     write(folder / "car_info.ci", car_info(manual))
     if manual.pdf:
         write(folder / "contents" / f"{manual.publication}.pdf", handbook_pdf(manual))
+        write(folder / "contents/index.html", pdf_page(manual))
         return
     files = manual_files(manual)
     # The loose pages are for reading from the disc.
