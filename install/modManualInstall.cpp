@@ -232,6 +232,10 @@ void InstallationDriver::CloseOutcome(bool succeeded) {
     if (!succeeded && outcome.ResultMessage.empty()) {
         Fail(messages::Unforeseen);
     }
+    if (!succeeded && outcome.ResultMessage.empty()) {
+        // With the disc out of the drive there is no message file either.
+        outcome.ResultMessage = L"The installation failed.";
+    }
     const bool changedSomething = outcome.ManagerInstalled || outcome.ManualsRecorded > 0;
     ExitCode code = ExitCode::Done;
     if (!succeeded) {
