@@ -120,13 +120,13 @@ bool ManualWorker::IsFitToReplace() {
 /// Marks an installed edition for adjustment, then removes its folder: from the mark on, its row counts as unusable.
 void ManualWorker::RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder) {
     if (!MarkForAdjustment(*program_.CatalogDb, pubNo)) {
-        FailRun(program_, messages::CatalogueNotWritable);
-        throw PlatformError("mark for adjustment", pubNo, 0);
+        FailWithCatalogue(pubNo);
     }
     (void)RemoveFolder(program_, folder);
 }
 
-/// Removes the base edition of a later one, folder first, then its row. True when a row was removed.
+/// Removes the base edition of a later one, folder first, then its row. True when a row was removed. Throws when the
+/// catalogue does not answer or keeps the row: both editions beside each other would never be put right.
 bool ManualWorker::RemoveOlderEdition(std::int16_t manualIndex) {
     const auto& manual = program_.DiscCatalogue.Records.at(static_cast<std::size_t>(manualIndex));
     const std::wstring baseEdition = BaseEditionOf(manual.Pub_No);
@@ -134,14 +134,18 @@ bool ManualWorker::RemoveOlderEdition(std::int16_t manualIndex) {
         return false;
     }
     bool removed = false;
-    while (FindInstalledRecord(program_, baseEdition) == MdbOk) {
+    MdbStatus status = FindInstalledRecord(program_, baseEdition);
+    while (status == MdbOk) {
         RemoveEditionFolder(baseEdition, program_.Installed.INSPath);
         if (!RemoveInstalledManual(*program_.CatalogDb, baseEdition)) {
-            FailRun(program_, messages::CatalogueNotWritable);
-            throw PlatformError("remove the base edition", baseEdition, 0);
+            FailWithCatalogue(baseEdition);
         }
         program_.Log.Write(L"remove", baseEdition, L"replaced by a later edition");
         removed = true;
+        status = FindInstalledRecord(program_, baseEdition);
+    }
+    if (status == MdbError) {
+        FailWithCatalogue(baseEdition);
     }
     return removed;
 }
@@ -251,6 +255,12 @@ bool ManualWorker::Record() {
     }
     ++program_.Outcome.ManualsRecorded;
     return true;
+}
+
+/// Gives the manual up because the catalogue does not take a change.
+void ManualWorker::FailWithCatalogue(const std::wstring& pubNo) {
+    FailRun(program_, messages::CatalogueNotWritable);
+    throw PlatformError("catalogue change", pubNo, 0);
 }
 
 /// The texts of a failed manual, unless the failure left texts of its own.

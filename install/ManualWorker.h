@@ -38,6 +38,7 @@ class ManualWorker {
     CopyProgress CopyBarProgress();
     bool MakeManualFolder(const std::wstring& folder);
     bool Record();
+    [[noreturn]] void FailWithCatalogue(const std::wstring& pubNo);
     void FailWithManual();
     void ResetBars();
 
