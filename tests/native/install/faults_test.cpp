@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/modFile.h"
 #include "catalogue/modMdbUpgrade.h"
 #include "tests/native/install/Workshop.h"
@@ -77,18 +79,22 @@ void ExpectNextRunRepairs(Workshop& workshop) {
 
 using Arming = void (Faults::*)(std::size_t);
 
-class InstallationFaults : public testing::TestWithParam<Arming> {};
+/// The calls are dealt out among this many tests, which run side by side.
+constexpr std::size_t Shares = 4;
+
+class InstallationFaults : public testing::TestWithParam<std::tuple<Arming, std::size_t>> {};
 
 TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
-    std::size_t n = 1;
-    for (;; ++n) {
+    const auto [arm, share] = GetParam();
+    std::size_t n = share + 1;
+    for (;; n += Shares) {
         SCOPED_TRACE("call " + std::to_string(n));
         Workshop workshop;
         ArrangeDisc(workshop);
         const auto outside = OutsideTheLibrary(workshop);
         bool succeeded = false;
         bool cut = false;
-        (workshop.Windows.Faults.*GetParam())(n);
+        (workshop.Windows.Faults.*arm)(n);
         try {
             succeeded = workshop.Install();
         } catch (const PowerCut&) {
@@ -120,11 +126,13 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
     EXPECT_GT(n, 200U);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, InstallationFaults, testing::Values(&Faults::FailCall, &Faults::FailFrom, &Faults::CutPowerAt),
-    [](const auto& testCase) {
-        return std::string(testCase.index == 0 ? "Once" : testCase.index == 1 ? "FromThenOn" : "PowerCut");
-    });
+INSTANTIATE_TEST_SUITE_P(Once, InstallationFaults,
+                         testing::Combine(testing::Values(&Faults::FailCall), testing::Range<std::size_t>(0, Shares)));
+INSTANTIATE_TEST_SUITE_P(FromThenOn, InstallationFaults,
+                         testing::Combine(testing::Values(&Faults::FailFrom), testing::Range<std::size_t>(0, Shares)));
+INSTANTIATE_TEST_SUITE_P(PowerCut, InstallationFaults,
+                         testing::Combine(testing::Values(&Faults::CutPowerAt),
+                                          testing::Range<std::size_t>(0, Shares)));
 
 }  // namespace
 }  // namespace mip
