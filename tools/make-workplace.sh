@@ -18,6 +18,8 @@ make_sample() {
     rm -rf "$sample" "$sample.new"
     "$root/tools/wine-prefix.sh" new "$sample.new"
     "$root/samples/make-computer.sh" "$sample.new" "$windows" "$native"
+    # Its registry is complete on the disk only when its server has ended.
+    end_wine "$sample.new"
     echo "$inputs" >"$sample.new/.made-from"
     mv "$sample.new" "$sample"
 }
