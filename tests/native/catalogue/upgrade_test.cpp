@@ -134,13 +134,38 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
     }
 }
 
+constexpr wchar_t NewCopyJournal[] = L"C:\\Korvex\\Manual\\KVX3_NEW.mdb-journal";
+
+/// The journal that a power cut during the commit leaves beside the copy: the engine applies it to what has that name.
+std::string JournalOfCutUpgrade() {
+    const std::string oldDatabase = OldDatabase(*std::make_unique<Workshop>(SampleRecords(5)));
+    for (std::size_t n = 1;; ++n) {
+        Workshop workshop(oldDatabase);
+        workshop.Faults.CutPowerAt(n);
+        try {
+            (void)CheckDatabaseVersion(workshop.Program());
+        } catch (const PowerCut&) {
+        }
+        workshop.Program().CatalogDb.reset();
+        workshop.Faults.Reset();
+        const bool copyChanged = workshop.Tree.HasFile(Workshop::NewCopy) &&
+                                 workshop.Tree.BytesOf(Workshop::NewCopy) != workshop.Tree.BytesOf(Workshop::NewSource);
+        if (copyChanged && workshop.Tree.HasFile(NewCopyJournal)) {
+            return workshop.Tree.BytesOf(NewCopyJournal);
+        }
+    }
+}
+
 TEST(UpgradeTest, LeftoversOfAnEarlierUpgradeDoNotSpoilTheNext) {
     Workshop workshop(SampleRecords(5));
+    workshop.PutCatalogue(Workshop::NewSource, 4, {L"CREATE TABLE M_later (Pub_No TEXT)"});
     workshop.Tree.PutFile(Workshop::NewCopy, "half a copy", attributes::ReadOnly);
-    workshop.Tree.PutFile(std::wstring(Workshop::NewCopy) + L"-journal", std::string(8192, '\xD9'));
+    workshop.Tree.PutFile(NewCopyJournal, JournalOfCutUpgrade());
     workshop.Tree.PutFile(Workshop::Backup, "half a backup");
     ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
     EXPECT_EQ(workshop.Rows(), SampleRecords(5));
+    EXPECT_EQ(workshop.Version(), 4);
+    EXPECT_EQ(workshop.Program().CatalogDb->Pcls_MdbCreate(0, L"SELECT * FROM M_later"), MdbEnd);
     EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
 }
 
