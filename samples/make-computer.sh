@@ -36,4 +36,5 @@ sqlite3 -bail "$prefix/$catalogue_file" ".read $work/rows.sql"
 wine_environment "$prefix"
 registry_settings >"$work/computer.reg"
 run_logged "$work/log" timeout 120 wine regedit /S "$work/computer.reg"
-[ -n "${MIP_WINE_SESSION:-}" ] || end_wine "$prefix"
+# The registry is on disk only when the server of this prefix has ended, and the prefix is about to be copied.
+end_wine "$prefix"

@@ -8,6 +8,8 @@ namespace mip {
 namespace {
 
 constexpr wchar_t DialogClass[] = L"#32770";
+/// The identifier of a message box's text.
+constexpr int MessageTextId = 0xFFFF;
 
 bool IsDialog(HWND window) {
     wchar_t name[64]{};
@@ -95,6 +97,16 @@ HWND WindowDriver::WaitForDialogOver(HWND screen) const {
     return dialog;
 }
 
+HWND WindowDriver::WaitForBox() const {
+    HWND box = nullptr;
+    WaitUntil("a message box", [&] {
+        const auto dialogs = VisibleDialogs(processId_);
+        box = dialogs.empty() ? nullptr : dialogs.front();
+        return box != nullptr && GetDlgItem(box, MessageTextId) != nullptr;
+    });
+    return box;
+}
+
 void WindowDriver::WaitUntilGone(HWND screen) const {
     WaitUntil("a screen to close", [&] { return IsWindow(screen) == 0 || IsWindowVisible(screen) == 0; });
 }
@@ -118,6 +130,11 @@ void WindowDriver::Press(HWND screen, int button) const {
         return control != nullptr && IsWindowVisible(control) != 0 && IsWindowEnabled(control) != 0;
     });
     PostMessageW(GetDlgItem(screen, button), BM_CLICK, 0, 0);
+}
+
+void WindowDriver::Answer(HWND box, int button) const {
+    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    WaitUntilGone(box);
 }
 
 void WindowDriver::CloseByTitleBar(HWND screen) const {
@@ -148,6 +165,10 @@ std::wstring TextOf(HWND control) {
 
 std::wstring TextOf(HWND screen, int control) {
     return TextOf(GetDlgItem(screen, control));
+}
+
+std::wstring MessageOf(HWND box) {
+    return TextOf(box, MessageTextId);
 }
 
 }  // namespace mip

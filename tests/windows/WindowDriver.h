@@ -29,6 +29,8 @@ class WindowDriver {
     /// The visible dialog over a screen, for example a message box or the folder browser, or null.
     HWND FindDialogOver(HWND screen) const;
     HWND WaitForDialogOver(HWND screen) const;
+    /// The first visible dialog that the program shows, whatever it lies over: a message box before any screen.
+    HWND WaitForBox() const;
     void WaitUntilGone(HWND screen) const;
     /// The code with which the program ended.
     DWORD WaitForEnd() const;
@@ -36,6 +38,8 @@ class WindowDriver {
 
     /// Waits until the button can be pressed and presses it.
     void Press(HWND screen, int button) const;
+    /// Answers a message box with one of its buttons (IDOK, IDYES, IDNO).
+    void Answer(HWND box, int button) const;
     void CloseByTitleBar(HWND screen) const;
     /// A key press with its character, to the control.
     void TypeKey(HWND control, WPARAM key) const;
@@ -50,5 +54,7 @@ class WindowDriver {
 /// A control's text, read from any process.
 std::wstring TextOf(HWND control);
 std::wstring TextOf(HWND screen, int control);
+/// The message of a message box.
+std::wstring MessageOf(HWND box);
 
 }  // namespace mip

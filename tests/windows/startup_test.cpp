@@ -1,0 +1,220 @@
+// How the real program starts, and how it says that it cannot. The program lies on C:, in a folder that may be damaged;
+// the root of C: then stands for the disc's root.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include <windows.h>
+
+#include "screens/forms/ControlIds.h"
+#include "tests/windows/WindowDriver.h"
+
+namespace mip {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path ProgramFolder = L"C:\\programs\\setup";
+const fs::path Library = L"C:\\Program Files\\Vantor\\Korvex\\Manual";
+const fs::path Viewer = L"C:\\Program Files\\Vantor\\Korvex\\View";
+const fs::path LocalInfo = L"C:\\man_info\\man_info_do.ci";
+
+void WriteText(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string ReadText(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::wstring Message(int number) {
+    wchar_t text[256]{};
+    const std::wstring digits = std::to_wstring(number);
+    const std::wstring key = L"M" + std::wstring(3 - digits.size(), L'0') + digits;
+    GetPrivateProfileStringW(L"MESSAGE", key.c_str(), L"", text, 256, (ProgramFolder / L"SysDir\\M09.ini").c_str());
+    return text;
+}
+
+class StartUp : public testing::Test {
+  protected:
+    void SetUp() override {
+        fs::create_directories(ProgramFolder);
+        fs::copy(L"D:\\programs\\setup", ProgramFolder,
+                 fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+        ASSERT_FALSE(Message(19).empty());
+    }
+
+    static std::wstring CommandLine(const std::wstring& switches = L"/LANG=09") {
+        return (ProgramFolder / L"ManualInstall.exe").wstring() + L" " + switches;
+    }
+};
+
+TEST_F(StartUp, SecondInstanceEndsSilentlyAndLeavesTheFirstAlone) {
+    const WindowDriver first(CommandLine());
+    const HWND menu = first.WaitForScreen(ids::cmdStartInstall);
+    const WindowDriver second(CommandLine());
+    while (!second.ExitCode()) {
+        ASSERT_EQ(second.FindScreen(ids::cmdStartInstall), nullptr);
+        Sleep(10);
+    }
+    EXPECT_EQ(second.WaitForEnd(), 1U);
+    EXPECT_TRUE(IsWindowVisible(menu));
+    first.CloseByTitleBar(menu);
+    EXPECT_EQ(first.WaitForEnd(), 2U);
+    const WindowDriver third(CommandLine());
+    EXPECT_NE(third.WaitForScreen(ids::cmdStartInstall), nullptr) << "the first one is gone";
+}
+
+struct BoxCase {
+    const char* Label;
+    std::function<void()> Damage;
+    const wchar_t* Switches;
+    const wchar_t* Text;
+};
+
+class FatalBox : public StartUp, public testing::WithParamInterface<BoxCase> {};
+
+TEST_P(FatalBox, SaysWhatIsWrongAndEnds) {
+    GetParam().Damage();
+    const WindowDriver user(CommandLine(GetParam().Switches));
+    const HWND box = user.WaitForBox();
+    EXPECT_EQ(TextOf(box), L"Manual Install Program");
+    EXPECT_EQ(MessageOf(box), GetParam().Text);
+    user.Answer(box, IDOK);
+    EXPECT_EQ(user.WaitForEnd(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, FatalBox,
+    testing::Values(BoxCase{"NoParameterFile", [] { fs::remove(ProgramFolder / L"SysDir\\SysParameter.ini"); },
+                            L"/LANG=09", L"System Parameter File None"},
+                    BoxCase{"NumberUnreadable",
+                            [] {
+                                WritePrivateProfileStringW(L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon",
+                                                           (ProgramFolder / L"SysDir\\SysParameter.ini").c_str());
+                            },
+                            L"/LANG=09", L"No System Data"},
+                    BoxCase{"UnknownSwitch", [] {}, L"/NONSENSE", L"Unknown or incomplete switch: /NONSENSE"}),
+    [](const auto& testCase) { return testCase.param.Label; });
+
+struct ResultCase {
+    const char* Label;
+    std::function<void()> Damage;
+    int MessageNumber;
+};
+
+class FailedStart : public StartUp, public testing::WithParamInterface<ResultCase> {};
+
+TEST_P(FailedStart, ShowsTheResultScreenAndChangesNothing) {
+    GetParam().Damage();
+    const std::string catalogue = ReadText(Library / L"kvx3.mdb");
+    const WindowDriver user(CommandLine());
+    const HWND result = user.WaitForScreen(ids::vaSpread);
+    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), Message(GetParam().MessageNumber));
+    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 2), Message(24));
+    user.Press(result, ids::B_OK);
+    EXPECT_EQ(user.WaitForEnd(), 1U);
+    EXPECT_EQ(ReadText(Library / L"kvx3.mdb"), catalogue);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, FailedStart,
+    testing::Values(ResultCase{"NoDatabase", [] { fs::remove(Library / L"kvx3.mdb"); }, 19},
+                    ResultCase{"DatabaseIsText", [] { WriteText(Library / L"kvx3.mdb", "no database"); }, 20},
+                    ResultCase{"DatabaseIsCut", [] { fs::resize_file(Library / L"kvx3.mdb", 5000); }, 20},
+                    ResultCase{"DatabaseIsReadOnly",
+                               [] { SetFileAttributesW((Library / L"kvx3.mdb").c_str(), FILE_ATTRIBUTE_READONLY); },
+                               67}),
+    [](const auto& testCase) { return testCase.param.Label; });
+
+TEST_F(StartUp, ARunningManagerIsNamed) {
+    const WindowDriver manager(L"D:\\programs\\man_manager\\ManualManager.exe");
+    const WindowDriver user(CommandLine());
+    EXPECT_EQ(TextOf(user.WaitForScreen(ids::vaSpread), ids::L_ErrorMsg + 1), Message(70));
+}
+
+TEST_F(StartUp, ALanguageWithoutFilesShowsTheEnglishOnes) {
+    fs::remove(ProgramFolder / L"SysDir\\M11.ini");
+    fs::remove(ProgramFolder / L"SysDir\\Licence_11.txt");
+    const WindowDriver user(CommandLine(L"/LANG=11"));
+    const HWND menu = user.WaitForScreen(ids::cmdStartInstall);
+    EXPECT_EQ(TextOf(menu), Message(84));
+    user.Press(menu, ids::cmdStartInstall);
+    const HWND agreement = user.WaitForScreen(ids::T_CONTRACT);
+    EXPECT_NE(TextOf(agreement, ids::T_CONTRACT).find(L"TERMS OF USE"), std::wstring::npos);
+}
+
+/// A computer without the diagnostic program, with a viewer; the disc has one manual, issued in May 2020.
+class StartPage : public StartUp {
+  protected:
+    void SetUp() override {
+        StartUp::SetUp();
+        fs::remove(Library / L"KVX3.exe");
+        fs::create_directories(Viewer);
+        fs::copy_file(L"D:\\programs\\View\\VBrowser.exe", Viewer / L"VBrowser.exe");
+        fs::create_directories(L"C:\\Aria2020");
+        WriteText(L"C:\\index.html", "start page");
+        WriteText(ProgramFolder / L"man_info_do.ci", Disc);
+        SetEnvironmentVariableW(L"SAMPLE_CLOSE_AFTER", L"200");
+    }
+
+    static bool ViewerWasAskedForTheStartPage() {
+        for (int look = 0; look < 100; ++look) {
+            if (ReadText(Viewer / L"VBrowser.log").find("VBrowser.exe\" C:\\index.html") != std::string::npos) {
+                return true;
+            }
+            Sleep(20);
+        }
+        return false;
+    }
+
+    const std::string Disc = "Aria,Workshop,K1230MM,Aria2020,1,2020/05\r\n";
+};
+
+TEST_F(StartPage, OpensInTheViewerAndTheInformationIsCopied) {
+    const WindowDriver user(CommandLine());
+    EXPECT_EQ(user.WaitForEnd(), 3U);
+    EXPECT_TRUE(ViewerWasAskedForTheStartPage()) << ReadText(Viewer / L"VBrowser.log");
+    EXPECT_EQ(ReadText(LocalInfo), Disc);
+}
+
+TEST_F(StartPage, NewerInformationReplacesTheCopy) {
+    WriteText(LocalInfo, "Aria,Workshop,K1230MM,Aria2020,1,2020/04\r\n");
+    const WindowDriver user(CommandLine());
+    EXPECT_EQ(user.WaitForEnd(), 3U);
+    EXPECT_TRUE(ViewerWasAskedForTheStartPage());
+    EXPECT_EQ(ReadText(LocalInfo), Disc);
+}
+
+TEST_F(StartPage, OlderInformationIsAskedAbout) {
+    const std::string local = "Aria,Workshop,K1230MM,Aria2020,1,2020/06\r\n";
+    WriteText(LocalInfo, local);
+    for (const int answer : {IDNO, IDYES}) {
+        const WindowDriver user(CommandLine());
+        const HWND box = user.WaitForBox();
+        EXPECT_EQ(TextOf(box), L"Vantor Manual Information");
+        EXPECT_NE(MessageOf(box).find(L"May 2020"), std::wstring::npos);
+        EXPECT_FALSE(fs::exists(Viewer / L"VBrowser.log")) << "not before the answer, and not after a No";
+        user.Answer(box, answer);
+        EXPECT_EQ(user.WaitForEnd(), 3U);
+    }
+    EXPECT_TRUE(ViewerWasAskedForTheStartPage());
+    EXPECT_EQ(ReadText(LocalInfo), local);
+}
+
+TEST_F(StartPage, WithoutAPageTheProgramEndsWithoutAWindow) {
+    fs::remove(L"C:\\index.html");
+    const WindowDriver user(CommandLine());
+    EXPECT_EQ(user.WaitForEnd(), 3U);
+    EXPECT_FALSE(fs::exists(LocalInfo));
+    EXPECT_FALSE(fs::exists(Viewer / L"VBrowser.log"));
+}
+
+}  // namespace
+}  // namespace mip
