@@ -8,7 +8,7 @@ source "$(dirname "$0")/common.sh"
 packages=(
     # building, for this machine and for Windows
     g++ cmake ninja-build ccache pkg-config g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix binutils-mingw-w64-i686
-    libz-mingw-w64-dev googletest libgtest-dev libsqlite3-dev libarchive-dev
+    libz-mingw-w64-dev googletest libgtest-dev libsqlite3-dev libarchive-dev zlib1g-dev
     # unpacking and building the source packages of the dependencies
     dpkg-dev make patch xz-utils tcl
     # samples and what looks at them
