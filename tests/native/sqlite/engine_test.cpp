@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <random>
 #include <string>
 
 #include "app/DateText.h"
@@ -44,7 +45,9 @@ class SqliteEngineTest : public testing::Test {
         return rows->AtEnd() ? FieldValue(L"no row") : rows->Field(0);
     }
 
-    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "mip_sqlite_test";
+    /// One of its own for each test: they run side by side.
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("mip_sqlite_test_" + std::to_string(std::random_device{}()));
     SqliteEngine engine_;
 };
 
