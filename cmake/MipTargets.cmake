@@ -70,7 +70,9 @@ function(mip_windows_test name)
     mip_declare_test(windows_${name} windows.${name}. ${ARGN} PROPERTIES RESOURCE_LOCK windows)
 endfunction()
 
-# The same for a test that needs the sample disc in drive D: and the sample workshop computer: each gets a fresh one.
+# The same for a test that needs the sample disc in drive D: and the sample workshop computer. Each gets a fresh one,
+# with a screen of its own, so these run side by side; they take longest and are started first.
 function(mip_workshop_test name)
-    mip_windows_test(${name} ${ARGN} EMULATOR ${PROJECT_SOURCE_DIR}/tools/workshop-run.sh)
+    mip_declare_test(windows_${name} windows.${name}. ${ARGN}
+        EMULATOR ${PROJECT_SOURCE_DIR}/tools/workshop-run.sh PROPERTIES COST 100)
 endfunction()

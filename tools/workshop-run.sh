@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs one Windows program on a sample workshop computer of its own, with the sample disc in drive D:, and throws the
-# computer away: workshop-run.sh PROGRAM.EXE [ARGUMENTS...]. Disc and programs are those that were built.
+# Runs one Windows program on a sample workshop computer of its own, with a copy of the sample disc in drive D:, and
+# throws both away: workshop-run.sh PROGRAM.EXE [ARGUMENTS...]. Disc and programs are those that were built.
+# With MIP_SMALL_DRIVE=SIZE ("8m") the computer also has a drive E: of that size, which can be filled.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -10,5 +11,17 @@ source "$(dirname "$0")/common.sh"
 work=$(mktemp -d "${TMPDIR:-/tmp}/mip-workshop.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 "$root/samples/make-disc.sh" "$root/build/disc" "$root/build/windows" "$root/build/native"
-"$root/tools/make-workplace.sh" "$work/computer" "$root/build/disc"
-"$root/tools/wine-session.sh" --prefix "$work/computer" "$root/tools/wine-run.sh" "$@"
+cp -a --reflink=auto "$root/build/disc" "$work/disc"
+"$root/tools/make-workplace.sh" "$work/computer" "$work/disc"
+session=("$root/tools/wine-session.sh" --prefix "$work/computer" "$root/tools/wine-run.sh" "$@")
+if [ -n "${MIP_SMALL_DRIVE:-}" ]; then
+    mkdir "$work/small"
+    ln -s "$work/small" "$work/computer/dosdevices/e:"
+    # The mount is seen by this session alone and goes with its last process, whatever ends it.
+    own_mounts=(unshare --mount)
+    [ "$(id -u)" -eq 0 ] || own_mounts+=(--map-root-user)
+    "${own_mounts[@]}" sh -c 'mount -t tmpfs -o "size=$1" tmpfs "$2" && shift 2 && exec "$@"' sh \
+        "$MIP_SMALL_DRIVE" "$work/small" "${session[@]}"
+else
+    "${session[@]}"
+fi
