@@ -3,121 +3,47 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <set>
 
 #include <windows.h>
 
-#include "platform/sqlite/SqliteEngine.h"
 #include "screens/forms/ControlIds.h"
 #include "tests/windows/ProgramImports.h"
-#include "tests/windows/WindowDriver.h"
+#include "tests/windows/WorkshopUser.h"
 
 namespace mip {
 namespace {
 
-constexpr wchar_t ProgramFile[] = L"D:\\programs\\setup\\ManualInstall.exe";
-constexpr wchar_t Catalogue[] = L"C:\\Program Files\\Vantor\\Korvex\\Manual\\kvx3.mdb";
-
-struct Row {
-    std::wstring Version;
-    std::wstring Path;
-};
-
-/// The installed manuals by publication.
-std::map<std::wstring, Row> ReadCatalogue() {
-    std::map<std::wstring, Row> rows;
-    const auto connection = SqliteEngine().Open(Catalogue);
-    const auto recordset = connection->Query(L"SELECT Pub_No,Version,INSPath FROM M_manage");
-    for (; !recordset->AtEnd(); recordset->MoveNext()) {
-        const auto text = [&](std::int32_t column) { return std::get<std::wstring>(recordset->Field(column)); };
-        rows[text(0)] = {text(1), text(2)};
+/// Everything that the sample disc brings is on the computer and in the catalogue.
+void ExpectInstalled() {
+    std::map<std::wstring, std::wstring> versions;
+    for (const auto& [pubNo, row] : ReadCatalogue()) {
+        versions[pubNo] = row.Version;
+        const bool isPdf = pubNo == L"K8040PD";
+        EXPECT_TRUE(Exists(row.Path + (isPdf ? L"\\contents\\K8040PD.pdf" : L"\\contents\\index.html")));
     }
-    return rows;
+    EXPECT_EQ(versions, (std::map<std::wstring, std::wstring>{{L"K1211MM", L"1"},
+                                                              {L"K1220WJ", L"1"},
+                                                              {L"K2310MM", L"1"},
+                                                              {L"K3420MM", L"5"},
+                                                              {L"K4710MM", L"4"},
+                                                              {L"K5150MM", L"2"},
+                                                              {L"K6233EV", L"1"},
+                                                              {L"K7810JP", L"1"},
+                                                              {L"K8040PD", L"2"},
+                                                              {L"K9310BR", L"7"}}));
+    EXPECT_TRUE(Exists(std::wstring(ManagerFolder) + L"\\ManualManager.exe"));
+    EXPECT_FALSE(Exists(std::wstring(ManagerFolder) + L"\\UnZipTemp"));
 }
 
-std::string BytesOf(const wchar_t* path) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+TEST(EndToEnd, AUserInstallsTheDisc) {
+    const std::wstring stamp = std::wstring(ManagerFolder) + L"\\mam_man.fdf";
+    WriteBytes(stamp, "%FDF-1.2\r\n" + std::string(1000, '%'));
+    SetFileAttributesW(stamp.c_str(), FILE_ATTRIBUTE_READONLY);
 
-bool Exists(const std::wstring& path) {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-class EndToEnd : public testing::Test {
-  protected:
-    static std::wstring CommandLine(const std::wstring& switches = L"/LANG=09") {
-        return L"\"" + std::wstring(ProgramFile) + L"\" " + switches;
-    }
-
-    static void Agree(const WindowDriver& user) {
-        const HWND menu = user.WaitForScreen(ids::cmdStartInstall);
-        user.Press(menu, ids::cmdStartInstall);
-        const HWND agreement = user.WaitForScreen(ids::T_CONTRACT);
-        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(agreement, ids::B_OK))) << "nothing is chosen yet";
-        EXPECT_NE(TextOf(agreement, ids::T_CONTRACT).find(L"TERMS OF USE"), std::wstring::npos);
-        user.Press(agreement, ids::O_Value + 1);
-        user.Press(agreement, ids::B_OK);
-    }
-
-    /// Waits for the result screen and does `answer` at every question for a folder. Returns how many there were.
-    template <typename Answer>
-    static int WaitForResult(const WindowDriver& user, Answer answer) {
-        int questions = 0;
-        while (user.FindScreen(ids::vaSpread) == nullptr) {
-            const HWND directory = user.FindScreen(ids::L_InstalPath);
-            if (directory != nullptr) {
-                ++questions;
-                answer(directory);
-                user.WaitUntilGone(directory);
-            }
-            if (user.ExitCode()) {
-                throw std::runtime_error("the program ended during the installation");
-            }
-            Sleep(20);
-        }
-        return questions;
-    }
-
-    /// From the result screen through the menu and the closing screen to the end.
-    static DWORD Leave(const WindowDriver& user) {
-        user.Press(user.WaitForScreen(ids::vaSpread), ids::B_OK);
-        user.CloseByTitleBar(user.WaitForScreen(ids::cmdStartInstall));
-        user.Press(user.WaitForScreen(ids::L_TarmMsg), ids::B_OK);
-        return user.WaitForEnd();
-    }
-
-    /// Everything that the sample disc brings is on the computer and in the catalogue.
-    static void ExpectInstalled() {
-        std::map<std::wstring, std::wstring> versions;
-        for (const auto& [pubNo, row] : ReadCatalogue()) {
-            versions[pubNo] = row.Version;
-            const bool isPdf = pubNo == L"K8040PD";
-            EXPECT_TRUE(Exists(row.Path + (isPdf ? L"\\contents\\K8040PD.pdf" : L"\\contents\\index.html")));
-        }
-        EXPECT_EQ(versions, (std::map<std::wstring, std::wstring>{{L"K1211MM", L"1"},
-                                                                  {L"K1220WJ", L"1"},
-                                                                  {L"K2310MM", L"1"},
-                                                                  {L"K3420MM", L"5"},
-                                                                  {L"K4710MM", L"4"},
-                                                                  {L"K5150MM", L"2"},
-                                                                  {L"K6233EV", L"1"},
-                                                                  {L"K7810JP", L"1"},
-                                                                  {L"K8040PD", L"2"},
-                                                                  {L"K9310BR", L"7"}}));
-        EXPECT_TRUE(Exists(L"C:\\Program Files\\Vantor\\Korvex\\Manual\\ManualManager.exe"));
-        EXPECT_FALSE(Exists(L"C:\\Program Files\\Vantor\\Korvex\\Manual\\UnZipTemp"));
-    }
-};
-
-TEST_F(EndToEnd, AUserInstallsTheDisc) {
-    const WindowDriver user(CommandLine());
-    Agree(user);
-    EXPECT_EQ(WaitForResult(user, [&](HWND directory) { user.Press(directory, ids::B_OK); }), 5);
+    const WorkshopUser user;
+    user.Agree();
+    EXPECT_EQ(user.WaitForResult(), 5);
 
     const HWND result = user.WaitForScreen(ids::vaSpread);
     EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), L"The installation is complete.");
@@ -126,54 +52,53 @@ TEST_F(EndToEnd, AUserInstallsTheDisc) {
     EXPECT_NE(list.find(L"Merivo\t2020\tEN\tK2310MM\t1\tNew\r\n"), std::wstring::npos);
     EXPECT_NE(list.find(L"Brescot\t2018\tEN\tK3420MM\t5\tUpdated\r\n"), std::wstring::npos);
 
-    EXPECT_EQ(Leave(user), 0U);
+    EXPECT_EQ(user.Leave(), 0U);
     ExpectInstalled();
+    EXPECT_EQ(BytesOf(stamp),
+              "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
+              "/F (./ManualManager_EN.pdf) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
 }
 
-TEST_F(EndToEnd, ASilentRunInstallsTheSameWithoutAWindow) {
-    const WindowDriver user(CommandLine(L"/VERYSILENT /ACCEPT /LANG=09 /LOG=C:\\run.log"));
-    while (!user.ExitCode()) {
-        ASSERT_EQ(user.FindScreen(ids::B_OK), nullptr);
-        ASSERT_EQ(user.FindScreen(ids::L_STEP + 2), nullptr);
-        Sleep(50);
-    }
-    EXPECT_EQ(user.WaitForEnd(), 0U);
+TEST(EndToEnd, ASilentRunInstallsTheSameAndASecondOneFindsNothingToDo) {
+    const std::wstring switches = L"/VERYSILENT /ACCEPT /LANG=09 /LOG=C:\\run.log";
+    const auto run = [&] {
+        const WorkshopUser user(switches);
+        while (!user.ExitCode()) {
+            EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr);
+            EXPECT_EQ(user.FindScreen(ids::L_STEP + 2), nullptr);
+            Sleep(50);
+        }
+        return user.WaitForEnd();
+    };
+    EXPECT_EQ(run(), 0U);
     ExpectInstalled();
     const std::string log = BytesOf(L"C:\\run.log");
     for (const char* pubNo : {"K2310MM", "K4710MM", "K8040PD"}) {
         EXPECT_NE(log.find(pubNo), std::string::npos) << pubNo;
     }
+
+    const auto manuals = FilesBelow(Manuals);
+    const auto others = FilesBelow(ManagerFolder);
+    EXPECT_GT(manuals.size(), 200U);
+    EXPECT_EQ(run(), 0U);
+    EXPECT_TRUE(FilesBelow(Manuals) == manuals);
+    EXPECT_TRUE(FilesBelow(ManagerFolder) == others) << "the catalogue, the manager, the stamp";
 }
 
-TEST_F(EndToEnd, RefusingTheTermsChangesNothing) {
+TEST(EndToEnd, RefusingTheTermsChangesNothing) {
     const std::string before = BytesOf(Catalogue);
-    const WindowDriver user(CommandLine());
+    const WorkshopUser user;
     user.Press(user.WaitForScreen(ids::cmdStartInstall), ids::cmdStartInstall);
     const HWND agreement = user.WaitForScreen(ids::T_CONTRACT);
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(agreement, ids::B_OK))) << "nothing is chosen yet";
+    EXPECT_NE(TextOf(agreement, ids::T_CONTRACT).find(L"TERMS OF USE"), std::wstring::npos);
     user.Press(agreement, ids::O_Value + 2);
     user.Press(agreement, ids::B_OK);
     EXPECT_EQ(user.WaitForEnd(), 2U);
     EXPECT_EQ(BytesOf(Catalogue), before);
 }
 
-TEST_F(EndToEnd, CancellingAtTheFolderKeepsWhatIsInstalledAndSaysSo) {
-    const WindowDriver user(CommandLine());
-    Agree(user);
-    WaitForResult(user, [&](HWND directory) {
-        user.Press(directory, ids::B_Cancel);
-        const HWND box = user.WaitForDialogOver(directory);
-        PostMessageW(box, WM_COMMAND, IDYES, 0);
-    });
-    const HWND result = user.WaitForScreen(ids::vaSpread);
-    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1),
-              L"The installation was cancelled before all manuals were installed.");
-    EXPECT_EQ(Leave(user), 5U);
-    for (const auto& [pubNo, row] : ReadCatalogue()) {
-        EXPECT_TRUE(Exists(row.Path + L"\\contents\\index.html")) << row.Path.size();
-    }
-}
-
-TEST_F(EndToEnd, TheProgramNeedsNothingButWindows) {
+TEST(EndToEnd, TheProgramNeedsNothingButWindows) {
     const std::set<std::string> imports = ImportsOf(ProgramFile);
     EXPECT_TRUE(imports.contains("user32.dll"));
     const std::set<std::string> ofWindows{"advapi32.dll", "bcrypt.dll",  "comctl32.dll", "gdi32.dll",   "kernel32.dll",

@@ -4,14 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 
 #include <windows.h>
 
 #include "screens/forms/ControlIds.h"
-#include "tests/windows/WindowDriver.h"
+#include "tests/windows/WorkshopUser.h"
 
 namespace mip {
 namespace {
@@ -19,27 +17,9 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path ProgramFolder = L"C:\\programs\\setup";
-const fs::path Library = L"C:\\Program Files\\Vantor\\Korvex\\Manual";
+const fs::path Library = ManagerFolder;
 const fs::path Viewer = L"C:\\Program Files\\Vantor\\Korvex\\View";
 const fs::path LocalInfo = L"C:\\man_info\\man_info_do.ci";
-
-void WriteText(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string ReadText(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::wstring Message(int number) {
-    wchar_t text[256]{};
-    const std::wstring digits = std::to_wstring(number);
-    const std::wstring key = L"M" + std::wstring(3 - digits.size(), L'0') + digits;
-    GetPrivateProfileStringW(L"MESSAGE", key.c_str(), L"", text, 256, (ProgramFolder / L"SysDir\\M09.ini").c_str());
-    return text;
-}
 
 class StartUp : public testing::Test {
   protected:
@@ -113,20 +93,20 @@ class FailedStart : public StartUp, public testing::WithParamInterface<ResultCas
 
 TEST_P(FailedStart, ShowsTheResultScreenAndChangesNothing) {
     GetParam().Damage();
-    const std::string catalogue = ReadText(Library / L"kvx3.mdb");
+    const std::string catalogue = BytesOf(Library / L"kvx3.mdb");
     const WindowDriver user(CommandLine());
     const HWND result = user.WaitForScreen(ids::vaSpread);
     EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), Message(GetParam().MessageNumber));
     EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 2), Message(24));
     user.Press(result, ids::B_OK);
     EXPECT_EQ(user.WaitForEnd(), 1U);
-    EXPECT_EQ(ReadText(Library / L"kvx3.mdb"), catalogue);
+    EXPECT_EQ(BytesOf(Library / L"kvx3.mdb"), catalogue);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     All, FailedStart,
     testing::Values(ResultCase{"NoDatabase", [] { fs::remove(Library / L"kvx3.mdb"); }, 19},
-                    ResultCase{"DatabaseIsText", [] { WriteText(Library / L"kvx3.mdb", "no database"); }, 20},
+                    ResultCase{"DatabaseIsText", [] { WriteBytes(Library / L"kvx3.mdb", "no database"); }, 20},
                     ResultCase{"DatabaseIsCut", [] { fs::resize_file(Library / L"kvx3.mdb", 5000); }, 20},
                     ResultCase{"DatabaseIsReadOnly",
                                [] { SetFileAttributesW((Library / L"kvx3.mdb").c_str(), FILE_ATTRIBUTE_READONLY); },
@@ -159,14 +139,14 @@ class StartPage : public StartUp {
         fs::create_directories(Viewer);
         fs::copy_file(L"D:\\programs\\View\\VBrowser.exe", Viewer / L"VBrowser.exe");
         fs::create_directories(L"C:\\Aria2020");
-        WriteText(L"C:\\index.html", "start page");
-        WriteText(ProgramFolder / L"man_info_do.ci", Disc);
+        WriteBytes(L"C:\\index.html", "start page");
+        WriteBytes(ProgramFolder / L"man_info_do.ci", Disc);
         SetEnvironmentVariableW(L"SAMPLE_CLOSE_AFTER", L"200");
     }
 
     static bool ViewerWasAskedForTheStartPage() {
         for (int look = 0; look < 100; ++look) {
-            if (ReadText(Viewer / L"VBrowser.log").find("VBrowser.exe\" C:\\index.html") != std::string::npos) {
+            if (BytesOf(Viewer / L"VBrowser.log").find("VBrowser.exe\" C:\\index.html") != std::string::npos) {
                 return true;
             }
             Sleep(20);
@@ -180,21 +160,21 @@ class StartPage : public StartUp {
 TEST_F(StartPage, OpensInTheViewerAndTheInformationIsCopied) {
     const WindowDriver user(CommandLine());
     EXPECT_EQ(user.WaitForEnd(), 3U);
-    EXPECT_TRUE(ViewerWasAskedForTheStartPage()) << ReadText(Viewer / L"VBrowser.log");
-    EXPECT_EQ(ReadText(LocalInfo), Disc);
+    EXPECT_TRUE(ViewerWasAskedForTheStartPage()) << BytesOf(Viewer / L"VBrowser.log");
+    EXPECT_EQ(BytesOf(LocalInfo), Disc);
 }
 
 TEST_F(StartPage, NewerInformationReplacesTheCopy) {
-    WriteText(LocalInfo, "Aria,Workshop,K1230MM,Aria2020,1,2020/04\r\n");
+    WriteBytes(LocalInfo, "Aria,Workshop,K1230MM,Aria2020,1,2020/04\r\n");
     const WindowDriver user(CommandLine());
     EXPECT_EQ(user.WaitForEnd(), 3U);
     EXPECT_TRUE(ViewerWasAskedForTheStartPage());
-    EXPECT_EQ(ReadText(LocalInfo), Disc);
+    EXPECT_EQ(BytesOf(LocalInfo), Disc);
 }
 
 TEST_F(StartPage, OlderInformationIsAskedAbout) {
     const std::string local = "Aria,Workshop,K1230MM,Aria2020,1,2020/06\r\n";
-    WriteText(LocalInfo, local);
+    WriteBytes(LocalInfo, local);
     for (const int answer : {IDNO, IDYES}) {
         const WindowDriver user(CommandLine());
         const HWND box = user.WaitForBox();
@@ -205,7 +185,7 @@ TEST_F(StartPage, OlderInformationIsAskedAbout) {
         EXPECT_EQ(user.WaitForEnd(), 3U);
     }
     EXPECT_TRUE(ViewerWasAskedForTheStartPage());
-    EXPECT_EQ(ReadText(LocalInfo), local);
+    EXPECT_EQ(BytesOf(LocalInfo), local);
 }
 
 TEST_F(StartPage, WithoutAPageTheProgramEndsWithoutAWindow) {
