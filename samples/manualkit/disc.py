@@ -1,4 +1,5 @@
-"""Writes the manuals' side of the disc: one folder a manual, the start page's list, the manual information files."""
+"""Writes the manuals' side of the disc: one folder a manual, the manager's own manual, the start page's list, the
+manual information files."""
 from html import escape
 import io
 from pathlib import Path
@@ -6,6 +7,7 @@ import zipfile
 
 from .handbook import handbook_pdf
 from .library import DISC, INSTALLED
+from .manager import manager_pdf
 from .pages import manual_files
 
 ZIP_TIME = (2023, 10, 2, 8, 0, 0)  # the same bytes from every run
@@ -123,5 +125,6 @@ def write_disc(root, start_page):
         write_manual(root, manual)
     page = Path(start_page).read_text(encoding="utf-8")
     write(root / "index.html", page.replace("<!-- manuals -->\n", manual_table()).encode("utf-8"))
+    write(root / "programs/man_manager/ManualManager_EN.pdf", manager_pdf())
     write(root / "programs/setup/man_info_do.ci", manual_info(DISC))
     write(root / "programs/setup/man_info_us.ci", manual_info(manual for manual in DISC if manual.language == "EN"))

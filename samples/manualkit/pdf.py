@@ -1,6 +1,8 @@
-"""A small PDF 1.4 writer: pages with text, lines and boxes in the two built-in Helvetica fonts, and bookmarks."""
+"""A small PDF 1.4 writer: pages with text, lines, boxes and form fields in the two built-in Helvetica fonts, and
+bookmarks."""
 
 WIDTH, HEIGHT = 595, 842  # A4 in points
+FIELD_LOOK = b"/F1 12 Tf 0.1 g"
 
 
 def pdf_text(text):
@@ -9,9 +11,18 @@ def pdf_text(text):
     return b"(" + escaped.encode("cp1252") + b")"
 
 
+def references(numbers):
+    return b" ".join(b"%d 0 R" % number for number in numbers)
+
+
 class PdfPage:
     def __init__(self):
         self.drawing = []
+        self.fields = []  # (name, rectangle)
+
+    def field(self, x, y, width, height, name):
+        """A text field that a program fills in, not the reader."""
+        self.fields.append((name, (x, y, x + width, y + height)))
 
     def text(self, x, y, text, size=10, bold=False, grey=0.1):
         font = "F2" if bold else "F1"
@@ -43,25 +54,30 @@ class PdfDocument:
         return self.pages[-1]
 
     def bytes(self):
-        """Objects: 1 catalogue, 2 page tree, 3 and 4 fonts, 5 information, 6 outline, then pages and bookmarks."""
+        """Objects: 1 catalogue, 2 page tree, 3 and 4 fonts, 5 information, 6 outline, then pages, bookmarks, fields."""
         first_page = 7
         first_mark = first_page + 2 * len(self.pages)
         page_number = [first_page + 2 * index for index in range(len(self.pages))]
-        kids = b" ".join(b"%d 0 R" % number for number in page_number)
+        kids = references(page_number)
+        first_field = first_mark + len(self.bookmarks)
+        fields = [(page, *field) for page in range(len(self.pages)) for field in self.pages[page].fields]
         objects = [
-            b"<< /Type /Catalog /Pages 2 0 R /Outlines 6 0 R /PageMode /UseOutlines >>",
+            b"<< /Type /Catalog /Pages 2 0 R /Outlines 6 0 R /PageMode /UseOutlines%s >>"
+            % self.form(range(first_field, first_field + len(fields))),
             b"<< /Type /Pages /Count %d /Kids [%s] >>" % (len(self.pages), kids),
-            b"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
-            b"<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica-Bold /Encoding /WinAnsiEncoding >>",
+            b"<< /Type /Font /Subtype /Type1 /Name /F1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
+            b"<< /Type /Font /Subtype /Type1 /Name /F2 /BaseFont /Helvetica-Bold /Encoding /WinAnsiEncoding >>",
             b"<< /Title %s /Author (Vantor) >>" % pdf_text(self.title),
             b"<< /Type /Outlines /Count %d /First %d 0 R /Last %d 0 R >>"
             % (len(self.bookmarks), first_mark, first_mark + len(self.bookmarks) - 1),
         ]
-        for number, page in zip(page_number, self.pages):
+        for index, (number, page) in enumerate(zip(page_number, self.pages)):
             stream = b"\n".join(page.drawing)
+            own_fields = [first_field + place for place, field in enumerate(fields) if field[0] == index]
             objects.append(
                 b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R"
-                b" /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >> >>" % (WIDTH, HEIGHT, number + 1)
+                b" /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >>%s >>"
+                % (WIDTH, HEIGHT, number + 1, b" /Annots [%s]" % references(own_fields) if own_fields else b"")
             )
             objects.append(b"<< /Length %d >>\nstream\n%s\nendstream" % (len(stream), stream))
         for index, (text, page) in enumerate(self.bookmarks):
@@ -71,7 +87,22 @@ class PdfDocument:
             objects.append(
                 b"<< /Title %s /Parent 6 0 R /Dest [%d 0 R /Fit]%s >>" % (pdf_text(text), page_number[page], links)
             )
+        for page, name, area in fields:
+            objects.append(
+                b"<< /Type /Annot /Subtype /Widget /FT /Tx /Ff 1 /F 4 /T %s /V () /DA (%s) /P %d 0 R"
+                b" /Rect [%d %d %d %d] >>" % (pdf_text(name), FIELD_LOOK, page_number[page], *area)
+            )
         return self.assemble(objects)
+
+    @staticmethod
+    def form(numbers):
+        """The catalogue's entry for the fields with these object numbers. A viewer draws them itself."""
+        if not numbers:
+            return b""
+        return b" /AcroForm << /Fields [%s] /NeedAppearances true /DR << /Font << /F1 3 0 R >> >> /DA (%s) >>" % (
+            references(numbers),
+            FIELD_LOOK,
+        )
 
     @staticmethod
     def assemble(objects):

@@ -1,4 +1,5 @@
-// Setup of the sample manual manager: puts ManualManager.exe into the folder of the manual library.
+// Setup of the sample manual manager: puts ManualManager.exe and its PDF manual into the folder of the
+// manual library.
 #include "samples/setups/SampleSetup.h"
 
 #include <windows.h>
@@ -18,6 +19,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
         }
         mip::CreateFolderTree(folder);
         mip::InstallFile(L"ManualManager.exe", folder);
+        mip::InstallFile(L"ManualManager_EN.pdf", folder);
         return 0;
     } catch (const std::exception&) {
         return 1;
