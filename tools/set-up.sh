@@ -13,6 +13,8 @@ packages=(
     dpkg-dev make patch xz-utils tcl
     # samples and what looks at them
     sqlite3 zip unzip python3 xorriso zstd
+    # reading the version stamp as a PDF program does
+    libpdf-fdf-simple-perl libcam-pdf-perl
     # running Windows programs
     wine wine32:i386 xvfb fonts-liberation fonts-ipafont-gothic fonts-wine
 )

@@ -86,15 +86,18 @@ bool IsDiscEdition(const std::wstring& installedFolder, const std::wstring& manu
     });
 }
 
-bool RunOutside(const std::string& command) {
-    WriteBytes(L"C:\\outside\\command",
-               "cd \"$WINEPREFIX/drive_c\"\n(" + command +
-                   "\n) >outside/output 2>&1\necho $? >outside/new\nmv outside/new outside/status\n");
+std::string RunOutside(const std::string& command) {
     const std::wstring status = L"C:\\outside\\status";
     fs::remove(status);
-    WindowDriver shell(L"Z:\\bin\\sh -c \". \\\"$WINEPREFIX/drive_c/outside/command\\\"\"");
+    WriteBytes(L"C:\\outside\\command", "cd \"$WINEPREFIX/drive_c\"\n(" + command + "\n) >outside/output 2>&1\n" +
+                                            "echo $? >outside/new\nmv outside/new outside/status\n");
+    const WindowDriver shell(L"Z:\\bin\\sh -c \". \\\"$WINEPREFIX/drive_c/outside/command\\\"\"");
     shell.WaitUntil("a command outside Windows", [&] { return Exists(status); });
-    return BytesOf(status) == "0\n";
+    const std::string output = BytesOf(L"C:\\outside\\output");
+    if (BytesOf(status) != "0\n") {
+        throw std::runtime_error(output);
+    }
+    return output;
 }
 
 WorkshopUser::WorkshopUser(const std::wstring& switches)

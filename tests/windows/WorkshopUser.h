@@ -42,8 +42,9 @@ void KeepOnDisc(std::initializer_list<std::wstring> folders);
 void KeepOnDiscAlone(std::initializer_list<std::wstring> folders);
 /// The installed folder holds the disc's edition of this manual: every loose page on the disc is there, byte for byte.
 bool IsDiscEdition(const std::wstring& installedFolder, const std::wstring& manual);
-/// Runs a shell command of the machine that Wine runs on and waits until it has ended. False when it failed.
-bool RunOutside(const std::string& command);
+/// Runs a shell command of the machine that Wine runs on, in the folder that is drive C:, and returns what it printed.
+/// Throws std::runtime_error with that when it fails.
+std::string RunOutside(const std::string& command);
 
 /// A user of the installed program's screens, from its start to its end.
 class WorkshopUser : public WindowDriver {

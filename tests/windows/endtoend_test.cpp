@@ -57,6 +57,9 @@ TEST(EndToEnd, AUserInstallsTheDisc) {
     EXPECT_EQ(BytesOf(stamp),
               "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
               "/F (./ManualManager_EN.pdf) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
+    // Opened as forms data, the stamp fills the field of the manager's manual.
+    EXPECT_EQ(RunOutside("perl " MIP_FORM_FILLER " 'Program Files/Vantor/Korvex/Manual/mam_man.fdf' filled.pdf"),
+              "ver_mam_man=Ver 2.1.7\n");
 }
 
 TEST(EndToEnd, ASilentRunInstallsTheSameAndASecondOneFindsNothingToDo) {
