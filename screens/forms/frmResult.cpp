@@ -88,8 +88,11 @@ void frmResult::OnShown() {
 int frmResult::Arrange(int left, int top, int width) {
     const int textLeft = left + Px(72);
     const int textWidth = width - Px(72 + 16);
-    int bottom = PlaceText(Item(ids::L_ErrorMsg + 1), textLeft, top + Px(14), textWidth) + Px(6);
-    bottom = PlaceText(Item(ids::L_ErrorMsg + 2), textLeft, bottom, textWidth) + Px(14);
+    int bottom = PlaceText(Item(ids::L_ErrorMsg + 1), textLeft, top + Px(14), textWidth);
+    if (!outcome_.SubMessage.empty()) {
+        bottom = PlaceText(Item(ids::L_ErrorMsg + 2), textLeft, bottom + Px(6), textWidth);
+    }
+    bottom += Px(14);
     strip_ = Area(left, top, width, std::max(bottom - top, Px(68)));
     Place(Item(ids::L_NormalMsg), left, top, width, Px(28));
     if (!HasRows()) {
