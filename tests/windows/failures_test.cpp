@@ -16,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr wchar_t Brescot[] = L"Brescot2018_Workshop_EN";
+constexpr wchar_t Diagnosis[] = L"Diagnosis2023_PDF";
 constexpr wchar_t Halden[] = L"Halden2016_Body_EN";
 constexpr wchar_t Merivo[] = L"Merivo2020_Workshop_EN";
 constexpr wchar_t Ondari[] = L"Ondari2021_Workshop_EN";
@@ -55,15 +56,28 @@ void ExpectYesAndNoWithNoChosen(HWND box) {
     EXPECT_EQ(SendMessageW(GetDlgItem(box, IDYES), WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON, 0);
 }
 
-TEST(Failures, AManagerSetupThatIsGoneStopsTheRun) {
-    KeepOnDiscAlone({Merivo});
-    WriteBytes(L"D:\\programs\\man_manager\\setup.fail", "moves itself aside");
-    const auto rows = ReadCatalogue();
+TEST(Failures, WithoutManagerSetupOrWithADamagedNewCatalogueTheRunStops) {
+    const std::wstring setup = L"D:\\programs\\man_manager\\setup.exe";
+    const std::wstring order = L"D:\\programs\\man_manager\\setup.fail";
+    KeepOnDisc({Merivo});
+    WriteBytes(order, "moves itself aside");
+    const std::string catalogue = BytesOf(Catalogue);
+    {
+        const WorkshopUser user;
+        user.Install();
+        EXPECT_EQ(user.ResultTexts(), FailureTexts(18));
+        EXPECT_EQ(user.Leave(), 4U);
+    }
+    EXPECT_EQ(BytesOf(Catalogue), catalogue);
+
+    fs::rename(setup + L".aside", setup);
+    fs::remove(order);
+    fs::resize_file(L"D:\\programs\\setup\\kvx3new.mdb", 5000);
     const WorkshopUser user;
     user.Install();
-    EXPECT_EQ(user.ResultTexts(), FailureTexts(18));
+    EXPECT_EQ(user.ResultTexts(), FailureTexts(71));
     EXPECT_EQ(user.Leave(), 4U);
-    EXPECT_EQ(ReadCatalogue(), rows);
+    EXPECT_EQ(BytesOf(Catalogue), catalogue);
 }
 
 TEST(Failures, ACompanionThatFailsIsAskedAbout) {
@@ -117,8 +131,20 @@ TEST(Failures, ADamagedArchiveLeavesTheEditionBeforeAndWhatWasInstalled) {
 }
 
 TEST(Failures, ANewManualThatFailsIsNotRecorded) {
-    KeepOnDiscAlone({Merivo});
+    KeepOnDiscAlone({Merivo, Diagnosis});
     const auto rows = ReadCatalogue();
+    {
+        const std::wstring pdf = FolderOf(Diagnosis) + L"\\contents\\K8040PD.pdf";
+        WriteBytes(pdf, "copied by hand, and open");
+        const FileHandle lock = HoldAlone(pdf);
+        const WorkshopUser user;
+        user.Install();
+        EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
+        EXPECT_EQ(user.Leave(), 4U);
+    }
+    EXPECT_EQ(ReadCatalogue(), rows);
+
+    KeepOnDisc({Merivo});
     const std::string archive = BytesOf(ArchiveOf(Merivo));
     WriteBytes(ArchiveOf(Merivo), archive.substr(0, archive.size() - 1000));
     {
