@@ -9,6 +9,7 @@
 #include "app/modFile.h"
 #include "install/modPdf.h"
 #include "platform/Archives.h"
+#include "platform/Clusters.h"
 #include "platform/Files.h"
 
 namespace mip {
@@ -17,7 +18,7 @@ namespace {
 
 constexpr std::size_t EditionDigit = 4;
 
-/// Bytes of all files below a folder; 0 when it cannot be listed.
+/// Bytes that all files below a folder take on a drive; 0 when it cannot be listed.
 double FolderBytes(Platform& platform, const std::wstring& folder) {
     double bytes = 0;
     std::vector<std::wstring> open{folder};
@@ -27,7 +28,7 @@ double FolderBytes(Platform& platform, const std::wstring& folder) {
             open.pop_back();
             const FolderListing listing = platform.Folders.List(current);
             for (const std::wstring& name : listing.Files) {
-                bytes += static_cast<double>(platform.Files.Status(JoinPath(current, name)).Size);
+                bytes += static_cast<double>(SizeInClusters(platform.Files.Status(JoinPath(current, name)).Size));
             }
             for (const std::wstring& name : listing.Subfolders) {
                 open.push_back(JoinPath(current, name));

@@ -17,8 +17,8 @@ class Archives {
     /// entry's data agrees with its checksum. Reads the archive to its end, serving the message loop, and writes
     /// nothing: the last look before an installed edition is removed.
     virtual bool IsWhole(const std::wstring& archive) = 0;
-    /// Total size in bytes of the files that the archive's directory declares; throws PlatformError when it cannot
-    /// be read.
+    /// Bytes that the files which the archive's directory declares take on a drive, in whole clusters; throws
+    /// PlatformError when it cannot be read.
     virtual std::uint64_t DeclaredSize(const std::wstring& archive) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/Clusters.h"
 #include "platform/PlatformError.h"
 #include "platform/archive/ArchiveSystem.h"
 #include "platform/archive/SevenZipCommand.h"
@@ -51,7 +52,8 @@ std::uint64_t EmbeddedArchives::DeclaredSize(const std::wstring& archive) {
     const auto bytes = system_.OpenArchive(Unquoted(archive));
     std::uint64_t total = 0;
     VisitZipRecords(*bytes, FindZipDirectory(*bytes), [&](const ZipRecord& record) {
-        total = record.Size > UINT64_MAX - total ? UINT64_MAX : total + record.Size;
+        const std::uint64_t size = SizeInClusters(record.Size);
+        total = size > UINT64_MAX - total ? UINT64_MAX : total + size;
     });
     return total;
 }

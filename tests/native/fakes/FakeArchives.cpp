@@ -1,6 +1,7 @@
 #include "tests/native/fakes/FakeArchives.h"
 
 #include "app/TextTools.h"
+#include "platform/Clusters.h"
 
 namespace mip {
 
@@ -61,7 +62,7 @@ std::uint64_t FakeArchives::DeclaredSize(const std::wstring& archive) {
     }
     std::uint64_t size = 0;
     for (const auto& [name, bytes] : found->Content) {
-        size += bytes.size();
+        size += SizeInClusters(bytes.size());
     }
     return size;
 }
