@@ -55,6 +55,7 @@ function(mip_declare_test executable prefix)
     gtest_discover_tests(${executable}
         TEST_PREFIX ${prefix}
         DISCOVERY_MODE PRE_TEST
+        NO_PRETTY_VALUES
         DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120 ${arg_PROPERTIES})
 endfunction()

@@ -126,13 +126,17 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
     EXPECT_GT(n, 200U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Once, InstallationFaults,
-                         testing::Combine(testing::Values(&Faults::FailCall), testing::Range<std::size_t>(0, Shares)));
-INSTANTIATE_TEST_SUITE_P(FromThenOn, InstallationFaults,
-                         testing::Combine(testing::Values(&Faults::FailFrom), testing::Range<std::size_t>(0, Shares)));
-INSTANTIATE_TEST_SUITE_P(PowerCut, InstallationFaults,
-                         testing::Combine(testing::Values(&Faults::CutPowerAt),
-                                          testing::Range<std::size_t>(0, Shares)));
+auto EveryShareOf(Arming arm) {
+    return testing::Combine(testing::Values(arm), testing::Range<std::size_t>(0, Shares));
+}
+
+std::string ShareName(const testing::TestParamInfo<std::tuple<Arming, std::size_t>>& info) {
+    return "Share" + std::to_string(std::get<1>(info.param) + 1) + "Of" + std::to_string(Shares);
+}
+
+INSTANTIATE_TEST_SUITE_P(Once, InstallationFaults, EveryShareOf(&Faults::FailCall), ShareName);
+INSTANTIATE_TEST_SUITE_P(FromThenOn, InstallationFaults, EveryShareOf(&Faults::FailFrom), ShareName);
+INSTANTIATE_TEST_SUITE_P(PowerCut, InstallationFaults, EveryShareOf(&Faults::CutPowerAt), ShareName);
 
 }  // namespace
 }  // namespace mip
