@@ -20,14 +20,6 @@ void HandleMessage(MSG& message) {
     DispatchMessageW(&message);
 }
 
-int RunMessageLoop() {
-    MSG message{};
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        HandleMessage(message);
-    }
-    return static_cast<int>(message.wParam);
-}
-
 void ServeWaitingMessages() {
     MSG message{};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

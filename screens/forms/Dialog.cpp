@@ -48,7 +48,6 @@ void Dialog::Show() {
     if (window_ == nullptr) {
         ThrowLastError("create dialog", L"");
     }
-    host_.Add(window_);
     ShowWindow(window_, SW_SHOWNORMAL);
     SetForegroundWindow(window_);
     PostMessageW(window_, MessageShown, 0, 0);
@@ -62,6 +61,7 @@ void Dialog::RunModal(HWND owner) {
                                 reinterpret_cast<LPARAM>(this)) == -1) {
         ThrowLastError("create dialog", L"");
     }
+    host_.ThrowKept();
 }
 
 void Dialog::Close() {
@@ -111,7 +111,6 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             OnClose();
             return TRUE;
         case WM_NCDESTROY:
-            host_.Remove(window_);
             window_ = nullptr;
             return FALSE;
         default: {

@@ -2,31 +2,24 @@
 
 #include <utility>
 
+#include "platform/windows/MessageLoop.h"
+
 namespace mip {
 
 void FormHost::Run() {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        Dispatch(message);
+        HandleMessage(message);
+        ThrowKept();
     }
 }
 
 void FormHost::RunPending() {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-        Dispatch(message);
-    }
+    ServeWaitingMessages();
+    ThrowKept();
 }
 
-void FormHost::Dispatch(MSG& message) {
-    bool handled = false;
-    for (const HWND dialog : std::vector<HWND>(dialogs_)) {
-        handled = handled || IsDialogMessageW(dialog, &message) != 0;
-    }
-    if (!handled) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
+void FormHost::ThrowKept() {
     if (failure_) {
         std::rethrow_exception(std::exchange(failure_, nullptr));
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <vector>
 
 #include "screens/forms/WindowsHeader.h"
 
@@ -20,22 +19,17 @@ class FormHost {
     mip::Program& Program() { return program_; }
     ScreenFlow& Flow() { return flow_; }
 
-    void Add(HWND dialog) { dialogs_.push_back(dialog); }
-    void Remove(HWND dialog) { std::erase(dialogs_, dialog); }
-
     /// An exception must not leave a window procedure; it is kept here and goes on from the loop.
     void Keep(std::exception_ptr failure) { failure_ = failure_ ? failure_ : failure; }
+    void ThrowKept();
     /// Serves messages until the program ends. Throws what a form's handler threw.
     void Run();
     /// Serves the messages that wait and returns. Throws as Run does.
     void RunPending();
 
   private:
-    void Dispatch(MSG& message);
-
     mip::Program& program_;
     ScreenFlow flow_;
-    std::vector<HWND> dialogs_;
     std::exception_ptr failure_;
 };
 

@@ -17,8 +17,11 @@ class frmMenu final : public Form {
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
+    void Browse();
     void AddMenuButton(int id, std::int16_t message);
     void DrawMenuButton(const NMCUSTOMDRAW& draw) const;
+
+    bool browsing_ = false;
 };
 
 }  // namespace mip

@@ -6,7 +6,6 @@
 
 #include "platform/PlatformError.h"
 #include "platform/windows/Handle.h"
-#include "platform/windows/MessageLoop.h"
 #include "platform/windows/WindowsClock.h"
 #include "platform/windows/WindowsComputer.h"
 #include "platform/windows/WindowsFiles.h"
@@ -118,7 +117,9 @@ TEST_F(MessageLoopTest, AQuitMessageWaitsForTheLoop) {
     WindowsClock().YieldToMessages();
     WindowsClock().YieldToMessages();
     EXPECT_EQ(77, command_);
-    EXPECT_EQ(5, RunMessageLoop());
+    MSG message{};
+    EXPECT_EQ(0, GetMessageW(&message, nullptr, 0, 0));
+    EXPECT_EQ(5u, message.wParam);
 }
 
 TEST(WindowsComputerTest, OnlyAnEarlierInstanceOfTheSameNameCounts) {

@@ -120,7 +120,11 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
     EXPECT_GT(looks, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"09", L"11"));
+std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language) {
+    return language.param == std::wstring(L"11") ? "Japanese" : "English";
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"09", L"11"), LanguageName);
 
 TEST_F(FormsTest, TheAgreementNeedsAChoice) {
     for (const auto& [option, screens, exitCode] :
