@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -96,25 +96,6 @@ std::optional<std::wstring> FindMisplaced(const Switches& switches) {
 }
 
 }  // namespace
-
-std::vector<std::wstring> SplitArguments(std::wstring_view commandLine) {
-    std::vector<std::wstring> arguments;
-    bool inQuotes = false;
-    bool inArgument = false;
-    for (const wchar_t character : commandLine) {
-        const bool separates = !inQuotes && (character == L' ' || character == L'\t');
-        if (!separates && !inArgument) {
-            arguments.emplace_back();
-        }
-        inArgument = !separates;
-        if (character == L'"') {
-            inQuotes = !inQuotes;
-        } else if (!separates) {
-            arguments.back() += character;
-        }
-    }
-    return arguments;
-}
 
 Switches ReadSwitches(const std::vector<std::wstring>& arguments) {
     Switches switches;

@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -38,10 +37,6 @@ class BadSwitch : public std::runtime_error {
     std::wstring text_;
     Switches others_;
 };
-
-/// The arguments of a command line that starts after the program's name. Quotes hold blanks together and are taken
-/// away; a backslash is an ordinary character, so that a quoted folder may end in one.
-std::vector<std::wstring> SplitArguments(std::wstring_view commandLine);
 
 /// Reads the arguments after the program's name. Names are compared without regard to case; values keep theirs and may
 /// be quoted. Throws BadSwitch for the first bad one.

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/DateText.h"
-#include "app/TextTools.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -1,7 +1,6 @@
 #include "app/modFile.h"
 
 #include "app/Program.h"
-#include "app/TextTools.h"
 #include "install/modShell.h"
 #include "platform/Clock.h"
 #include "platform/Computer.h"
@@ -9,6 +8,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
 #include "security/modAcl.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

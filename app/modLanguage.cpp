@@ -1,8 +1,8 @@
 #include "app/modLanguage.h"
 
-#include "app/TextTools.h"
 #include "platform/Computer.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

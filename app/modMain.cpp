@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "app/TextTools.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modLanguage.h"
 #include "app/modRegistry.h"
@@ -18,6 +18,7 @@
 #include "platform/Processes.h"
 #include "screens/modBrowser.h"
 #include "security/modGetUsersName.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -25,15 +26,7 @@ namespace {
 constexpr wchar_t FixedTitle[] = L"Manual Install Program";
 constexpr std::int16_t KeepTemporary = 1;
 
-/// Numbers of the messages that a failed start shows.
-namespace messages {
-constexpr std::int16_t NoDatabase = 19;
-constexpr std::int16_t DatabaseNotOpened = 20;
-constexpr std::int16_t Stopped = 24;
-constexpr std::int16_t DatabaseReadOnly = 67;
-constexpr std::int16_t ManagerRunning = 70;
-constexpr std::int16_t None = 0;
-}  // namespace messages
+constexpr std::int16_t NoFailure = 0;
 
 [[noreturn]] void EndWith(Program& program, ExitCode code) {
     program.Outcome.ExitCode = static_cast<std::uint32_t>(code);
@@ -66,6 +59,22 @@ void StartLog(Program& program) {
     program.Log.Write(L"start-up", L"", L"started");
 }
 
+std::wstring SysDirOf(const Program& program) {
+    return JoinPath(program.Platform.Computer.ProgramFolder(), L"SysDir");
+}
+
+std::wstring ChooseLanguage(const Program& program) {
+    return program.Switches.Language.empty() ? GetLanguageCode(program.Platform.Computer) : program.Switches.Language;
+}
+
+/// Switches are read before the settings: a disc without message files still names the bad one.
+std::wstring BadSwitchText(Program& program) {
+    program.Paths.SysDirPath = SysDirOf(program);
+    program.Identity.LanguageCode = ChooseLanguage(program);
+    const std::wstring text = GetMessageText(program, messages::BadSwitch);
+    return text.empty() ? L"Unknown or incomplete switch: " : text;
+}
+
 void TakeSwitches(Program& program, const std::vector<std::wstring>& arguments) {
     try {
         program.Switches = ReadSwitches(arguments);
@@ -73,14 +82,14 @@ void TakeSwitches(Program& program, const std::vector<std::wstring>& arguments) 
     } catch (const BadSwitch& bad) {
         program.Switches = bad.Others();
         StartLog(program);
-        FailStart(program, L"Unknown or incomplete switch: " + bad.Text());
+        FailStart(program, BadSwitchText(program) + bad.Text());
     }
 }
 
 void LoadSettings(Program& program) {
     Paths& paths = program.Paths;
     paths.ProgramFolder = program.Platform.Computer.ProgramFolder();
-    paths.SysDirPath = JoinPath(paths.ProgramFolder, L"SysDir");
+    paths.SysDirPath = SysDirOf(program);
     paths.SysParameterPath = JoinPath(paths.SysDirPath, L"SysParameter.ini");
     if (!program.Platform.Files.Exists(paths.SysParameterPath)) {
         FailStart(program, L"System Parameter File None");
@@ -94,8 +103,7 @@ void FindPlacesAndNames(Program& program) {
     Paths& paths = program.Paths;
     Identity& identity = program.Identity;
     Platform& platform = program.Platform;
-    identity.LanguageCode =
-        program.Switches.Language.empty() ? GetLanguageCode(platform.Computer) : program.Switches.Language;
+    identity.LanguageCode = ChooseLanguage(program);
     paths.RmDirBatPath = JoinPath(paths.SysDirPath, L"RmDir.bat");
     ReadInstallPaths(program);
     identity.UserName = GetLoginUserName(platform);
@@ -115,7 +123,7 @@ void FindPlacesAndNames(Program& program) {
     EndProgram(program, KeepTemporary);
 }
 
-/// The number of the message that says why the catalogue database cannot be used, or messages::None.
+/// The number of the message that says why the catalogue database cannot be used, or NoFailure.
 std::int16_t OpenCatalogue(Program& program) {
     Paths& paths = program.Paths;
     program.CatalogDb = std::make_unique<clsMDB>(program.Platform);
@@ -135,13 +143,12 @@ std::int16_t OpenCatalogue(Program& program) {
     if (!program.CatalogDb->Pcls_MdbOpen(paths.MdbPath)) {
         return messages::DatabaseNotOpened;
     }
-    return IsFileWritable(program.Platform, paths.MdbPath) ? messages::None : messages::DatabaseReadOnly;
+    return IsFileWritable(program.Platform, paths.MdbPath) ? NoFailure : messages::DatabaseReadOnly;
 }
 
 void ShowFailure(Program& program, Screens& screens, std::int16_t message) {
     Outcome& outcome = program.Outcome;
-    outcome.ResultMessage = GetMessageText(program, message);
-    outcome.ResultSubMessage = GetMessageText(program, messages::Stopped);
+    FailRun(program, message);
     outcome.ResultKind = false;
     outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::CouldNotStart);
     program.Log.Write(L"start-up", L"", outcome.ResultMessage + L' ' + outcome.ResultSubMessage);
@@ -173,7 +180,7 @@ void StartUp(Program& program, Screens& screens, const std::vector<std::wstring>
     }
     program.DiscCatalogue.Clear();
     const std::int16_t failure = OpenCatalogue(program);
-    if (failure == messages::None) {
+    if (failure == NoFailure) {
         ShowFirstScreen(program, screens);
     } else {
         ShowFailure(program, screens, failure);

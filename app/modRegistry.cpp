@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "platform/Files.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
 #include "install/modShell.h"
 #include "platform/Files.h"
 #include "platform/ProfileFiles.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

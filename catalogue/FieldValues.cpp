@@ -3,8 +3,8 @@
 #include <array>
 #include <charconv>
 
-#include "app/Checked.h"
-#include "app/DateText.h"
+#include "text/Checked.h"
+#include "text/DateText.h"
 
 namespace mip {
 namespace {

@@ -1,7 +1,7 @@
 #include "catalogue/Statements.h"
 
-#include "app/DateText.h"
 #include "app/modFile.h"
+#include "text/DateText.h"
 
 namespace mip::statements {
 namespace {

@@ -3,8 +3,7 @@
 #include <exception>
 #include <vector>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
@@ -12,14 +11,14 @@
 #include "install/modFolderCopy.h"
 #include "install/modPdf.h"
 #include "platform/Files.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
 
 constexpr wchar_t CatalogueFile[] = L"car_info.ci";
 constexpr wchar_t CatalogueSection[] = L"CAR_INFO";
-constexpr std::int16_t DatabaseErrorMessage = 20;
-constexpr std::int16_t StoppedMessage = 24;
 constexpr std::size_t RevisionPosition = 4;  // of the revision digit in a publication number
 
 constexpr wchar_t Yes[] = L"1";
@@ -174,7 +173,8 @@ void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
     }
     const MdbStatus status = FindInstalledRecord(program, record.Pub_No);
     if (status == MdbError) {
-        StopScan(catalogue, GetMessageText(program, DatabaseErrorMessage), GetMessageText(program, StoppedMessage));
+        StopScan(catalogue, GetMessageText(program, messages::DatabaseNotOpened),
+                 GetMessageText(program, messages::WhatNow));
         return;
     }
     LocateContent(program, folderName, record);

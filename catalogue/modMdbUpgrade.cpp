@@ -4,7 +4,6 @@
 #include <map>
 #include <memory>
 
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "catalogue/Transaction.h"
@@ -13,6 +12,7 @@
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 #include "security/modAddFullAccess.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <exception>
 
-#include "app/Checked.h"
 #include "catalogue/FieldValues.h"
 #include "catalogue/Statements.h"
+#include "text/Checked.h"
 
 namespace mip {
 namespace {

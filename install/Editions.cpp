@@ -4,13 +4,13 @@
 #include <exception>
 #include <map>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "install/modPdf.h"
 #include "platform/Archives.h"
 #include "platform/Clusters.h"
 #include "platform/Files.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -2,17 +2,18 @@
 
 #include <exception>
 
-#include "app/Checked.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
+#include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
 #include "install/Editions.h"
-#include "install/RunMessages.h"
 #include "install/modFolderCopy.h"
 #include "install/modShell.h"
 #include "install/modUnZip.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
+#include "text/Checked.h"
 
 namespace mip {
 
@@ -106,7 +107,7 @@ bool ManualWorker::IsFitToReplace() {
     }
     const MdbStatus baseStatus = baseEdition.empty() ? MdbEnd : FindInstalledRecord(program_, baseEdition);
     if (baseStatus == MdbError) {
-        FailRun(program_, messages::CatalogueNotWritable);
+        FailRun(program_, messages::DatabaseReadOnly);
         return false;
     }
     const bool replaces = !Manual().InstalledPath.empty() || baseStatus == MdbOk;
@@ -221,7 +222,7 @@ bool ManualWorker::CopyPlainManual() {
         return false;
     }
     if (!MarkForAdjustment(*program_.CatalogDb, Manual().Pub_No)) {
-        FailRun(program_, messages::CatalogueNotWritable);
+        FailRun(program_, messages::DatabaseReadOnly);
         return false;
     }
     bars_.Start(Bar::Copy, 0, static_cast<float>(count), 0);
@@ -245,12 +246,12 @@ CopyProgress ManualWorker::CopyBarProgress() {
 /// the first result text and the second keeps what it had.
 bool ManualWorker::Record() {
     if (!program_.Platform.Files.Exists(program_.Paths.MdbPath)) {
-        program_.Outcome.ResultMessage = GetMessageText(program_, messages::CatalogueNotWritable);
+        program_.Outcome.ResultMessage = GetMessageText(program_, messages::DatabaseReadOnly);
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::WhatNow);
         return false;
     }
     if (!RegisterInstalledManual(program_, Manual(), Manual().InstalledPath, Manual().InstallState)) {
-        FailRun(program_, messages::CatalogueNotWritable);
+        FailRun(program_, messages::DatabaseReadOnly);
         return false;
     }
     ++program_.Outcome.ManualsRecorded;
@@ -259,7 +260,7 @@ bool ManualWorker::Record() {
 
 /// Gives the manual up because the catalogue does not take a change.
 void ManualWorker::FailWithCatalogue(const std::wstring& pubNo) {
-    FailRun(program_, messages::CatalogueNotWritable);
+    FailRun(program_, messages::DatabaseReadOnly);
     throw PlatformError("catalogue change", pubNo, 0);
 }
 

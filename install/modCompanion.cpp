@@ -2,28 +2,25 @@
 
 #include <exception>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
+#include "app/Messages.h"
+#include "app/TextFile.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "install/modShell.h"
 #include "install/modShortcut.h"
 #include "platform/FileVersions.h"
 #include "platform/Files.h"
+#include "text/Checked.h"
 
 namespace mip {
 
 namespace {
 
-constexpr std::int16_t ShortcutNameMessage = 43;
-constexpr std::int16_t ManagerFailedMessage = 18;
-constexpr std::int16_t WhatNowMessage = 24;
-
 void MakeManagerShortcut(Program& program) {
     if (program.Settings.ShortcutIconFlag == 0) {
         return;
     }
-    const std::wstring name = GetMessageText(program, ShortcutNameMessage);
+    const std::wstring name = GetMessageText(program, messages::ShortcutName);
     CreateProgramShortcut(program.Platform, GetShortcutPath(program.Platform, specialFolders::Programs, name),
                           JoinPath(program.Paths.InstallDir, program.Settings.McpExeName));
 }
@@ -56,8 +53,7 @@ bool InstallManagerProgram(Program& program, const std::wstring& setupPath) {
     } catch (const std::exception&) {
         return false;
     }
-    program.Outcome.ResultMessage = GetMessageText(program, ManagerFailedMessage);
-    program.Outcome.ResultSubMessage = GetMessageText(program, WhatNowMessage);
+    FailRun(program, messages::ManagerFailed);
     return false;
 }
 
@@ -72,7 +68,7 @@ bool InstallViewerProgram(Program& program, const std::wstring& setupPath) {
 }
 
 std::wstring ReadLastLine(Platform& platform, const std::wstring& file) {
-    const auto lines = SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer));
+    const auto lines = ReadTextLines(platform, file);
     return lines.empty() ? std::wstring() : lines.back();
 }
 

@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

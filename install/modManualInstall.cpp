@@ -3,12 +3,12 @@
 #include <exception>
 
 #include "app/ExitCode.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMdbUpgrade.h"
-#include "install/RunMessages.h"
 #include "install/modCompanion.h"
 #include "install/modPdf.h"
 #include "manualinfo/modManualInfo.h"
@@ -30,11 +30,11 @@ struct StepCaptions {
 StepCaptions CaptionsOf(Step step) {
     switch (step) {
         case Step::Programs:
-            return {9, 10, 11};
+            return {messages::ProgramsWaiting, messages::ProgramsRunning, messages::ProgramsDone};
         case Step::Catalogue:
-            return {12, 13, 14};
+            return {messages::CatalogueWaiting, messages::CatalogueRunning, messages::CatalogueDone};
         case Step::Manuals:
-            return {15, 16, 17};
+            return {messages::ManualsWaiting, messages::ManualsRunning, messages::ManualsDone};
     }
     return {};
 }

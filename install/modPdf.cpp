@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "platform/Computer.h"
@@ -11,8 +12,6 @@
 namespace mip {
 
 namespace {
-
-constexpr std::int16_t PdfFileNameMessage = 60;
 
 /// The stamp as Forms Data Format 1.2 (PDF reference, "Forms Data Format"): one field and the PDF that it belongs to.
 std::wstring StampText(const std::wstring& version, const std::wstring& pdfFileName) {
@@ -76,7 +75,7 @@ bool WriteVersionStamp(Program& program, const std::wstring& version) {
     try {
         const std::wstring path = program.Paths.InstallDir + L"\\mam_man.fdf";
         ClearReadOnly(program.Platform.Files, path);
-        const std::wstring text = StampText(version, GetMessageText(program, PdfFileNameMessage));
+        const std::wstring text = StampText(version, GetMessageText(program, messages::PdfFileName));
         program.Platform.Files.Write(path, program.Platform.Computer.ToSystemCodePage(text));
         return GrantFullAccess(program, path);
     } catch (const std::exception&) {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/Checked.h"
 #include "platform/Clock.h"
 #include "platform/Processes.h"
+#include "text/Checked.h"
 
 namespace mip {
 

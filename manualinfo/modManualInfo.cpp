@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "app/Checked.h"
-#include "app/DateText.h"
-#include "app/TextTools.h"
+#include "app/Messages.h"
+#include "app/TextFile.h"
 #include "app/modFile.h"
 #include "app/modMain.h"
 #include "app/modSysParameter.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
+#include "text/Checked.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -21,10 +23,6 @@ constexpr wchar_t LocalManualInfoPath[] = L"C:\\man_info\\man_info_do.ci";
 constexpr wchar_t InfoFile[] = L"man_info_do.ci";
 constexpr wchar_t UserInfoFile[] = L"man_info_us.ci";
 constexpr std::int16_t KeepTemporary = 1;
-
-constexpr std::int16_t OlderEntryMessage = 72;
-constexpr std::int16_t OlderEntriesMessage = 73;
-constexpr std::int16_t GoOnMessage = 74;
 
 /// One line of a manual information file. Fields 2 and 4 are not used.
 struct ManualInfoEntry {
@@ -55,7 +53,7 @@ ManualInfoEntry ReadEntry(const std::wstring& line) {
 
 std::vector<ManualInfoEntry> ReadEntries(Platform& platform, const std::wstring& file) {
     std::vector<ManualInfoEntry> entries;
-    for (const std::wstring& line : SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer))) {
+    for (const std::wstring& line : ReadTextLines(platform, file)) {
         entries.push_back(ReadEntry(line));
     }
     return entries;
@@ -68,7 +66,7 @@ DateTime FindLocalDate(const std::vector<ManualInfoEntry>& localEntries, const s
 }
 
 std::wstring OlderEntryLine(const Program& program, const ManualInfoEntry& entry) {
-    std::wstring line = GetMessageText(program, OlderEntryMessage);
+    std::wstring line = GetMessageText(program, messages::OlderEntry);
     line = ReplaceAll(line, L"@1", entry.Field0);
     line = ReplaceAll(line, L"@2", entry.Field1);
     line = ReplaceAll(line, L"@3", entry.Key);
@@ -150,7 +148,7 @@ int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {
     for (const std::wstring& line : check.OlderEntryLines) {
         text += ReplaceAll(line, L"|", L"\r") + L'\r';
     }
-    text += GetMessageText(program, OlderEntriesMessage) + L'\r' + GetMessageText(program, GoOnMessage);
+    text += GetMessageText(program, messages::OlderEntries) + L'\r' + GetMessageText(program, messages::GoOn);
     return program.Platform.MessageBoxes.Show(text, boxes::Exclamation | boxes::YesNo, L"Vantor Manual Information");
 }
 

@@ -1,12 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
+
+#include "text/DateTime.h"
 
 namespace mip {
-
-/// Local wall-clock time to the second, as the catalogue records it.
-using DateTime = std::chrono::local_seconds;
 
 class Clock {
   public:

@@ -5,7 +5,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/Clock.h"
+#include "text/DateTime.h"
 
 namespace mip {
 

@@ -1,6 +1,6 @@
 #include "screens/AgreementScreen.h"
 
-#include "app/TextTools.h"
+#include "app/TextFile.h"
 #include "app/modFile.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
@@ -16,7 +16,7 @@ std::wstring LoadAgreementText(const Program& program) {
             continue;
         }
         try {
-            for (const std::wstring& line : SplitLines(DecodeTextFile(platform.Files.Read(file), platform.Computer))) {
+            for (const std::wstring& line : ReadTextLines(platform, file)) {
                 text += line + L"\r\n";
             }
         } catch (const PlatformError&) {

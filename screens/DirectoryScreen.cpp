@@ -4,14 +4,14 @@
 #include <exception>
 #include <stdexcept>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
-#include "install/RunMessages.h"
 #include "install/modPdf.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
@@ -52,15 +52,16 @@ DirectoryTexts LoadDirectoryScreen(Program& program) {
     const auto message = [&](std::int16_t number) { return GetMessageText(program, number); };
 
     DirectoryTexts texts;
-    texts.Caption = message(34);
+    texts.Caption = message(messages::Caption);
     texts.Name = entry.Model_desc + L" (Ver." + entry.Version + L")";
-    texts.Instructions = {ReplaceAll(message(59), L"@", std::to_wstring(program.Installation.NoFolderCount)),
-                          message(27), message(28)};
-    texts.Change = message(31);
-    texts.Ok = message(6);
-    texts.Cancel = message(32);
-    texts.Frame = L"  " + message(33) + L"  ";
-    texts.FolderQuestion = message(21);
+    texts.Instructions = {
+        ReplaceAll(message(messages::WhichNewManual), L"@", std::to_wstring(program.Installation.NoFolderCount)),
+        message(messages::FolderInstructions1), message(messages::FolderInstructions2)};
+    texts.Change = message(messages::ChangeFolder);
+    texts.Ok = message(messages::Ok);
+    texts.Cancel = message(messages::Cancel);
+    texts.Frame = L"  " + message(messages::FolderFrame) + L"  ";
+    texts.FolderQuestion = message(messages::ChooseFolder);
     return texts;
 }
 
@@ -81,12 +82,12 @@ bool ConfirmFolder(Program& program, const std::wstring& shownFolder) {
 }
 
 bool CancelFolder(Program& program) {
-    const int answer = program.Platform.MessageBoxes.Show(GetMessageText(program, 29),
+    const int answer = program.Platform.MessageBoxes.Show(GetMessageText(program, messages::ReallyCancel),
                                                           boxes::Exclamation | boxes::YesNo, program.WindowTitle);
     if (answer != boxes::AnswerYes) {
         return false;
     }
-    FailRun(program, 25);
+    FailRun(program, messages::Cancelled);
     program.Installation.InstallPath.clear();
     return true;
 }

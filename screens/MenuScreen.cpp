@@ -1,5 +1,6 @@
 #include "screens/MenuScreen.h"
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Shell.h"
@@ -17,7 +18,8 @@ void OpenInstallationGuide(Program& program) {
     // The disc root ends in a backslash already; the shell takes the doubled one.
     const std::wstring page = program.Paths.DiscRootPath + L"\\install.html";
     if (program.Platform.Shell.OpenDocument(L"Open", page, ShowMaximised) < LowestSuccess) {
-        program.Platform.MessageBoxes.Show(GetMessageText(program, 88), boxes::Exclamation, program.WindowTitle);
+        program.Platform.MessageBoxes.Show(GetMessageText(program, messages::GuideNotOpened), boxes::Exclamation,
+                                           program.WindowTitle);
     }
 }
 

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <exception>
 
-#include "app/Checked.h"
-#include "app/DateText.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "install/modShortcut.h"
 #include "platform/Files.h"
 #include "security/modAcl.h"
+#include "text/Checked.h"
+#include "text/DateText.h"
 
 namespace mip {
 
@@ -18,7 +19,6 @@ namespace {
 constexpr wchar_t Yes[] = L"1";
 constexpr wchar_t ColourHighlighted[] = L"0";
 constexpr wchar_t ColourPlain[] = L"1";
-constexpr std::int16_t ShortcutName = 43;
 
 std::wstring FiveDigits(std::int32_t number) {
     const std::wstring digits = std::to_wstring(number);
@@ -45,7 +45,7 @@ OutcomeTexts GetOutcomeTexts(const Program& program) {
     if (!outcome.ResultMessage.empty() || !outcome.ResultSubMessage.empty()) {
         return {false, outcome.ResultMessage, outcome.ResultSubMessage};
     }
-    return {true, GetMessageText(program, 64), GetMessageText(program, 65)};
+    return {true, GetMessageText(program, messages::Succeeded1), GetMessageText(program, messages::Succeeded2)};
 }
 
 std::vector<std::int16_t> BuildSortOrder(const DiscCatalogue& catalogue) {
@@ -77,9 +77,9 @@ void SortDiscCatalogue(DiscCatalogue& catalogue, const std::vector<std::int16_t>
 }
 
 StatusTexts::StatusTexts(const Program& program)
-    : new_(GetMessageText(program, 52)),
-      updated_(GetMessageText(program, 53)),
-      unchanged_(GetMessageText(program, 54)),
+    : new_(GetMessageText(program, messages::StatusNew)),
+      updated_(GetMessageText(program, messages::StatusUpdated)),
+      unchanged_(GetMessageText(program, messages::StatusUnchanged)),
       notImported_(L"取込対象外") {}
 
 const std::wstring& StatusTexts::Of(const std::wstring& code, const std::wstring& previous) const {
@@ -108,7 +108,8 @@ bool ResultList::Load() {
 
 void ResultList::SetGridHeaders() {
     std::int32_t col = 0;
-    for (const std::int16_t message : std::initializer_list<std::int16_t>{35, 37, 38, 68, 69, 55}) {
+    for (const std::int16_t message : {messages::ColumnModel, messages::ColumnYear, messages::ColumnLanguage,
+                                       messages::ColumnPublication, messages::ColumnVersion, messages::ColumnStatus}) {
         spread_.SpdItemSet(grid_, 0, ++col, ColourPlain, GetMessageText(program_, message));
     }
 }
@@ -148,12 +149,12 @@ bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& m
 bool MayOfferDesktopShortcut(const Program& program) {
     Files& files = program.Platform.Files;
     return program.Settings.ShortcutIconFlag != 0 && files.Exists(ManagerProgram(program)) &&
-           !files.Exists(
-               GetShortcutPath(program.Platform, specialFolders::CommonDesktop, GetMessageText(program, ShortcutName)));
+           !files.Exists(GetShortcutPath(program.Platform, specialFolders::CommonDesktop,
+                                         GetMessageText(program, messages::ShortcutName)));
 }
 
 void MakeDesktopShortcut(Program& program) {
-    CreateDesktopShortcut(program.Platform, GetMessageText(program, ShortcutName), ManagerProgram(program));
+    CreateDesktopShortcut(program.Platform, GetMessageText(program, messages::ShortcutName), ManagerProgram(program));
 }
 
 bool NothingWasInstalled(const Outcome& outcome) {

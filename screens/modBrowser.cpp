@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <chrono>
 
-#include "app/TextTools.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 #include "platform/Processes.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

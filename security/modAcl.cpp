@@ -5,10 +5,10 @@
 #include <optional>
 #include <vector>
 
-#include "app/TextTools.h"
 #include "catalogue/modMDB.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -1,9 +1,9 @@
 #include "security/modAddFullAccess.h"
 
-#include "app/TextTools.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

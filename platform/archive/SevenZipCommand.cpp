@@ -4,35 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "text/Arguments.h"
+
 namespace mip {
 
 namespace {
-
-bool IsBlank(wchar_t character) {
-    return character == L' ' || character == L'\t';
-}
-
-std::vector<std::wstring> SplitArguments(std::wstring_view commandLine) {
-    std::vector<std::wstring> arguments;
-    bool inArgument = false;
-    bool quoted = false;
-    for (const wchar_t character : commandLine) {
-        if (IsBlank(character) && !quoted) {
-            inArgument = false;
-            continue;
-        }
-        if (!inArgument) {
-            arguments.emplace_back();
-            inArgument = true;
-        }
-        if (character == L'"') {
-            quoted = !quoted;
-        } else {
-            arguments.back() += character;
-        }
-    }
-    return arguments;
-}
 
 bool EqualsIgnoringCase(std::wstring_view text, std::wstring_view lower) {
     return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](wchar_t left, wchar_t right) {

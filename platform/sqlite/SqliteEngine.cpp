@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "app/TextTools.h"
 #include "platform/sqlite/CatalogueSchema.h"
 #include "platform/sqlite/SqliteConnection.h"
 #include "platform/sqlite/SqliteFunctions.h"
 #include "platform/sqlite/SqliteRecordset.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <exception>
 
-#include "app/DateText.h"
-#include "app/TextTools.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

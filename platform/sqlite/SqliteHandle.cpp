@@ -1,6 +1,6 @@
 #include "platform/sqlite/SqliteHandle.h"
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

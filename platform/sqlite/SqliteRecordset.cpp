@@ -1,8 +1,8 @@
 #include "platform/sqlite/SqliteRecordset.h"
 
-#include "app/Checked.h"
-#include "app/DateText.h"
-#include "app/TextTools.h"
+#include "text/Checked.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
+#include "platform/ScopeGuard.h"
 #include "screens/MenuScreen.h"
 #include "screens/forms/ControlIds.h"
 #include "screens/modBrowser.h"
@@ -22,12 +24,12 @@ Glyph GlyphOf(int button) {
 }  // namespace
 
 void frmMenu::OnLoad() {
-    const std::wstring caption = GetMessageText(Program(), 84);
+    const std::wstring caption = GetMessageText(Program(), messages::MenuCaption);
     SetCaption(caption);
     AddHeader(ids::lblTitle, caption, 22, true, 96);
-    AddMenuButton(ids::cmdDispManual, 85);
-    AddMenuButton(ids::cmdStartInstall, 86);
-    AddMenuButton(ids::cmdBrowseManual, 93);
+    AddMenuButton(ids::cmdDispManual, messages::MenuGuide);
+    AddMenuButton(ids::cmdStartInstall, messages::MenuInstall);
+    AddMenuButton(ids::cmdBrowseManual, messages::MenuBrowse);
     Finish(560);
     SendMessageW(Window(), DM_SETDEFID, ids::cmdStartInstall, 0);
     SetFocus(Item(ids::cmdStartInstall));
@@ -47,7 +49,7 @@ int frmMenu::Arrange(int left, int top, int width) {
 }
 
 void frmMenu::OnCommand(int control, int notification) {
-    if (notification != BN_CLICKED) {
+    if (notification != BN_CLICKED || browsing_) {
         return;
     }
     switch (control) {
@@ -59,14 +61,24 @@ void frmMenu::OnCommand(int control, int notification) {
             Close();
             break;
         case ids::cmdBrowseManual:
-            ShowDiscIndex(Program());
+            Browse();
             break;
         default:
             break;
     }
 }
 
+/// A browser may take its time to load the page; what the user does to the menu meanwhile does not count.
+void frmMenu::Browse() {
+    browsing_ = true;
+    const ScopeGuard done([this] { browsing_ = false; });
+    ShowDiscIndex(Program());
+}
+
 void frmMenu::OnClose() {
+    if (browsing_) {
+        return;
+    }
     Flow().CloseMenu();
     Close();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "screens/forms/ControlIds.h"
 
@@ -31,14 +32,14 @@ LRESULT CALLBACK MoveOnWithEnter(HWND window, UINT message, WPARAM wParam, LPARA
 }  // namespace
 
 void frmResult::OnLoad() {
-    const std::wstring caption = GetMessageText(Program(), 34);
+    const std::wstring caption = GetMessageText(Program(), messages::Caption);
     SetCaption(caption);
     AddHeader(ids::lblTitle, caption, 14, true, 64);
     AddOutcome();
     AddGrid();
     AddLegend();
     AddShortcutChoice();
-    AddFooterButton(ids::B_OK, GetMessageText(Program(), 6), true);
+    AddFooterButton(ids::B_OK, GetMessageText(Program(), messages::Ok), true);
     Finish(720);
 }
 
@@ -68,13 +69,13 @@ void frmResult::AddLegend() {
         return IsInstalledInFailedRun(Program(), manual);
     });
     if (hasLegend_) {
-        AddLabel(ids::L_Legend, GetMessageText(Program(), 100), {.Colour = &Palette::Muted});
+        AddLabel(ids::L_Legend, GetMessageText(Program(), messages::Legend), {.Colour = &Palette::Muted});
     }
 }
 
 void frmResult::AddShortcutChoice() {
     if (MayOfferDesktopShortcut(Program())) {
-        const HWND choice = AddControl(L"BUTTON", ids::C_Shortcut, GetMessageText(Program(), 99),
+        const HWND choice = AddControl(L"BUTTON", ids::C_Shortcut, GetMessageText(Program(), messages::DesktopShortcut),
                                        WS_TABSTOP | BS_AUTOCHECKBOX, {.Background = &Palette::Footer});
         SetWindowSubclass(choice, MoveOnWithEnter, 0, 0);
         SetFooterControl(choice);
@@ -138,7 +139,7 @@ void frmResult::End() {
     if (IsDlgButtonChecked(Window(), ids::C_Shortcut) == BST_CHECKED) {
         MakeDesktopShortcut(Program());
     }
-    SetItemText(ids::L_NormalMsg, GetMessageText(Program(), 30));
+    SetItemText(ids::L_NormalMsg, GetMessageText(Program(), messages::PleaseWait));
     for (const int line : {1, 2}) {
         SetItemText(ids::L_ErrorMsg + line, L"");
         ShowItem(ids::L_ErrorMsg + line, false);

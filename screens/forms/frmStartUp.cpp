@@ -1,5 +1,6 @@
 #include "screens/forms/frmStartUp.h"
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "screens/AgreementScreen.h"
 #include "screens/forms/ControlIds.h"
@@ -18,16 +19,16 @@ LRESULT CALLBACK LeaveKeysToDialog(HWND window, UINT message, WPARAM wParam, LPA
 }  // namespace
 
 void frmStartUp::OnLoad() {
-    const std::wstring caption = GetMessageText(Program(), 34);
+    const std::wstring caption = GetMessageText(Program(), messages::Caption);
     SetCaption(caption);
     AddHeader(ids::lblTitle, caption, 14, true, 64);
 
     const HWND contract = AddControl(L"EDIT", ids::T_CONTRACT, LoadAgreementText(Program()),
                                      WS_TABSTOP | WS_BORDER | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL);
     SetWindowSubclass(contract, LeaveKeysToDialog, 0, 0);
-    AddOption(1, 56);
-    AddOption(2, 57);
-    EnableWindow(AddFooterButton(ids::B_OK, GetMessageText(Program(), 6), true), FALSE);
+    AddOption(1, messages::Agree);
+    AddOption(2, messages::DoNotAgree);
+    EnableWindow(AddFooterButton(ids::B_OK, GetMessageText(Program(), messages::Ok), true), FALSE);
     Finish(600);
     SetFocus(contract);
 }

@@ -1,17 +1,18 @@
 #include "screens/forms/frmTarm.h"
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "screens/forms/ControlIds.h"
 
 namespace mip {
 
 void frmTarm::OnLoad() {
-    const std::wstring caption = GetMessageText(Program(), 34);
+    const std::wstring caption = GetMessageText(Program(), messages::Caption);
     SetCaption(caption);
     AddHeader(ids::lblTitle, caption, 14, true, 64);
-    AddLabel(ids::L_TarmMsg, GetMessageText(Program(), 82),
+    AddLabel(ids::L_TarmMsg, GetMessageText(Program(), messages::Closing),
              {.Points = Program().Identity.LanguageCode == L"11" ? 11 : 10});
-    AddFooterButton(ids::B_OK, GetMessageText(Program(), 6), true);
+    AddFooterButton(ids::B_OK, GetMessageText(Program(), messages::Ok), true);
     Finish(480);
     SetFocus(Item(ids::B_OK));
 }

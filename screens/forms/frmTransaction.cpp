@@ -1,5 +1,6 @@
 #include "screens/forms/frmTransaction.h"
 
+#include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "screens/TransactionScreen.h"
 #include "screens/forms/ControlIds.h"
@@ -7,11 +8,11 @@
 namespace mip {
 
 void frmTransaction::OnLoad() {
-    const std::wstring caption = GetMessageText(Program(), 34);
+    const std::wstring caption = GetMessageText(Program(), messages::Caption);
     SetCaption(caption);
     AddHeader(ids::lblTitle, caption, 14, true, 64);
-    AddLabel(ids::L_TransactionMsg, GetMessageText(Program(), 94), {.Points = 11, .Bold = true});
-    AddLabel(ids::Label1, GetMessageText(Program(), 95));
+    AddLabel(ids::L_TransactionMsg, GetMessageText(Program(), messages::Transaction), {.Points = 11, .Bold = true});
+    AddLabel(ids::Label1, GetMessageText(Program(), messages::TransactionWait));
     DisableClosing();
     Finish(480);
 }

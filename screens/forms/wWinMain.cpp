@@ -4,17 +4,12 @@
 
 #include "screens/forms/WindowsHeader.h"
 
-#include <shellapi.h>
-
 #include "app/ExitCode.h"
-#include "app/RunBoxes.h"
-#include "app/TextTools.h"
 #include "app/modMain.h"
 #include "platform/archive/EmbeddedArchives.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/AdoEngine.h"
 #include "platform/windows/ComApartment.h"
-#include "platform/windows/Handle.h"
 #include "platform/windows/WindowsAccessControl.h"
 #include "platform/windows/WindowsAccountNames.h"
 #include "platform/windows/WindowsArchiveSystem.h"
@@ -31,6 +26,8 @@
 #include "platform/windows/WindowsShell.h"
 #include "platform/windows/WindowsVolumes.h"
 #include "screens/forms/FormScreens.h"
+#include "text/Arguments.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
@@ -78,8 +75,7 @@ class Application {
     WindowsArchives archives_{computer_, embeddedArchives_};
     AdoEngine jetEngine_;
     SqliteEngine sqliteEngine_;
-    WindowsMessageBoxes shownBoxes_;
-    RunBoxes boxes_{shownBoxes_, program_.Switches, program_.Log};
+    WindowsMessageBoxes boxes_;
     Platform platform_{files_,     folders_,  volumes_,   fileVersions_, profileFiles_,  registry_,
                        processes_, clock_,    computer_,  accountNames_, accessControl_, shell_,
                        browsers_,  archives_, jetEngine_, sqliteEngine_, boxes_};
@@ -87,9 +83,11 @@ class Application {
 };
 
 std::vector<std::wstring> Arguments() {
-    int count = 0;
-    const LocalMemory<LPWSTR*> texts(CommandLineToArgvW(GetCommandLineW(), &count));
-    return texts ? std::vector<std::wstring>(texts.Get() + 1, texts.Get() + count) : std::vector<std::wstring>();
+    std::vector<std::wstring> arguments = SplitArguments(GetCommandLineW());
+    if (!arguments.empty()) {
+        arguments.erase(arguments.begin());  // the program itself
+    }
+    return arguments;
 }
 
 void InitControls() {

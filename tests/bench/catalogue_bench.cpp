@@ -11,11 +11,11 @@
 
 #include <stdexcept>
 
-#include "app/TextTools.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
 #include "tests/native/catalogue/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -1,6 +1,6 @@
 #include "tests/windows/TextFit.h"
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/DateText.h"
 #include "app/Program.h"
 #include "app/modFile.h"
 #include "catalogue/modMDB.h"
@@ -26,6 +25,7 @@
 #include "platform/windows/WindowsShell.h"
 #include "platform/windows/WindowsVolumes.h"
 #include "tests/windows/ScratchFolder.h"
+#include "text/DateText.h"
 
 /// The catalogue on real files: what the in-memory Windows cannot show.
 namespace mip {

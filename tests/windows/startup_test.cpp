@@ -70,18 +70,20 @@ TEST_P(FatalBox, SaysWhatIsWrongAndEnds) {
     EXPECT_EQ(user.WaitForEnd(), 1U);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, FatalBox,
-    testing::Values(BoxCase{"NoParameterFile", [] { fs::remove(ProgramFolder / L"SysDir\\SysParameter.ini"); },
-                            L"/LANG=09", L"System Parameter File None"},
-                    BoxCase{"NumberUnreadable",
-                            [] {
-                                WritePrivateProfileStringW(L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon",
-                                                           (ProgramFolder / L"SysDir\\SysParameter.ini").c_str());
-                            },
-                            L"/LANG=09", L"No System Data"},
-                    BoxCase{"UnknownSwitch", [] {}, L"/NONSENSE", L"Unknown or incomplete switch: /NONSENSE"}),
-    [](const auto& testCase) { return testCase.param.Label; });
+INSTANTIATE_TEST_SUITE_P(All, FatalBox,
+                         testing::Values(BoxCase{"NoParameterFile",
+                                                 [] { fs::remove(ProgramFolder / L"SysDir\\SysParameter.ini"); },
+                                                 L"/LANG=09", L"System Parameter File None"},
+                                         BoxCase{"NumberUnreadable",
+                                                 [] {
+                                                     WritePrivateProfileStringW(
+                                                         L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon",
+                                                         (ProgramFolder / L"SysDir\\SysParameter.ini").c_str());
+                                                 },
+                                                 L"/LANG=09", L"No System Data"},
+                                         BoxCase{"UnknownSwitch", [] {}, L"/LANG=09 /NONSENSE",
+                                                 L"This switch is not known or not complete: /NONSENSE"}),
+                         [](const auto& testCase) { return testCase.param.Label; });
 
 struct ResultCase {
     const char* Label;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "platform/ScopeGuard.h"
 #include "platform/sqlite/SqliteEngine.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

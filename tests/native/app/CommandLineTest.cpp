@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "text/Arguments.h"
+
 namespace mip {
 namespace {
 

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "app/ClsRegstry.h"
+#include "app/TextFile.h"
+#include "app/modLanguage.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "install/modShell.h"
 #include "tests/native/app/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -181,6 +184,34 @@ TEST(QuietRun, LostLogFileStopsNothing) {
     shop.Start({L"/LOG=C:\\mip.log"});
     shop.Windows.Tree.Deny(L"C:\\mip.log");
     EXPECT_NO_THROW(shop.Program.Log.Write(L"install", L"A1", L"done"));
+}
+
+TEST(TextFiles, AreReadInTheirOwnEncoding) {
+    InMemoryWindows windows;
+    FakeComputer& computer = windows.Computer;
+    computer.CodePage = FakeCodePage::Latin1;
+    using namespace std::string_literals;
+    EXPECT_EQ(DecodeTextFile("\xE9", computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xEF\xBB\xBF\xC3\xA9", computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xFF\xFE\xE9\0"s, computer), L"é");
+    EXPECT_EQ(DecodeTextFile("\xFE\xFF\0\xE9"s, computer), L"é");
+    EXPECT_EQ(ToUtf8(DecodeTextFile("\xFF\xFE\x3D\xD8\x97\xDE"s, computer)), "\xF0\x9F\x9A\x97");
+    EXPECT_EQ(DecodeTextFile("\xFF\xFE\x3D\xD8"
+                             "A\0B"s,
+                             computer),
+              L"\xFFFD"
+              L"A\xFFFD");
+}
+
+TEST(Language, CodesOfIdentifiers) {
+    const std::vector<std::pair<const wchar_t*, const wchar_t*>> cases{
+        {L"0411", L"11"},  {L"0409", L"09"},  {L"0809", L"09"},  {L"0407", L"07"}, {L"0804", L"04S"},
+        {L"1004", L"04S"}, {L"0404", L"04T"}, {L"0c04", L"04T"}, {L"1404", L"04"}, {L"040c", L"0C"},
+    };
+    for (const auto& [identifier, code] : cases) {
+        EXPECT_EQ(LanguageCodeOf(identifier), code);
+    }
+    EXPECT_EQ(MakeLcid(MakeLangId(0, 1)), 0x0400u);
 }
 
 }  // namespace

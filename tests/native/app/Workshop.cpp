@@ -15,7 +15,7 @@ constexpr char SettingsText[] =
 
 constexpr char MessagesText[] =
     "[MESSAGE]\r\nM019=no database\r\nM020=not opened\r\nM024=stopped\r\nM067=read-only\r\nM070=manager running\r\n"
-    "M072=@1/@2/@3/@4/@5|older\r\nM073=Older manuals.\r\nM074=Go on?\r\n";
+    "M072=@1/@2/@3/@4/@5|older\r\nM073=Older manuals.\r\nM074=Go on?\r\nM096=\"Bad switch: \"\r\n";
 
 class PlainConnection : public DatabaseConnection {
   public:

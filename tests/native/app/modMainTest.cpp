@@ -117,7 +117,12 @@ TEST(StartUp, BadSwitchIsNamedAndLogged) {
     Workshop shop;
     shop.Start({L"/LOG=C:\\mip.log", L"/FASTER"});
     EXPECT_EQ(shop.ExitCode, 1u);
-    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.at(0).Text, L"Unknown or incomplete switch: /FASTER");
+    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.at(0).Text, L"Bad switch: /FASTER");
+
+    Workshop wordless;
+    wordless.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini");
+    wordless.Start({L"/FASTER"});
+    EXPECT_EQ(wordless.Windows.MessageBoxes.Shown.at(0).Text, L"Unknown or incomplete switch: /FASTER");
 
     Workshop silent;
     silent.Start({L"/SILENT", L"/LOG=C:\\mip.log"});

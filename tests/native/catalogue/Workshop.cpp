@@ -1,8 +1,8 @@
 #include "tests/native/catalogue/Workshop.h"
 
-#include "app/DateText.h"
 #include "catalogue/Statements.h"
 #include "catalogue/modMDB.h"
+#include "text/DateText.h"
 
 namespace mip {
 

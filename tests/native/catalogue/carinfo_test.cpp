@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "app/TextTools.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMDB.h"
 #include "tests/native/catalogue/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <stdexcept>
 
-#include "app/TextTools.h"
 #include "catalogue/clsMDB.h"
 #include "platform/PlatformError.h"
 #include "tests/native/catalogue/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <functional>
 
-#include "app/DateText.h"
-#include "app/TextTools.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "platform/PlatformError.h"
 #include "tests/native/catalogue/Workshop.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <functional>
 
-#include "app/TextTools.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
 #include "platform/PlatformError.h"
 #include "tests/native/catalogue/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -1,7 +1,7 @@
 #include "tests/native/fakes/FakeArchives.h"
 
-#include "app/TextTools.h"
 #include "platform/Clusters.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

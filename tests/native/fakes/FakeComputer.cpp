@@ -1,6 +1,6 @@
 #include "tests/native/fakes/FakeComputer.h"
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

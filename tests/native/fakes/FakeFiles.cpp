@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/TextTools.h"
 #include "platform/DriveName.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -1,9 +1,9 @@
 #include "tests/native/fakes/FakeProcesses.h"
 
-#include "app/TextTools.h"
 #include "app/modFile.h"
 #include "platform/DriveName.h"
 #include "platform/ProgramSearch.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

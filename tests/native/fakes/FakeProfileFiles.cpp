@@ -1,6 +1,7 @@
 #include "tests/native/fakes/FakeProfileFiles.h"
 
-#include "app/TextTools.h"
+#include "app/TextFile.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

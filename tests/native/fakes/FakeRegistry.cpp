@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "app/TextTools.h"
 #include "app/modFile.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "app/TextTools.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <new>
 
-#include "app/TextTools.h"
 #include "platform/PlatformError.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "app/Checked.h"
 #include "install/Editions.h"
 #include "install/modCompanion.h"
 #include "install/modPdf.h"
 #include "install/modShortcut.h"
 #include "tests/native/install/Workshop.h"
+#include "text/Checked.h"
 
 namespace mip {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "app/Program.h"
-#include "app/TextTools.h"
 #include "tests/native/app/Workshop.h"
 #include "tests/native/fakes/CatalogueWindows.h"
+#include "text/TextTools.h"
 
 namespace mip {
 

@@ -3,10 +3,10 @@
 
 #include <unistd.h>
 
-#include "app/TextTools.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "security/modAcl.h"
 #include "tests/native/security/SecurityTest.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -7,10 +7,10 @@
 #include <random>
 #include <string>
 
-#include "app/DateText.h"
-#include "app/TextTools.h"
 #include "platform/PlatformError.h"
 #include "platform/sqlite/SqliteEngine.h"
+#include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -1,11 +1,11 @@
-#include "app/DateText.h"
+#include "text/DateText.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
 
-#include "app/Checked.h"
-#include "app/TextTools.h"
+#include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {

@@ -1,11 +1,14 @@
-#include "app/TextTools.h"
+#include "text/TextTools.h"
+
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "app/Checked.h"
-#include "app/DateText.h"
-#include "app/modLanguage.h"
-#include "tests/native/fakes/InMemoryWindows.h"
+#include "text/Checked.h"
+#include "text/DateText.h"
 
 namespace mip {
 namespace {
@@ -77,36 +80,6 @@ TEST(TextTools, Utf8SurvivesARoundTrip) {
     for (const auto& [bytes, expected] : malformed) {
         EXPECT_EQ(FromUtf8(bytes), expected);
     }
-}
-
-TEST(TextTools, TextFilesAreReadInTheirOwnEncoding) {
-    FakeComputer computer = [] {
-        static Faults faults;
-        return FakeComputer(faults);
-    }();
-    computer.CodePage = FakeCodePage::Latin1;
-    using namespace std::string_literals;
-    EXPECT_EQ(DecodeTextFile("\xE9", computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xEF\xBB\xBF\xC3\xA9", computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xFF\xFE\xE9\0"s, computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xFE\xFF\0\xE9"s, computer), L"é");
-    EXPECT_EQ(ToUtf8(DecodeTextFile("\xFF\xFE\x3D\xD8\x97\xDE"s, computer)), "\xF0\x9F\x9A\x97");
-    EXPECT_EQ(DecodeTextFile("\xFF\xFE\x3D\xD8"
-                             "A\0B"s,
-                             computer),
-              L"\xFFFD"
-              L"A\xFFFD");
-}
-
-TEST(Language, CodesOfIdentifiers) {
-    const std::vector<std::pair<const wchar_t*, const wchar_t*>> cases{
-        {L"0411", L"11"},  {L"0409", L"09"},  {L"0809", L"09"},  {L"0407", L"07"}, {L"0804", L"04S"},
-        {L"1004", L"04S"}, {L"0404", L"04T"}, {L"0c04", L"04T"}, {L"1404", L"04"}, {L"040c", L"0C"},
-    };
-    for (const auto& [identifier, code] : cases) {
-        EXPECT_EQ(LanguageCodeOf(identifier), code);
-    }
-    EXPECT_EQ(MakeLcid(MakeLangId(0, 1)), 0x0400u);
 }
 
 }  // namespace

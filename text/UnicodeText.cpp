@@ -1,4 +1,4 @@
-#include "app/UnicodeText.h"
+#include "text/UnicodeText.h"
 
 #include <cstddef>
 #include <cstdint>

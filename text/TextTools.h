@@ -6,8 +6,6 @@
 
 namespace mip {
 
-class Computer;
-
 /// Every occurrence of `from` replaced by `to`, left to right, case-sensitive. An empty `from` changes nothing.
 std::wstring ReplaceAll(std::wstring_view text, std::wstring_view from, std::wstring_view to);
 /// Leading and trailing blanks removed.
@@ -21,8 +19,6 @@ std::wstring CutAtNul(const std::wstring& text);
 /// UTF-8 to and from text; malformed parts become U+FFFD.
 std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);
-/// A text file's bytes as text: UTF-16 or UTF-8 with a byte-order mark, else the system code page.
-std::wstring DecodeTextFile(const std::string& bytes, Computer& computer);
 /// The lines of a text, without their CR LF or LF; a last line without an end counts when it is not empty.
 std::vector<std::wstring> SplitLines(std::wstring_view text);
 

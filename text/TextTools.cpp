@@ -1,11 +1,10 @@
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "app/UnicodeText.h"
-#include "platform/Computer.h"
+#include "text/UnicodeText.h"
 
 namespace mip {
 namespace {
@@ -109,20 +108,6 @@ std::wstring FromUtf8(std::string_view bytes) {
         AppendCodePoint(text, TakeUtf8(bytes));
     }
     return text;
-}
-
-std::wstring DecodeTextFile(const std::string& bytes, Computer& computer) {
-    const std::string_view view = bytes;
-    if (view.starts_with("\xFF\xFE")) {
-        return FromUtf16(view.substr(2), ByteOrder::LowFirst);
-    }
-    if (view.starts_with("\xFE\xFF")) {
-        return FromUtf16(view.substr(2), ByteOrder::HighFirst);
-    }
-    if (view.starts_with("\xEF\xBB\xBF")) {
-        return FromUtf8(view.substr(3));
-    }
-    return computer.FromSystemCodePage(bytes);
 }
 
 std::vector<std::wstring> SplitLines(std::wstring_view text) {

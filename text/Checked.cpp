@@ -1,8 +1,8 @@
-#include "app/Checked.h"
+#include "text/Checked.h"
 
 #include <limits>
 
-#include "app/TextTools.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
