@@ -66,13 +66,13 @@ function(mip_native_test name)
 endfunction()
 
 # The same for a test that runs as a Windows program under Wine. These tests share one registry, one set of drives and
-# one screen, so they run one after another.
+# one screen, so they run one after another. As the longest chain they come first.
 function(mip_windows_test name)
-    mip_declare_test(windows_${name} windows.${name}. ${ARGN} PROPERTIES RESOURCE_LOCK windows)
+    mip_declare_test(windows_${name} windows.${name}. ${ARGN} PROPERTIES RESOURCE_LOCK windows COST 200)
 endfunction()
 
 # The same for a test that needs the sample disc in drive D: and the sample workshop computer. Each gets a fresh one,
-# with a screen of its own, so these run side by side; they take longest and are started first.
+# with a screen of its own, so these run side by side with all others. They take longest and are started early.
 function(mip_workshop_test name)
     mip_declare_test(windows_${name} windows.${name}. ${ARGN}
         EMULATOR ${PROJECT_SOURCE_DIR}/tools/workshop-run.sh PROPERTIES COST 100)

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <stdexcept>
 
 #include "platform/sqlite/SqliteEngine.h"
@@ -12,6 +13,11 @@
 namespace mip {
 
 namespace fs = std::filesystem;
+
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << "version " << fs::path(row.Version).string() << ", " << fs::path(row.Path).string() << ", adjust "
+         << fs::path(row.Adjust).string();
+}
 
 std::map<std::wstring, Row> ReadCatalogue() {
     std::map<std::wstring, Row> rows;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <iosfwd>
 #include <map>
 #include <string>
 
@@ -24,6 +25,9 @@ struct Row {
 
     bool operator==(const Row&) const = default;
 };
+
+/// Shows a row in a test's output.
+void PrintTo(const Row& row, std::ostream* out);
 
 /// The installed manuals by publication.
 std::map<std::wstring, Row> ReadCatalogue();
