@@ -17,17 +17,21 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path ProgramFolder = L"C:\\programs\\setup";
-const fs::path Library = ManagerFolder;
 const fs::path Viewer = L"C:\\Program Files\\Vantor\\Korvex\\View";
 const fs::path LocalInfo = L"C:\\man_info\\man_info_do.ci";
 
 class StartUp : public testing::Test {
   protected:
     void SetUp() override {
+        CopyProgram();
+        ASSERT_FALSE(Message(19).empty());
+    }
+
+    /// Also mends what was damaged.
+    static void CopyProgram() {
         fs::create_directories(ProgramFolder);
         fs::copy(L"D:\\programs\\setup", ProgramFolder,
                  fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-        ASSERT_FALSE(Message(19).empty());
     }
 
     static std::wstring CommandLine(const std::wstring& switches = L"/LANG=09") {
@@ -51,69 +55,59 @@ TEST_F(StartUp, SecondInstanceEndsSilentlyAndLeavesTheFirstAlone) {
     EXPECT_NE(third.WaitForScreen(ids::cmdStartInstall), nullptr) << "the first one is gone";
 }
 
-struct BoxCase {
-    const char* Label;
-    std::function<void()> Damage;
-    const wchar_t* Switches;
-    const wchar_t* Text;
-};
-
-class FatalBox : public StartUp, public testing::WithParamInterface<BoxCase> {};
-
-TEST_P(FatalBox, SaysWhatIsWrongAndEnds) {
-    GetParam().Damage();
-    const WindowDriver user(CommandLine(GetParam().Switches));
-    const HWND box = user.WaitForBox();
-    EXPECT_EQ(TextOf(box), L"Manual Install Program");
-    EXPECT_EQ(MessageOf(box), GetParam().Text);
-    user.Answer(box, IDOK);
-    EXPECT_EQ(user.WaitForEnd(), 1U);
+TEST_F(StartUp, AFatalFaultIsSaidInABox) {
+    struct Case {
+        std::function<void()> Damage;
+        const wchar_t* Switches;
+        const wchar_t* Text;
+    };
+    const fs::path settings = ProgramFolder / L"SysDir\\SysParameter.ini";
+    const Case cases[] = {
+        {[&] { fs::remove(settings); }, L"/LANG=09", L"System Parameter File None"},
+        {[&] { WritePrivateProfileStringW(L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon", settings.c_str()); },
+         L"/LANG=09", L"No System Data"},
+        {[] {}, L"/LANG=09 /NONSENSE", L"This switch is not known or not complete: /NONSENSE"},
+    };
+    for (const Case& fault : cases) {
+        SCOPED_TRACE(fs::path(fault.Text).string());
+        CopyProgram();
+        fault.Damage();
+        const WindowDriver user(CommandLine(fault.Switches));
+        const HWND box = user.WaitForBox();
+        EXPECT_EQ(TextOf(box), L"Manual Install Program");
+        EXPECT_EQ(MessageOf(box), fault.Text);
+        user.Answer(box, IDOK);
+        EXPECT_EQ(user.WaitForEnd(), 1U);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, FatalBox,
-                         testing::Values(BoxCase{"NoParameterFile",
-                                                 [] { fs::remove(ProgramFolder / L"SysDir\\SysParameter.ini"); },
-                                                 L"/LANG=09", L"System Parameter File None"},
-                                         BoxCase{"NumberUnreadable",
-                                                 [] {
-                                                     WritePrivateProfileStringW(
-                                                         L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon",
-                                                         (ProgramFolder / L"SysDir\\SysParameter.ini").c_str());
-                                                 },
-                                                 L"/LANG=09", L"No System Data"},
-                                         BoxCase{"UnknownSwitch", [] {}, L"/LANG=09 /NONSENSE",
-                                                 L"This switch is not known or not complete: /NONSENSE"}),
-                         [](const auto& testCase) { return testCase.param.Label; });
-
-struct ResultCase {
-    const char* Label;
-    std::function<void()> Damage;
-    int MessageNumber;
-};
-
-class FailedStart : public StartUp, public testing::WithParamInterface<ResultCase> {};
-
-TEST_P(FailedStart, ShowsTheResultScreenAndChangesNothing) {
-    GetParam().Damage();
-    const std::string catalogue = BytesOf(Library / L"kvx3.mdb");
-    const WindowDriver user(CommandLine());
-    const HWND result = user.WaitForScreen(ids::vaSpread);
-    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), Message(GetParam().MessageNumber));
-    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 2), Message(24));
-    user.Press(result, ids::B_OK);
-    EXPECT_EQ(user.WaitForEnd(), 1U);
-    EXPECT_EQ(BytesOf(Library / L"kvx3.mdb"), catalogue);
+TEST_F(StartUp, AnUnusableDatabaseIsShownOnTheResultScreenAndNotChanged) {
+    struct Case {
+        const char* Label;
+        std::function<void()> Damage;
+        int MessageNumber;
+    };
+    const Case cases[] = {
+        {"none", [] { fs::remove(Catalogue); }, 19},
+        {"text", [] { WriteBytes(Catalogue, "no database"); }, 20},
+        {"cut", [] { fs::resize_file(Catalogue, 5000); }, 20},
+        {"read-only", [] { SetFileAttributesW(Catalogue, FILE_ATTRIBUTE_READONLY); }, 67},
+    };
+    const std::string whole = BytesOf(Catalogue);
+    for (const Case& fault : cases) {
+        SCOPED_TRACE(fault.Label);
+        WriteBytes(Catalogue, whole);
+        fault.Damage();
+        const std::string damaged = BytesOf(Catalogue);
+        const WindowDriver user(CommandLine());
+        const HWND result = user.WaitForScreen(ids::vaSpread);
+        EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), Message(fault.MessageNumber));
+        EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 2), Message(24));
+        user.Press(result, ids::B_OK);
+        EXPECT_EQ(user.WaitForEnd(), 1U);
+        EXPECT_EQ(BytesOf(Catalogue), damaged);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, FailedStart,
-    testing::Values(ResultCase{"NoDatabase", [] { fs::remove(Library / L"kvx3.mdb"); }, 19},
-                    ResultCase{"DatabaseIsText", [] { WriteBytes(Library / L"kvx3.mdb", "no database"); }, 20},
-                    ResultCase{"DatabaseIsCut", [] { fs::resize_file(Library / L"kvx3.mdb", 5000); }, 20},
-                    ResultCase{"DatabaseIsReadOnly",
-                               [] { SetFileAttributesW((Library / L"kvx3.mdb").c_str(), FILE_ATTRIBUTE_READONLY); },
-                               67}),
-    [](const auto& testCase) { return testCase.param.Label; });
 
 TEST_F(StartUp, ARunningManagerIsNamed) {
     const WindowDriver manager(L"D:\\programs\\man_manager\\ManualManager.exe");
@@ -137,7 +131,7 @@ class StartPage : public StartUp {
   protected:
     void SetUp() override {
         StartUp::SetUp();
-        fs::remove(Library / L"KVX3.exe");
+        fs::remove(fs::path(ManagerFolder) / L"KVX3.exe");
         fs::create_directories(Viewer);
         fs::copy_file(L"D:\\programs\\View\\VBrowser.exe", Viewer / L"VBrowser.exe");
         fs::create_directories(L"C:\\Aria2020");
