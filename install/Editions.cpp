@@ -2,6 +2,7 @@
 
 #include <cwctype>
 #include <exception>
+#include <functional>
 #include <map>
 
 #include "app/modFile.h"
@@ -18,26 +19,38 @@ namespace {
 
 constexpr std::size_t EditionDigit = 4;
 
-/// Bytes that all files below a folder take on a drive; 0 when it cannot be listed.
-double FolderBytes(Platform& platform, const std::wstring& folder) {
-    double bytes = 0;
-    std::vector<std::wstring> open{folder};
+/// Calls `visit` with the path below the folder ("\\contents\\index.html") of every file, until it returns false. False
+/// when the folder cannot be listed.
+bool VisitFiles(Platform& platform, const std::wstring& folder, const std::function<bool(const std::wstring&)>& visit) {
+    std::vector<std::wstring> open{L""};
     try {
         while (!open.empty()) {
             const std::wstring current = open.back();
             open.pop_back();
-            const FolderListing listing = platform.Folders.List(current);
+            const FolderListing listing = platform.Folders.List(folder + current);
             for (const std::wstring& name : listing.Files) {
-                bytes += static_cast<double>(SizeInClusters(platform.Files.Status(JoinPath(current, name)).Size));
+                if (!visit(current + L'\\' + name)) {
+                    return true;
+                }
             }
             for (const std::wstring& name : listing.Subfolders) {
-                open.push_back(JoinPath(current, name));
+                open.push_back(current + L'\\' + name);
             }
         }
     } catch (const std::exception&) {
-        return 0;
+        return false;
     }
-    return bytes;
+    return true;
+}
+
+/// Bytes that all files below a folder take on a drive; 0 when it cannot be listed.
+double FolderBytes(Platform& platform, const std::wstring& folder) {
+    double bytes = 0;
+    const bool isListed = VisitFiles(platform, folder, [&](const std::wstring& file) {
+        bytes += static_cast<double>(SizeInClusters(platform.Files.Status(folder + file).Size));
+        return true;
+    });
+    return isListed ? bytes : 0;
 }
 
 /// Bytes that each drive must have free before the manual is installed.
@@ -88,6 +101,19 @@ bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual)
         return true;
     }
     return true;
+}
+
+bool IsFolderInUse(Platform& platform, const std::wstring& folder) {
+    return IsTargetInUse(platform, folder, folder);
+}
+
+bool IsTargetInUse(Platform& platform, const std::wstring& source, const std::wstring& target) {
+    bool isInUse = false;
+    VisitFiles(platform, source, [&](const std::wstring& file) {
+        isInUse = platform.Files.IsInUse(target + file);
+        return !isInUse;
+    });
+    return isInUse;
 }
 
 bool IsManualWhole(const Program& program, const DiscCatalogueRecord& manual) {

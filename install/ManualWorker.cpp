@@ -1,6 +1,8 @@
 #include "install/ManualWorker.h"
 
+#include <algorithm>
 #include <exception>
+#include <vector>
 
 #include "app/Messages.h"
 #include "app/modFile.h"
@@ -98,7 +100,7 @@ bool ManualWorker::ChooseFolder() {
 }
 
 /// Everything that can be known before the first thing is removed: the publication number has editions, the drives
-/// have room, and where an edition has to go, the new one is whole.
+/// have room, and where an edition has to go, no other program has it open and the new one is whole.
 bool ManualWorker::IsFitToReplace() {
     const std::wstring baseEdition = BaseEditionOf(Manual().Pub_No);
     if (!HasRoomForManual(program_, Manual())) {
@@ -110,8 +112,17 @@ bool ManualWorker::IsFitToReplace() {
         FailRun(program_, messages::DatabaseReadOnly);
         return false;
     }
-    const bool replaces = !Manual().InstalledPath.empty() || baseStatus == MdbOk;
-    if (replaces && !IsManualWhole(program_, Manual())) {
+    std::vector<std::wstring> replaced;
+    if (!Manual().InstalledPath.empty()) {
+        replaced.push_back(Manual().InstalledPath);
+    }
+    if (baseStatus == MdbOk) {
+        replaced.push_back(program_.Installed.INSPath);
+    }
+    if (std::ranges::any_of(replaced, [&](const auto& path) { return IsFolderInUse(program_.Platform, path); })) {
+        return false;
+    }
+    if (!replaced.empty() && !IsManualWhole(program_, Manual())) {
         FailRun(program_, Manual().PdfForm == Yes ? messages::ManualFailed : messages::ExtractionFailed);
         return false;
     }
@@ -218,7 +229,7 @@ bool ManualWorker::CopyPlainManual() {
     const std::wstring& source = Manual().ComparePath;
     const std::wstring target = JoinPath(Manual().InstalledPath, L"contents");
     const std::int32_t count = CopyFolderWithProgress(program_.Platform, CopyMode::CountOnly, 0, source, target);
-    if (count == 0 || count == -1) {
+    if (count == 0 || count == -1 || IsTargetInUse(program_.Platform, source, target)) {
         return false;
     }
     if (!MarkForAdjustment(*program_.CatalogDb, Manual().Pub_No)) {

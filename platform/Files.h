@@ -28,7 +28,7 @@ struct FileStatus {
 };
 
 /// Single files. Paths are absolute, parts joined by backslashes; names compare without regard to case.
-/// Every operation but `Exists` throws PlatformError with a Win32 code.
+/// Every operation but `Exists` and `IsInUse` throws PlatformError with a Win32 code.
 class Files {
   public:
     virtual ~Files() = default;
@@ -46,6 +46,9 @@ class Files {
     /// file or the new one.
     virtual void Move(const std::wstring& source, const std::wstring& destination) = 0;
     virtual void Remove(const std::wstring& path) = 0;
+    /// True when another program has the file open in a way that keeps it from being removed; false also when it
+    /// cannot be asked.
+    virtual bool IsInUse(const std::wstring& path) = 0;
     /// The first `limit` bytes, or all there are.
     virtual std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) = 0;
     /// Creates or replaces the file with these bytes.

@@ -136,6 +136,12 @@ void WindowsFiles::Remove(const std::wstring& path) {
     }
 }
 
+bool WindowsFiles::IsInUse(const std::wstring& path) {
+    const FileHandle file(CreateFileW(LongPath(path).c_str(), DELETE, ShareAll, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
 std::string WindowsFiles::Read(const std::wstring& path, std::uint64_t limit) {
     const FileHandle file = OpenFile(path, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
     LARGE_INTEGER size{};

@@ -14,6 +14,7 @@ class WindowsFiles : public Files {
     void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
     void Move(const std::wstring& source, const std::wstring& destination) override;
     void Remove(const std::wstring& path) override;
+    bool IsInUse(const std::wstring& path) override;
     std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) override;
     void Write(const std::wstring& path, const std::string& bytes) override;
     void Append(const std::wstring& path, const std::string& bytes) override;

@@ -37,6 +37,8 @@ class ContractHost {
     virtual std::wstring CommandThatExitsWith(std::uint32_t code) = 0;
     /// False where read-only files can be written and replaced all the same, as they can under Wine.
     virtual bool ProtectsReadOnlyFiles() = 0;
+    /// Holds the file open for reading, as a viewer does, until the result goes.
+    virtual std::shared_ptr<void> OpenElsewhere(const std::wstring& path) = 0;
     virtual void SetModified(const std::wstring& path, FileTime time) = 0;
     virtual void PutRegistryNumber(const std::wstring& key, const std::wstring& name) = 0;
 };

@@ -115,6 +115,19 @@ TEST_F(FilesContract, RemoveRefusesReadOnlyFiles) {
     EXPECT_FALSE(Files().Exists(At(L"file.txt")));
 }
 
+TEST_F(FilesContract, OnlyAFileThatIsOpenElsewhereIsInUse) {
+    Files().Write(At(L"file.txt"), "text");
+    Files().SetAttributes(At(L"file.txt"), attributes::ReadOnly);
+    EXPECT_FALSE(Files().IsInUse(At(L"file.txt")));
+    EXPECT_FALSE(Files().IsInUse(At(L"none.txt")));
+    {
+        const auto open = host_->OpenElsewhere(At(L"file.txt"));
+        EXPECT_TRUE(Files().IsInUse(At(L"FILE.TXT")));
+    }
+    EXPECT_FALSE(Files().IsInUse(At(L"file.txt")));
+    EXPECT_EQ("text", Files().Read(At(L"file.txt")));
+}
+
 TEST_F(FilesContract, StatusTellsAttributesAsTheyWereSet) {
     Files().Write(At(L"file.txt"), "12345");
     const auto set = [&] { return Files().Status(At(L"file.txt")).Attributes & ~attributes::Archive; };

@@ -40,6 +40,10 @@ class WindowsContractHost : public ContractHost {
     bool ProtectsReadOnlyFiles() override {
         return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr;
     }
+    std::shared_ptr<void> OpenElsewhere(const std::wstring& path) override {
+        return std::make_shared<FileHandle>(
+            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    }
     void SetModified(const std::wstring& path, FileTime time) override {
         const FileHandle file(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         const FILETIME modified = ToSystemTime(time);

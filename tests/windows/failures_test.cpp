@@ -188,25 +188,29 @@ TEST(Failures, CancelAtTheFolderKeepsWhatIsInstalled) {
     EXPECT_FALSE(Exists(FolderOf(Merivo)));
 }
 
-TEST(Failures, ALockedFileFailsItsManualAndTheNextRunRepairs) {
+TEST(Failures, AManualThatIsOpenElsewhereStaysAsItIs) {
     KeepOnDiscAlone({Brescot, Ondari});
+    const auto rows = ReadCatalogue();
+    const auto installed = FilesBelow(Manuals);
     const WorkshopUser user;
     {
         const FileHandle lock = HoldAlone(FolderOf(Brescot) + L"\\contents\\index.html");
         user.Install();
         EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
-        EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"3", FolderOf(Brescot), L"1"})) << "no longer usable";
-        EXPECT_EQ(ReadCatalogue().at(L"K4710MM").Version, L"3");
     }
+    EXPECT_EQ(ReadCatalogue(), rows);
+    EXPECT_TRUE(FilesBelow(Manuals) == installed);
     user.CloseResult();
+    const auto before = FilesBelow(FolderOf(Ondari));
     {
         const FileHandle lock = HoldAlone(FolderOf(Ondari) + L"\\contents\\index.html");
         user.Install();
         EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
-        EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
-        EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
-        EXPECT_EQ(ReadCatalogue().at(L"K4710MM"), (Row{L"3", FolderOf(Ondari), L"1"}));
     }
+    EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
+    EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
+    EXPECT_EQ(ReadCatalogue().at(L"K4710MM"), rows.at(L"K4710MM"));
+    EXPECT_TRUE(FilesBelow(FolderOf(Ondari)) == before);
     user.CloseResult();
     user.Install();
     EXPECT_EQ(user.ResultTexts(), Succeeded());

@@ -31,6 +31,11 @@ class FakeContractHost : public ContractHost {
         return L"C:\\Windows\\System32\\cmd.exe /c exit " + std::to_wstring(code);
     }
     bool ProtectsReadOnlyFiles() override { return true; }
+    std::shared_ptr<void> OpenElsewhere(const std::wstring& path) override {
+        const std::shared_ptr<FileNode> file = windows_.Tree.Find(path);
+        ++file->OpenHandles;
+        return {nullptr, [file](void*) { --file->OpenHandles; }};
+    }
     void SetModified(const std::wstring& path, FileTime time) override { windows_.Tree.Find(path)->Modified = time; }
     void PutRegistryNumber(const std::wstring& key, const std::wstring& name) override {
         windows_.Registry.PutNumber(Hive::CurrentUser, key, name);

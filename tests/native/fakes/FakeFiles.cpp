@@ -103,6 +103,11 @@ void FakeFiles::Remove(const std::wstring& path) {
     tree_.Detach(place);
 }
 
+bool FakeFiles::IsInUse(const std::wstring& path) {
+    const std::shared_ptr<FileNode> node = tree_.Find(path);
+    return !faults_.Fails("Files.IsInUse") && node && node->OpenHandles > 0;
+}
+
 std::string FakeFiles::Read(const std::wstring& path, std::uint64_t limit) {
     faults_.Check("Files.Read", path);
     const std::string& bytes = FileAt("Read", path).Node->Bytes;

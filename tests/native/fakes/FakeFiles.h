@@ -17,6 +17,7 @@ class FakeFiles : public Files {
     void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
     void Move(const std::wstring& source, const std::wstring& destination) override;
     void Remove(const std::wstring& path) override;
+    bool IsInUse(const std::wstring& path) override;
     std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) override;
     /// A power cut in this call, and in Append, leaves half of the new bytes.
     void Write(const std::wstring& path, const std::string& bytes) override;

@@ -130,7 +130,7 @@ TEST_P(InstallationFailure, TellsWhatFailedAndKeepsTheInstalledEdition) {
     EXPECT_EQ(workshop.Run.Outcome.ResultSubMessage, GetParam().ResultSubMessage);
     EXPECT_EQ(workshop.Run.Outcome.ExitCode, static_cast<std::uint32_t>(GetParam().Code));
     EXPECT_EQ(workshop.Windows.Tree.Snapshot(L"C:\\Manuals\\MMMM1MM"), installed);
-    EXPECT_EQ(workshop.Rows().at(L"MMMM1MM").Version, L"1");
+    EXPECT_EQ(workshop.Rows().at(L"MMMM1MM"), (Row{L"1", L"C:\\Manuals\\MMMM1MM", L"0"}));
 }
 
 void AnswerSetup(Workshop& workshop, int answer) {
@@ -174,6 +174,19 @@ INSTANTIATE_TEST_SUITE_P(
                     [](Workshop& workshop) {
                         workshop.Windows.Tree.PutFolder(L"C:\\Manuals\\AAAA1MM");
                         workshop.Windows.Tree.Deny(L"C:\\Manuals\\AAAA1MM\\contents");
+                    },
+                    L"message 83", L"message 24"},
+        FailureCase{"InstalledEditionIsOpen",
+                    [](Workshop& workshop) {
+                        workshop.Windows.Tree.Find(L"C:\\Manuals\\MMMM1MM\\contents\\index.html")->OpenHandles = 1;
+                    },
+                    L"message 83", L"message 24"},
+        FailureCase{"ReplacedPageIsOpen",
+                    [](Workshop& workshop) {
+                        workshop.PutArchiveManual(L"MMMM1MM", 2);
+                        workshop.Windows.Tree.PutFile(L"D:\\MMMM1MM\\install\\compare\\a.html", "page");
+                        workshop.Windows.Tree.PutFile(L"D:\\MMMM1MM\\install\\compare\\index.html", "page");
+                        workshop.Windows.Tree.Find(L"C:\\Manuals\\MMMM1MM\\contents\\index.html")->OpenHandles = 1;
                     },
                     L"message 83", L"message 24"},
         FailureCase{"NoEditionDigit", [](Workshop& workshop) { workshop.PutArchiveManual(L"AAAAXMM", 1); },
