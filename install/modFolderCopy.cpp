@@ -8,6 +8,7 @@
 #include "app/modFile.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/PlatformError.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -70,14 +71,18 @@ class FolderCopy {
 
     void CopyFiles(const std::vector<std::wstring>& names, const std::wstring& source,
                    const std::wstring& destination) {
-        for (const std::wstring& name : names) {
-            CopyFileReplacing(platform_, JoinPath(source, name), JoinPath(destination, name));
+        platform_.Files.CopyAllToNew(source, names, destination, [&](const std::wstring& name, std::uint32_t code) {
+            if (code == errors::FileExists) {
+                CopyFileReplacing(platform_, JoinPath(source, name), JoinPath(destination, name));
+            } else if (code != 0) {
+                throw PlatformError("CopyAllToNew", JoinPath(destination, name), code);
+            }
             fileDone_ = AddCount(fileDone_, 1);
             if (progress_) {
                 progress_(fileDone_);
             }
             platform_.Clock.YieldToMessages();
-        }
+        });
     }
 
     Platform& platform_;

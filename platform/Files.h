@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <ratio>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ struct FileStatus {
 /// Every operation but `Exists` and `IsInUse` throws PlatformError with a Win32 code.
 class Files {
   public:
+    /// Takes a file's name and the code with which its copy failed, 0 when it did not.
+    using Copied = std::function<void(const std::wstring& name, std::uint32_t code)>;
+
     virtual ~Files() = default;
 
     /// True when a file (not a folder) of that path exists; false also when it cannot be asked.
@@ -42,6 +46,11 @@ class Files {
     /// Copies content and modification time into a file that must not exist yet (FileExists otherwise). The new file
     /// has no attributes set, whatever the source's are. On failure no part of the new file stays.
     virtual void CopyToNew(const std::wstring& source, const std::wstring& destination) = 0;
+    /// Copies files of one folder to new ones of another, as CopyToNew does each; several may be under way at once.
+    /// `copied` is called by this thread for every file, in any order. When it throws, no further copy is begun and the
+    /// exception passes on.
+    virtual void CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                              const std::wstring& destination, const Copied& copied) = 0;
     /// Renames within one volume, replacing an existing file in one step: after a crash the destination is the old
     /// file or the new one.
     virtual void Move(const std::wstring& source, const std::wstring& destination) = 0;

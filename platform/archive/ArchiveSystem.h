@@ -35,6 +35,7 @@ class ExtractedFile {
 };
 
 /// What the embedded extractor asks of the computer. Paths are absolute, parts joined by backslashes, of any length.
+/// `CreateFolder`, `CreateNewFile` and the files that it gives are used by several threads at once.
 class ArchiveSystem {
   public:
     virtual ~ArchiveSystem() = default;

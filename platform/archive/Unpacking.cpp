@@ -1,7 +1,10 @@
 #include "platform/archive/Unpacking.h"
 
+#include <exception>
 #include <memory>
 #include <span>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/archive/ArchiveSystem.h"
@@ -10,6 +13,7 @@
 #include "platform/archive/EntryName.h"
 #include "platform/archive/Pacer.h"
 #include "platform/archive/ZipReader.h"
+#include "threads/WorkBehind.h"
 
 namespace mip {
 
@@ -20,13 +24,21 @@ class Output {
   public:
     virtual ~Output() = default;
     virtual void Folder(const std::wstring& name) = 0;
-    virtual std::unique_ptr<ExtractedFile> File(const std::wstring& name) = 0;
+    /// `size` is what the file will hold, in bytes.
+    virtual std::unique_ptr<ExtractedFile> File(const std::wstring& name, std::uint64_t size) = 0;
+    /// To be called at the end: what was handed over is on the disk then.
+    virtual void Complete() = 0;
 };
+
+/// A small file is unpacked into memory and written behind the unpacking of the next ones.
+constexpr std::uint64_t SmallFile = 512 * 1024;
 
 /// Asks nothing before it writes: a missing folder shows when its first file cannot be created.
 class FolderOutput : public Output {
   public:
-    FolderOutput(std::wstring folder, ArchiveSystem& system) : folder_(std::move(folder)), system_(system) {
+    FolderOutput(std::wstring folder, ArchiveSystem& system, Pacer& pacer)
+        : folder_(std::move(folder)), system_(system), behind_(FileWriters, BytesBehind) {
+        behind_.WhileWaiting = [&pacer] { pacer.Tick(); };
         CreateWithParents(folder_, system_);
         if (!folder_.ends_with(L'\\')) {
             folder_ += L'\\';
@@ -35,20 +47,53 @@ class FolderOutput : public Output {
 
     void Folder(const std::wstring& name) override { CreateWithParents(folder_ + name, system_); }
 
-    std::unique_ptr<ExtractedFile> File(const std::wstring& name) override {
-        const std::wstring path = folder_ + name;
+    std::unique_ptr<ExtractedFile> File(const std::wstring& name, std::uint64_t size) override {
+        return size <= SmallFile ? std::make_unique<FileInMemory>(*this, folder_ + name, static_cast<std::size_t>(size))
+                                 : Create(folder_ + name, system_);
+    }
+
+    void Complete() override { behind_.Finish(); }
+
+  private:
+    class FileInMemory : public ExtractedFile {
+      public:
+        FileInMemory(FolderOutput& output, std::wstring path, std::size_t size)
+            : output_(output), path_(std::move(path)) {
+            bytes_.reserve(size);
+        }
+        void Write(std::span<const char> bytes) override { bytes_.append(bytes.data(), bytes.size()); }
+        void Finish(const std::optional<FileTime>& modified) override {
+            output_.WriteBehind(std::move(path_), std::move(bytes_), modified);
+        }
+
+      private:
+        FolderOutput& output_;
+        std::wstring path_;
+        std::string bytes_;
+    };
+
+    void WriteBehind(std::wstring path, std::string bytes, const std::optional<FileTime>& modified) {
+        const std::size_t size = bytes.size();
+        auto write = [&system = system_, path = std::move(path), bytes = std::move(bytes), modified] {
+            const auto file = Create(path, system);
+            file->Write(bytes);
+            file->Finish(modified);
+        };
+        behind_.Add(size, std::move(write), RethrowWhen);
+    }
+
+    static std::unique_ptr<ExtractedFile> Create(const std::wstring& path, ArchiveSystem& system) {
         try {
-            return system_.CreateNewFile(path);
+            return system.CreateNewFile(path);
         } catch (const PlatformError& error) {
             if (error.Code() != errors::PathNotFound) {
                 throw;
             }
         }
-        CreateWithParents(path.substr(0, path.rfind(L'\\')), system_);
-        return system_.CreateNewFile(path);
+        CreateWithParents(path.substr(0, path.rfind(L'\\')), system);
+        return system.CreateNewFile(path);
     }
 
-  private:
     static void CreateWithParents(const std::wstring& folder, ArchiveSystem& system) {
         std::vector<std::size_t> missing;
         for (std::size_t end = folder.size();; end = folder.rfind(L'\\', end - 1)) {
@@ -69,13 +114,17 @@ class FolderOutput : public Output {
 
     std::wstring folder_;
     ArchiveSystem& system_;
+    WorkBehind behind_;
 };
 
 /// For a test of the archive.
 class NoOutput : public Output {
   public:
     void Folder(const std::wstring&) override {}
-    std::unique_ptr<ExtractedFile> File(const std::wstring&) override { return std::make_unique<NoFile>(); }
+    std::unique_ptr<ExtractedFile> File(const std::wstring&, std::uint64_t) override {
+        return std::make_unique<NoFile>();
+    }
+    void Complete() override {}
 
   private:
     class NoFile : public ExtractedFile {
@@ -86,8 +135,8 @@ class NoOutput : public Output {
 
 /// The entry may not yield a byte more or less than it declares: the free space was judged by that.
 void UnpackFile(ZipReader& reader, const std::wstring& name, Output& output, Pacer& pacer) {
-    const auto file = output.File(name);
     const std::uint64_t declared = reader.Size();
+    const auto file = output.File(name, declared);
     std::uint64_t written = 0;
     for (auto piece = reader.Data(); !piece.empty(); piece = reader.Data()) {
         if (piece.size() > declared - written) {
@@ -126,6 +175,7 @@ void UnpackEntries(ArchiveBytes& bytes, ApprovedEntries& approved, ArchiveSystem
     if (!approved.Empty()) {
         throw BadArchive("finding every entry");
     }
+    output.Complete();
 }
 
 }  // namespace
@@ -134,7 +184,7 @@ void ExtractArchiveTo(const std::wstring& archive, const std::wstring& folder, A
     Pacer pacer(clock);
     const auto bytes = system.OpenArchive(archive);
     ApprovedEntries approved(*bytes, system, pacer);
-    FolderOutput output(folder, system);
+    FolderOutput output(folder, system, pacer);
     if (approved.TotalSize() > system.FreeBytes(folder)) {
         throw PlatformError("finding room for the archive", folder, errors::DiskFull);
     }

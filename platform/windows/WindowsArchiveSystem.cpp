@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/windows/FileTimes.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
+#include "platform/windows/NewFile.h"
 
 namespace mip {
 
@@ -63,60 +63,13 @@ class WindowsArchiveBytes : public ArchiveBytes {
 
 class WindowsExtractedFile : public ExtractedFile {
   public:
-    explicit WindowsExtractedFile(const std::wstring& path) : path_(LongPath(path)) {
-        Create();
-        // What is denied may be a read-only, hidden or system file of an earlier extraction.
-        if (!file_ && GetLastError() == ERROR_ACCESS_DENIED &&
-            SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL)) {
-            Create();
-        }
-        if (!file_) {
-            ThrowLastError("CreateFile", path_);
-        }
-    }
-    WindowsExtractedFile(const WindowsExtractedFile&) = delete;
-    WindowsExtractedFile& operator=(const WindowsExtractedFile&) = delete;
+    explicit WindowsExtractedFile(const std::wstring& path) : file_(path, NewFile::Existing::Replace) {}
 
-    ~WindowsExtractedFile() override {
-        if (file_) {
-            file_.Reset();
-            DeleteFileW(path_.c_str());
-        }
-    }
-
-    void Write(std::span<const char> bytes) override {
-        while (!bytes.empty()) {
-            DWORD written = 0;
-            if (!WriteFile(file_.Get(), bytes.data(), PieceSize(bytes.size()), &written, nullptr)) {
-                ThrowLastError("WriteFile", path_);
-            }
-            bytes = bytes.subspan(written);
-        }
-    }
-
-    void Finish(const std::optional<FileTime>& modified) override {
-        // Zeros leave what they stand for as it is.
-        FILE_BASIC_INFO basic{};
-        basic.FileAttributes = replaces_ ? FILE_ATTRIBUTE_NORMAL : 0;
-        if (modified) {
-            basic.LastWriteTime.QuadPart = modified->time_since_epoch().count() + TicksFrom1601To1970;
-        }
-        if (!SetFileInformationByHandle(file_.Get(), FileBasicInfo, &basic, sizeof(basic))) {
-            ThrowLastError("SetFileInformationByHandle", path_);
-        }
-        file_.Reset();
-    }
+    void Write(std::span<const char> bytes) override { file_.Write(bytes); }
+    void Finish(const std::optional<FileTime>& modified) override { file_.Finish(modified); }
 
   private:
-    void Create() {
-        file_.Reset(
-            CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-        replaces_ = GetLastError() == ERROR_ALREADY_EXISTS;
-    }
-
-    std::wstring path_;
-    FileHandle file_;
-    bool replaces_ = false;
+    NewFile file_;
 };
 
 }  // namespace

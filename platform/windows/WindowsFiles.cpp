@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
-#include "platform/ScopeGuard.h"
 #include "platform/windows/FileTimes.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
+#include "platform/windows/NewFile.h"
+#include "threads/WorkBehind.h"
 
 namespace mip {
 
@@ -44,29 +46,25 @@ void WriteAll(const FileHandle& file, std::string_view bytes, const std::wstring
     }
 }
 
-/// A short read means the end of the file, so a small file costs one read and one write.
-void CopyContent(const FileHandle& source, const std::wstring& sourcePath, const FileHandle& destination,
-                 const std::wstring& destinationPath, std::vector<char>& buffer) {
-    DWORD read = 0;
-    do {
-        read = ReadSome(source, buffer.data(), buffer.size(), sourcePath);
-        WriteAll(destination, {buffer.data(), read}, destinationPath);
-    } while (read == buffer.size());
+FileTime ModifiedTimeOf(const FileHandle& file, const std::wstring& path) {
+    FILETIME modified{};
+    if (!GetFileTime(file.Get(), nullptr, nullptr, &modified)) {
+        ThrowLastError("GetFileTime", path);
+    }
+    return FromSystemTime(modified);
 }
 
-/// The source's modification time and no attributes, in one call on the open file. Zero times stay as they are.
-void FinishCopy(const FileHandle& source, const std::wstring& sourcePath, const FileHandle& destination,
-                const std::wstring& destinationPath) {
-    FILETIME modified{};
-    if (!GetFileTime(source.Get(), nullptr, nullptr, &modified)) {
-        ThrowLastError("GetFileTime", sourcePath);
-    }
-    FILE_BASIC_INFO basic{};
-    basic.LastWriteTime.LowPart = modified.dwLowDateTime;
-    basic.LastWriteTime.HighPart = static_cast<LONG>(modified.dwHighDateTime);
-    basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-    if (!SetFileInformationByHandle(destination.Get(), FileBasicInfo, &basic, sizeof basic)) {
-        ThrowLastError("SetFileInformationByHandle", destinationPath);
+FileHandle OpenSource(const std::wstring& path) {
+    return OpenFile(path, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+}
+
+/// The code with which an operation fails, 0 when it does not.
+std::uint32_t CodeOf(const auto& operation) {
+    try {
+        operation();
+        return 0;
+    } catch (const PlatformError& error) {
+        return error.Code();
     }
 }
 
@@ -111,15 +109,59 @@ void WindowsFiles::SetAttributes(const std::wstring& path, std::uint32_t bits) {
 
 void WindowsFiles::CopyToNew(const std::wstring& source, const std::wstring& destination) {
     copyBuffer_.resize(CopyBufferSize);
-    const FileHandle from = OpenFile(source, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
-    FileHandle to = OpenFile(destination, GENERIC_WRITE | DELETE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
-    ScopeGuard removePart([&] {
-        FILE_DISPOSITION_INFO disposition{TRUE};
-        SetFileInformationByHandle(to.Get(), FileDispositionInfo, &disposition, sizeof disposition);
-    });
-    CopyContent(from, source, to, destination, copyBuffer_);
-    FinishCopy(from, source, to, destination);
-    removePart.Dismiss();
+    const FileHandle from = OpenSource(source);
+    NewFile to(destination, NewFile::Existing::Refuse);
+    std::size_t read = 0;
+    do {  // a short read means the end of the file, so a small file costs one read and one write
+        read = ReadSome(from, copyBuffer_.data(), copyBuffer_.size(), source);
+        to.Write({copyBuffer_.data(), read});
+    } while (read == copyBuffer_.size());
+    to.Finish(ModifiedTimeOf(from, source));
+}
+
+/// A small file is read by the caller's thread, one after the other as a disc likes it, and written behind.
+void WindowsFiles::CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                                const std::wstring& destination, const Copied& copied) {
+    WorkBehind writing(FileWriters, BytesBehind);
+    for (const std::wstring& name : names) {
+        const std::wstring from = source + L'\\' + name;
+        const std::wstring to = destination + L'\\' + name;
+        std::optional<SmallFile> file;
+        const std::uint32_t code = CodeOf([&] {
+            file = ReadSmallFile(from);
+            if (!file) {
+                CopyToNew(from, to);
+            }
+        });
+        if (!file) {
+            copied(name, code);
+            continue;
+        }
+        const std::size_t size = file->Bytes.size();
+        const auto done = [&](const std::exception_ptr& failure) {
+            copied(name, CodeOf([&] { RethrowWhen(failure); }));
+        };
+        writing.Add(
+            size, [to, file = std::move(*file)] { WriteNew(to, file); }, done);
+    }
+    writing.Finish();
+}
+
+void WindowsFiles::WriteNew(const std::wstring& path, const SmallFile& file) {
+    NewFile copy(path, NewFile::Existing::Refuse);
+    copy.Write(file.Bytes);
+    copy.Finish(file.Modified);
+}
+
+/// Nothing for a file that does not fit into the buffer.
+std::optional<WindowsFiles::SmallFile> WindowsFiles::ReadSmallFile(const std::wstring& path) {
+    copyBuffer_.resize(CopyBufferSize);
+    const FileHandle file = OpenSource(path);
+    const std::size_t read = ReadSome(file, copyBuffer_.data(), copyBuffer_.size(), path);
+    if (read == copyBuffer_.size()) {
+        return std::nullopt;
+    }
+    return SmallFile{std::string(copyBuffer_.data(), read), ModifiedTimeOf(file, path)};
 }
 
 void WindowsFiles::Move(const std::wstring& source, const std::wstring& destination) {
@@ -143,7 +185,7 @@ bool WindowsFiles::IsInUse(const std::wstring& path) {
 }
 
 std::string WindowsFiles::Read(const std::wstring& path, std::uint64_t limit) {
-    const FileHandle file = OpenFile(path, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
+    const FileHandle file = OpenSource(path);
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file.Get(), &size)) {
         ThrowLastError("GetFileSizeEx", path);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/Files.h"
@@ -12,6 +14,8 @@ class WindowsFiles : public Files {
     FileStatus Status(const std::wstring& path) override;
     void SetAttributes(const std::wstring& path, std::uint32_t bits) override;
     void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
+    void CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                      const std::wstring& destination, const Copied& copied) override;
     void Move(const std::wstring& source, const std::wstring& destination) override;
     void Remove(const std::wstring& path) override;
     bool IsInUse(const std::wstring& path) override;
@@ -20,6 +24,14 @@ class WindowsFiles : public Files {
     void Append(const std::wstring& path, const std::string& bytes) override;
 
   private:
+    struct SmallFile {
+        std::string Bytes;
+        FileTime Modified;
+    };
+
+    std::optional<SmallFile> ReadSmallFile(const std::wstring& path);
+    static void WriteNew(const std::wstring& path, const SmallFile& file);
+
     std::vector<char> copyBuffer_;  ///< kept, so that thousands of small copies allocate once
 };
 

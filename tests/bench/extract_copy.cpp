@@ -1,6 +1,7 @@
 // Times one extraction and one folder copy on the real system: extract_copy ARCHIVE EXTRACTED COPIED
 // Prints seconds, calls per file, and the peak of the working set.
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -44,7 +45,7 @@ class CountingSystem : public WindowsArchiveSystem {
         ++Calls;
         return WindowsArchiveSystem::CreateNewFile(path);
     }
-    int Calls = 0;
+    std::atomic<int> Calls = 0;
 };
 
 class CountingFiles : public WindowsFiles {
@@ -61,9 +62,10 @@ class CountingFiles : public WindowsFiles {
         ++Calls;
         WindowsFiles::SetAttributes(path, bits);
     }
-    void CopyToNew(const std::wstring& source, const std::wstring& destination) override {
-        ++Calls;
-        WindowsFiles::CopyToNew(source, destination);
+    void CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                      const std::wstring& destination, const Copied& copied) override {
+        Calls += static_cast<int>(names.size());
+        WindowsFiles::CopyAllToNew(source, names, destination, copied);
     }
     int Calls = 0;
 };

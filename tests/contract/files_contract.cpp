@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <chrono>
+#include <map>
+#include <stdexcept>
 
 #include "tests/contract/ContractHost.h"
 
@@ -49,6 +51,65 @@ TEST_F(FilesContract, CopyToNewCarriesTheTimeAndNoAttributes) {
     EXPECT_EQ(0u, copy.Attributes & ~attributes::Archive);
     EXPECT_LE(std::chrono::abs(copy.Modified - Earlier), std::chrono::seconds{2});
     EXPECT_EQ("text", Files().Read(At(L"copy.txt")));
+}
+
+TEST_F(FilesContract, CopyAllToNewTellsOfEveryFile) {
+    Folders().Create(At(L"source"));
+    Folders().Create(At(L"copy"));
+    std::map<std::wstring, std::uint32_t> expected{{L"none.txt", errors::FileNotFound},
+                                                   {L"old.txt", errors::FileExists}};
+    std::map<std::wstring, std::string> contents{{L"old.txt", "kept"}};
+    for (const std::size_t size : {0u, 1u, 524'287u, 524'288u, 1'300'000u}) {
+        contents[std::to_wstring(size)] = std::string(size, 'x');
+    }
+    for (int i = 0; i < 200; ++i) {
+        contents[L"small " + std::to_wstring(i)] = std::string(100, static_cast<char>(i));
+    }
+    std::vector<std::wstring> names{L"none.txt"};
+    for (const auto& [name, bytes] : contents) {
+        Files().Write(At(L"source\\" + name), bytes);
+        host_->SetModified(At(L"source\\" + name), Earlier);
+        names.push_back(name);
+        expected.try_emplace(name, 0);
+    }
+    Files().Write(At(L"source\\old.txt"), "new");
+    Files().Write(At(L"copy\\old.txt"), "kept");
+    host_->SetModified(At(L"copy\\old.txt"), Earlier);
+
+    std::map<std::wstring, std::uint32_t> told;
+    Files().CopyAllToNew(At(L"source"), names, At(L"copy"), [&](const std::wstring& name, std::uint32_t code) {
+        EXPECT_TRUE(told.emplace(name, code).second);
+    });
+
+    EXPECT_EQ(told, expected);
+    for (const auto& [name, bytes] : contents) {
+        EXPECT_TRUE(Files().Read(At(L"copy\\" + name)) == bytes) << testing::PrintToString(name);
+        EXPECT_LE(std::chrono::abs(Files().Status(At(L"copy\\" + name)).Modified - Earlier), std::chrono::seconds{2});
+    }
+    EXPECT_EQ(Folders().List(At(L"copy")).Files.size(), contents.size());
+}
+
+TEST_F(FilesContract, CopyAllToNewStopsWhenItsCallerDoes) {
+    Folders().Create(At(L"source"));
+    Folders().Create(At(L"copy"));
+    std::vector<std::wstring> names;
+    for (int i = 0; i < 300; ++i) {
+        names.push_back(std::to_wstring(i));
+        Files().Write(At(L"source\\" + names.back()), std::string(100'000, 'x'));
+    }
+    int told = 0;
+    const auto stopAtTheFifth = [&](const std::wstring&, std::uint32_t) {
+        if (++told == 5) {
+            throw std::runtime_error("stopped");
+        }
+    };
+    EXPECT_THROW(Files().CopyAllToNew(At(L"source"), names, At(L"copy"), stopAtTheFifth), std::runtime_error);
+    EXPECT_EQ(told, 5);
+    const auto copied = Folders().List(At(L"copy")).Files;
+    EXPECT_LT(copied.size(), 100u);
+    for (const std::wstring& name : copied) {
+        EXPECT_EQ(Files().Status(At(L"copy\\" + name)).Size, 100'000u);
+    }
 }
 
 TEST_F(FilesContract, CopyToNewThatCannotStartLeavesNothing) {

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -53,6 +54,7 @@ class System : public ArchiveSystem {
     std::unique_ptr<ArchiveBytes> OpenArchive(const std::wstring&) override { return std::make_unique<Bytes>(bytes_); }
     void CreateFolder(const std::wstring& folder) override { Require(folder == L"C:\\out" || IsInside(folder)); }
     std::unique_ptr<ExtractedFile> CreateNewFile(const std::wstring& path) override {
+        const std::lock_guard lock(mutex_);
         Require(IsInside(path) && names_.insert(FoldCase(path)).second);
         return std::make_unique<File>(*this);
     }
@@ -78,6 +80,7 @@ class System : public ArchiveSystem {
       public:
         explicit File(System& system) : system_(system) {}
         void Write(std::span<const char> bytes) override {
+            const std::lock_guard lock(system_.mutex_);
             system_.written_ += bytes.size();
             Require(system_.written_ <= Room);
         }
@@ -95,6 +98,7 @@ class System : public ArchiveSystem {
     }
 
     std::span<const char> bytes_;
+    std::mutex mutex_;  // for what follows: the extractor writes on several threads
     std::set<std::wstring> names_;
     std::uint64_t written_ = 0;
 };

@@ -77,6 +77,19 @@ void FakeFiles::CopyToNew(const std::wstring& source, const std::wstring& destin
     copy->Attributes = 0;
 }
 
+void FakeFiles::CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                             const std::wstring& destination, const Copied& copied) {
+    for (const std::wstring& name : names) {
+        std::uint32_t code = 0;
+        try {
+            CopyToNew(source + L'\\' + name, destination + L'\\' + name);
+        } catch (const PlatformError& error) {
+            code = error.Code();
+        }
+        copied(name, code);
+    }
+}
+
 void FakeFiles::Move(const std::wstring& source, const std::wstring& destination) {
     faults_.Check("Files.Move", source);
     const FileTree::Place from = FileAt("Move", source);

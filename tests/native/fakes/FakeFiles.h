@@ -15,6 +15,9 @@ class FakeFiles : public Files {
     void SetAttributes(const std::wstring& path, std::uint32_t bits) override;
     /// A power cut in this call leaves half of the new file.
     void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
+    /// One CopyToNew after the other.
+    void CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
+                      const std::wstring& destination, const Copied& copied) override;
     void Move(const std::wstring& source, const std::wstring& destination) override;
     void Remove(const std::wstring& path) override;
     bool IsInUse(const std::wstring& path) override;
