@@ -16,6 +16,7 @@ namespace mip {
 namespace {
 
 constexpr std::size_t CopyBufferSize = 512 * 1024;
+constexpr std::size_t ManyFiles = 4;
 constexpr std::uint64_t LargestPiece = 0x1000'0000;  // well inside the DWORD that the calls count in
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -122,13 +123,14 @@ void WindowsFiles::CopyToNew(const std::wstring& source, const std::wstring& des
 /// A small file is read by the caller's thread, one after the other as a disc likes it, and written behind.
 void WindowsFiles::CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
                                 const std::wstring& destination, const Copied& copied) {
+    const bool isWorthThreads = names.size() >= ManyFiles;
     WorkBehind writing(FileWriters, BytesBehind);
     for (const std::wstring& name : names) {
         const std::wstring from = source + L'\\' + name;
         const std::wstring to = destination + L'\\' + name;
         std::optional<SmallFile> file;
         const std::uint32_t code = CodeOf([&] {
-            file = ReadSmallFile(from);
+            file = isWorthThreads ? ReadSmallFile(from) : std::nullopt;
             if (!file) {
                 CopyToNew(from, to);
             }
