@@ -103,17 +103,19 @@ bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual)
     return true;
 }
 
-bool IsFolderInUse(Platform& platform, const std::wstring& folder) {
-    return IsTargetInUse(platform, folder, folder);
+std::wstring FindFileInUse(Platform& platform, const std::wstring& folder) {
+    return FindFileInUse(platform, folder, folder);
 }
 
-bool IsTargetInUse(Platform& platform, const std::wstring& source, const std::wstring& target) {
-    bool isInUse = false;
+std::wstring FindFileInUse(Platform& platform, const std::wstring& source, const std::wstring& target) {
+    std::wstring found;
     VisitFiles(platform, source, [&](const std::wstring& file) {
-        isInUse = platform.Files.IsInUse(target + file);
-        return !isInUse;
+        if (platform.Files.IsInUse(target + file)) {
+            found = target + file;
+        }
+        return found.empty();
     });
-    return isInUse;
+    return found;
 }
 
 bool IsManualWhole(const Program& program, const DiscCatalogueRecord& manual) {

@@ -17,11 +17,11 @@ std::wstring BaseEditionOf(const std::wstring& pubNo);
 /// be found out does not stop the manual here; extraction or copy will tell.
 bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual);
 
-/// True when another program has a file of the folder open, so that the folder cannot go whole. A folder that cannot be
-/// listed is not in use.
-bool IsFolderInUse(Platform& platform, const std::wstring& folder);
-/// The same for the files of `target` that a copy of `source` would replace.
-bool IsTargetInUse(Platform& platform, const std::wstring& source, const std::wstring& target);
+/// A file of the folder that another program has open, so that the folder cannot go whole; "" when there is none, or
+/// the folder cannot be listed.
+std::wstring FindFileInUse(Platform& platform, const std::wstring& folder);
+/// The same among the files of `target` that a copy of `source` would replace.
+std::wstring FindFileInUse(Platform& platform, const std::wstring& source, const std::wstring& target);
 
 /// True when the disc's edition can be read from beginning to end, so that the installed one may go.
 bool IsManualWhole(const Program& program, const DiscCatalogueRecord& manual);

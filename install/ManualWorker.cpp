@@ -119,7 +119,8 @@ bool ManualWorker::IsFitToReplace() {
     if (baseStatus == MdbOk) {
         replaced.push_back(program_.Installed.INSPath);
     }
-    if (std::ranges::any_of(replaced, [&](const auto& path) { return IsFolderInUse(program_.Platform, path); })) {
+    const auto inUse = [&](const std::wstring& folder) { return IsInUse(FindFileInUse(program_.Platform, folder)); };
+    if (std::ranges::any_of(replaced, inUse)) {
         return false;
     }
     if (!replaced.empty() && !IsManualWhole(program_, Manual())) {
@@ -127,6 +128,14 @@ bool ManualWorker::IsFitToReplace() {
         return false;
     }
     return true;
+}
+
+/// Says in the log which file keeps the manual from being replaced.
+bool ManualWorker::IsInUse(const std::wstring& file) {
+    if (!file.empty()) {
+        program_.Log.Write(L"in use", Manual().Pub_No, file);
+    }
+    return !file.empty();
 }
 
 /// Marks an installed edition for adjustment, then removes its folder: from the mark on, its row counts as unusable.
@@ -229,7 +238,7 @@ bool ManualWorker::CopyPlainManual() {
     const std::wstring& source = Manual().ComparePath;
     const std::wstring target = JoinPath(Manual().InstalledPath, L"contents");
     const std::int32_t count = CopyFolderWithProgress(program_.Platform, CopyMode::CountOnly, 0, source, target);
-    if (count == 0 || count == -1 || IsTargetInUse(program_.Platform, source, target)) {
+    if (count == 0 || count == -1 || IsInUse(FindFileInUse(program_.Platform, source, target))) {
         return false;
     }
     if (!MarkForAdjustment(*program_.CatalogDb, Manual().Pub_No)) {

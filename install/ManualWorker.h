@@ -33,6 +33,7 @@ class ManualWorker {
 
     bool ChooseFolder();
     bool IsFitToReplace();
+    bool IsInUse(const std::wstring& file);
     void RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder);
     bool CopyExtractedManual();
     CopyProgress CopyBarProgress();

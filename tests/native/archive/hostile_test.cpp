@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -199,7 +200,7 @@ class FaultySystem : public ArchiveSystem {
     explicit FaultySystem(ArchiveSystem& system) : system_(system) {}
 
     int FailAt = 0;
-    int Calls = 0;
+    std::atomic<int> Calls = 0;  // files are written on several threads
     std::uint64_t Free = UINT64_MAX;
 
     void Count() {
