@@ -49,9 +49,10 @@ class Tour {
         while (driver_.FindScreen(ids::vaSpread) == nullptr) {
             if (const HWND directory = driver_.FindScreen(ids::L_InstalPath)) {
                 AnswerFolder(directory);
-            } else if (!sawWork_ && IsBarHalfWay(progress)) {
+            } else if (!sawWork_ && ShowsWork(progress)) {
                 TakePicture(progress, L"5-progress-manuals");
-                sawWork_ = true;
+                // The work may have gone on before the picture was there, and a question may lie over it.
+                sawWork_ = ShowsWork(progress) && driver_.FindScreen(ids::L_InstalPath) == nullptr;
             }
             if (driver_.ExitCode()) {
                 throw std::runtime_error("the program ended during the installation");
@@ -74,12 +75,10 @@ class Tour {
         driver_.WaitUntilGone(directory);
     }
 
-    static bool IsBarHalfWay(HWND progress) {
+    static bool ShowsWork(HWND progress) {
         for (int bar = 0; bar < 3; ++bar) {
             const HWND control = GetDlgItem(progress, ids::pgBar + bar);
-            const bool shown = IsWindowVisible(control) != 0;
-            const LRESULT position = SendMessageW(control, PBM_GETPOS, 0, 0);
-            if (shown && position > 300 && position < 800) {
+            if (IsWindowVisible(control) != 0 && SendMessageW(control, PBM_GETPOS, 0, 0) > 300) {
                 return true;
             }
         }
