@@ -108,7 +108,7 @@ class NativeArchiveSystem : public ArchiveSystem {
     }
     void CreateFolder(const std::wstring& folder) override {
         const std::filesystem::path path = PathOf(folder);
-        if (!std::filesystem::is_directory(path) && mkdir(path.c_str(), 0755) != 0) {
+        if (mkdir(path.c_str(), 0755) != 0 && !(errno == EEXIST && std::filesystem::is_directory(path))) {
             ThrowErrno("mkdir", folder);
         }
     }

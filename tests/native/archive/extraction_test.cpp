@@ -84,6 +84,20 @@ TEST_F(Extraction, WritesWhatThePackerPacked) {
     EXPECT_EQ(DeclaredSize(), 2 * SizeInClusters(large.size()) + 5 * 4096U) << "five small files";
 }
 
+TEST_F(Extraction, FilesWrittenSideBySideShareTheirFolders) {
+    std::vector<ZipItem> items;
+    std::size_t folders = 0;
+    for (int i = 0; i < 200; ++i) {
+        const std::string folder = "M/" + std::to_string(i / 4) + "/deep/folder/";
+        folders += i % 4 == 0 ? 3 : 0;
+        items.push_back({.Name = folder + std::to_string(i) + ".htm", .Content = std::to_string(i)});
+    }
+    ASSERT_EQ(Extract(BuildZip(items)), 0);
+    const Tree tree = Extracted();
+    EXPECT_EQ(tree.size(), 1 + folders + items.size());
+    EXPECT_EQ(tree.at(L"M\\49\\deep\\folder\\199.htm"), "199");
+}
+
 TEST_F(Extraction, ReplacesWhatIsThere) {
     ASSERT_EQ(Extract(BuildZip({{.Name = "a.txt", .Content = "a long old content"}, {.Name = "b/c", .Content = "c"}})),
               0);
