@@ -25,6 +25,16 @@ class PlatformError : public std::runtime_error {
     std::uint32_t code_;
 };
 
+/// The code with which an adapter's operation fails, 0 when it does not.
+std::uint32_t CodeOf(const auto& operation) {
+    try {
+        operation();
+        return 0;
+    } catch (const PlatformError& error) {
+        return error.Code();
+    }
+}
+
 /// The Win32 error codes that the program's own rules, or the fakes, name.
 namespace errors {
 inline constexpr std::uint32_t FileNotFound = 2;

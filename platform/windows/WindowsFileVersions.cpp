@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "platform/PlatformError.h"
+#include "platform/windows/LastError.h"
 
 namespace mip {
 
@@ -12,11 +12,11 @@ FixedFileVersion WindowsFileVersions::Read(const std::wstring& path) {
     DWORD unused = 0;
     const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &unused);
     if (size == 0) {
-        throw PlatformError("GetFileVersionInfoSize", path, GetLastError());
+        ThrowLastError("GetFileVersionInfoSize", path);
     }
     std::vector<BYTE> resource(size);
     if (!GetFileVersionInfoW(path.c_str(), 0, size, resource.data())) {
-        throw PlatformError("GetFileVersionInfo", path, GetLastError());
+        ThrowLastError("GetFileVersionInfo", path);
     }
     void* fixed = nullptr;
     UINT length = 0;

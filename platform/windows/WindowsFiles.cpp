@@ -59,16 +59,6 @@ FileHandle OpenSource(const std::wstring& path) {
     return OpenFile(path, GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
 }
 
-/// The code with which an operation fails, 0 when it does not.
-std::uint32_t CodeOf(const auto& operation) {
-    try {
-        operation();
-        return 0;
-    } catch (const PlatformError& error) {
-        return error.Code();
-    }
-}
-
 /// Brings a file's bytes to the disk: a rename may get there before them, and after a crash the name would stand for
 /// nothing. A file that cannot be opened for writing was not just written.
 void FlushContent(const std::wstring& path) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -54,15 +53,5 @@ class ContractTest : public testing::Test {
 
     std::unique_ptr<ContractHost> host_ = MakeContractHost();
 };
-
-/// The code with which an operation fails, 0 when it does not.
-inline std::uint32_t CodeOf(const std::function<void()>& operation) {
-    try {
-        operation();
-        return 0;
-    } catch (const PlatformError& error) {
-        return error.Code();
-    }
-}
 
 }  // namespace mip

@@ -80,13 +80,7 @@ void FakeFiles::CopyToNew(const std::wstring& source, const std::wstring& destin
 void FakeFiles::CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
                              const std::wstring& destination, const Copied& copied) {
     for (const std::wstring& name : names) {
-        std::uint32_t code = 0;
-        try {
-            CopyToNew(source + L'\\' + name, destination + L'\\' + name);
-        } catch (const PlatformError& error) {
-            code = error.Code();
-        }
-        copied(name, code);
+        copied(name, CodeOf([&] { CopyToNew(source + L'\\' + name, destination + L'\\' + name); }));
     }
 }
 

@@ -31,15 +31,6 @@ class SqliteEngineTest : public testing::Test {
 
     std::unique_ptr<DatabaseConnection> NewCatalogue() { return engine_.Create(Path(u8"カタログ 1.mdb"), 3); }
 
-    static std::uint32_t CodeOf(const std::function<void()>& action) {
-        try {
-            action();
-            return SQLITE_OK;
-        } catch (const PlatformError& error) {
-            return error.Code();
-        }
-    }
-
     static FieldValue One(DatabaseConnection& connection, const std::wstring& sql) {
         const auto rows = connection.Query(sql);
         return rows->AtEnd() ? FieldValue(L"no row") : rows->Field(0);

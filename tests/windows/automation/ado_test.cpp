@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <limits>
 
+#include "platform/PlatformError.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/AdoEngine.h"
 #include "platform/windows/ComApartment.h"
-#include "tests/windows/CodeOf.h"
 #include "tests/windows/automation/AdoStandIn.h"
 
 namespace mip {

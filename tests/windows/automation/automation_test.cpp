@@ -3,7 +3,6 @@
 #include "platform/PlatformError.h"
 #include "platform/windows/ComApartment.h"
 #include "platform/windows/ComAutomation.h"
-#include "tests/windows/CodeOf.h"
 #include "tests/windows/automation/ScriptedObject.h"
 
 namespace mip {

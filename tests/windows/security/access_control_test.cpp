@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/PlatformError.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/WindowsAccessControl.h"
 #include "platform/windows/WindowsAccountNames.h"
-#include "tests/windows/CodeOf.h"
 
 namespace mip {
 namespace {
