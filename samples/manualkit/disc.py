@@ -7,7 +7,7 @@ import zipfile
 
 from .handbook import handbook_pdf
 from .library import DISC, INSTALLED
-from .manager import manager_pdf
+from .manager import ENGLISH, JAPANESE, manager_pdf
 from .pages import manual_files
 
 ZIP_TIME = (2023, 10, 2, 8, 0, 0)  # the same bytes from every run
@@ -125,6 +125,7 @@ def write_disc(root, start_page):
         write_manual(root, manual)
     page = Path(start_page).read_text(encoding="utf-8")
     write(root / "index.html", page.replace("<!-- manuals -->\n", manual_table()).encode("utf-8"))
-    write(root / "programs/man_manager/ManualManager_EN.pdf", manager_pdf())
+    write(root / "programs/man_manager/ManualManager_EN.pdf", manager_pdf(ENGLISH))
+    write(root / "programs/man_manager/ManualManager_JP.pdf", manager_pdf(JAPANESE))
     write(root / "programs/setup/man_info_do.ci", manual_info(DISC))
     write(root / "programs/setup/man_info_us.ci", manual_info(manual for manual in DISC if manual.language == "EN"))

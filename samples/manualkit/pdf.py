@@ -1,14 +1,24 @@
-"""A small PDF 1.4 writer: pages with text, lines, boxes and form fields in the two built-in Helvetica fonts, and
-bookmarks."""
+"""A small PDF 1.4 writer: pages with text, lines, boxes and form fields, and bookmarks. Text stands in the two built-in
+Helvetica fonts, Japanese text in a font of the reader's Japanese collection (PDF reference, "Predefined CMaps")."""
 
 WIDTH, HEIGHT = 595, 842  # A4 in points
 FIELD_LOOK = b"/F1 12 Tf 0.1 g"
 
 
+def is_western(text):
+    return all(ord(character) < 256 for character in text)
+
+
 def pdf_text(text):
-    """A string object in the fonts' encoding."""
+    """A string object in the encoding of the Helvetica fonts, or in UTF-16 with a mark where they lack a character."""
+    if not is_western(text):
+        return b"<FEFF" + hex_text(text) + b">"
     escaped = text.replace("\\", "\\\\").replace("(", "\\(").replace(")", "\\)")
     return b"(" + escaped.encode("cp1252") + b")"
+
+
+def hex_text(text):
+    return text.encode("utf-16-be").hex().upper().encode()
 
 
 def references(numbers):
@@ -25,10 +35,9 @@ class PdfPage:
         self.fields.append((name, (x, y, x + width, y + height)))
 
     def text(self, x, y, text, size=10, bold=False, grey=0.1):
-        font = "F2" if bold else "F1"
-        self.drawing.append(
-            b"BT /%s %d Tf %.2f g %d %d Td %s Tj ET" % (font.encode(), size, grey, x, y, pdf_text(text))
-        )
+        font = b"F3" if not is_western(text) else b"F2" if bold else b"F1"
+        shown = pdf_text(text) if is_western(text) else b"<" + hex_text(text) + b">"
+        self.drawing.append(b"BT /%s %d Tf %.2f g %d %d Td %s Tj ET" % (font, size, grey, x, y, shown))
 
     def box(self, x, y, width, height, colour):
         self.drawing.append(b"%.3f %.3f %.3f rg %d %d %d %d re f" % (*colour, x, y, width, height))
@@ -54,8 +63,9 @@ class PdfDocument:
         return self.pages[-1]
 
     def bytes(self):
-        """Objects: 1 catalogue, 2 page tree, 3 and 4 fonts, 5 information, 6 outline, then pages, bookmarks, fields."""
-        first_page = 7
+        """Objects: 1 catalogue, 2 page tree, 3 and 4 fonts, 5 information, 6 outline, 7 to 9 the Japanese font, then
+        pages, bookmarks, fields."""
+        first_page = 10
         first_mark = first_page + 2 * len(self.pages)
         page_number = [first_page + 2 * index for index in range(len(self.pages))]
         kids = references(page_number)
@@ -70,13 +80,19 @@ class PdfDocument:
             b"<< /Title %s /Author (Vantor) >>" % pdf_text(self.title),
             b"<< /Type /Outlines /Count %d /First %d 0 R /Last %d 0 R >>"
             % (len(self.bookmarks), first_mark, first_mark + len(self.bookmarks) - 1),
+            b"<< /Type /Font /Subtype /Type0 /BaseFont /HeiseiKakuGo-W5 /Encoding /UniJIS-UCS2-HW-H"
+            b" /DescendantFonts [8 0 R] >>",
+            b"<< /Type /Font /Subtype /CIDFontType0 /BaseFont /HeiseiKakuGo-W5 /FontDescriptor 9 0 R /DW 1000 /W [231 632 500]"
+            b" /CIDSystemInfo << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >> >>",
+            b"<< /Type /FontDescriptor /FontName /HeiseiKakuGo-W5 /Flags 4 /FontBBox [-92 -250 1010 922]"
+            b" /ItalicAngle 0 /Ascent 752 /Descent -221 /CapHeight 709 /StemV 114 >>",
         ]
         for index, (number, page) in enumerate(zip(page_number, self.pages)):
             stream = b"\n".join(page.drawing)
             own_fields = [first_field + place for place, field in enumerate(fields) if field[0] == index]
             objects.append(
                 b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Contents %d 0 R"
-                b" /Resources << /Font << /F1 3 0 R /F2 4 0 R >> >>%s >>"
+                b" /Resources << /Font << /F1 3 0 R /F2 4 0 R /F3 7 0 R >> >>%s >>"
                 % (WIDTH, HEIGHT, number + 1, b" /Annots [%s]" % references(own_fields) if own_fields else b"")
             )
             objects.append(b"<< /Length %d >>\nstream\n%s\nendstream" % (len(stream), stream))

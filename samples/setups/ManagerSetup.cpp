@@ -1,4 +1,4 @@
-// Setup of the sample manual manager: puts ManualManager.exe and its PDF manual into the folder of the
+// Setup of the sample manual manager: puts ManualManager.exe and its PDF manuals into the folder of the
 // manual library.
 #include "samples/setups/SampleSetup.h"
 
@@ -20,6 +20,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
         mip::CreateFolderTree(folder);
         mip::InstallFile(L"ManualManager.exe", folder);
         mip::InstallFile(L"ManualManager_EN.pdf", folder);
+        mip::InstallFile(L"ManualManager_JP.pdf", folder);
         return 0;
     } catch (const std::exception&) {
         return 1;

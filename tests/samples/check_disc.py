@@ -135,6 +135,11 @@ class SampleDisc(unittest.TestCase):
             for link in re.findall(r'(?:href|src)="([^"#]+)', page.read_text(encoding="utf-8")):
                 self.assertTrue((page.parent / unquote(link)).is_file(), f"{page}: {link}")
 
+    def test_the_manager_has_the_stamped_manual_of_every_language(self):
+        for code in ("09", "11"):
+            name = read_profile(SYSDIR / f"M{code}.ini")["MESSAGE"]["M060"]
+            self.assertIn(b"/T (ver_mam_man)", (self.disc / "programs/man_manager" / name).read_bytes(), name)
+
     def test_manual_information_names_every_folder_and_a_month(self):
         lines = (self.disc / "programs/setup/man_info_do.ci").read_text(encoding="utf-8-sig").splitlines()
         fields = [line.split(",") for line in lines]
