@@ -117,6 +117,10 @@ void CopyFileReplacing(Platform& platform, const std::wstring& source, const std
             throw;
         }
     }
+    CopyOverExisting(platform, source, destination);
+}
+
+void CopyOverExisting(Platform& platform, const std::wstring& source, const std::wstring& destination) {
     RemoveForced(platform, destination);
     platform.Files.CopyToNew(source, destination);
 }

@@ -32,8 +32,10 @@ bool MakeFolder(Platform& platform, const std::wstring& folder);
 void MakeFolderPath(Platform& platform, const std::wstring& folder);
 /// Copies over an existing file, read-only ones included, and leaves no attributes set. Throws PlatformError.
 void CopyFileReplacing(Platform& platform, const std::wstring& source, const std::wstring& destination);
-/// The same with a pause between the steps, then full access for local users. Throws PlatformError when the copy fails;
-/// a failed grant is reported by a box.
+/// The same when the destination is known to exist.
+void CopyOverExisting(Platform& platform, const std::wstring& source, const std::wstring& destination);
+/// CopyFileReplacing with a pause between the steps, then full access for local users. Throws PlatformError when the
+/// copy fails; a failed grant is reported by a box.
 void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination);
 /// The box that says that a file could not be opened to local users.
 void ShowAccessError(Program& program, const std::wstring& file);

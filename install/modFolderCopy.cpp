@@ -73,7 +73,7 @@ class FolderCopy {
                    const std::wstring& destination) {
         platform_.Files.CopyAllToNew(source, names, destination, [&](const std::wstring& name, std::uint32_t code) {
             if (code == errors::FileExists) {
-                CopyFileReplacing(platform_, JoinPath(source, name), JoinPath(destination, name));
+                CopyOverExisting(platform_, JoinPath(source, name), JoinPath(destination, name));
             } else if (code != 0) {
                 throw PlatformError("CopyAllToNew", JoinPath(destination, name), code);
             }

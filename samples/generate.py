@@ -15,13 +15,13 @@ def main():
     disc = commands.add_parser("disc", help="manuals, start page and manual information files")
     disc.add_argument("root", help="root folder of the disc")
     computer = commands.add_parser("computer", help="manuals that are installed already")
-    computer.add_argument("library", help="folder that holds the installed manuals")
+    computer.add_argument("folder", help="folder that holds the installed manuals")
     computer.add_argument("rows", help="SQL file for their catalogue rows")
     arguments = parser.parse_args()
     if arguments.command == "disc":
         write_disc(arguments.root, START_PAGE)
     else:
-        write_computer(arguments.library, arguments.rows)
+        write_computer(arguments.folder, arguments.rows)
 
 
 if __name__ == "__main__":

@@ -17,12 +17,13 @@ inline void RethrowWhen(const std::exception_ptr& failure) {
     }
 }
 
-/// For writing files behind their reading: more threads gain little, and what waits stays small beside the program.
+/// For writing files behind their reading: a third thread gained nothing, and what waits stays small beside the
+/// program.
 inline constexpr unsigned FileWriters = 2;
 inline constexpr std::size_t BytesBehind = 4 * 1024 * 1024;
 
 /// Jobs that run on threads of their own, behind the thread that owns this object and hands them over. Many small files
-/// are written several times faster when the next one is read or unpacked meanwhile.
+/// are written faster when the next ones are read or unpacked meanwhile.
 ///
 /// What a job came to is told to the owner's thread during a later `Add` or `Finish`, in the order in which the jobs
 /// end.

@@ -26,8 +26,6 @@ class Output {
     virtual void Folder(const std::wstring& name) = 0;
     /// `size` is what the file will hold, in bytes.
     virtual std::unique_ptr<ExtractedFile> File(const std::wstring& name, std::uint64_t size) = 0;
-    /// To be called at the end: what was handed over is on the disk then.
-    virtual void Complete() = 0;
 };
 
 /// A small file is unpacked into memory and written behind the unpacking of the next ones.
@@ -52,7 +50,8 @@ class FolderOutput : public Output {
                                  : Create(folder_ + name, system_);
     }
 
-    void Complete() override { behind_.Finish(); }
+    /// To be called at the end: what was handed over is on the disk then.
+    void Complete() { behind_.Finish(); }
 
   private:
     class FileInMemory : public ExtractedFile {
@@ -124,7 +123,6 @@ class NoOutput : public Output {
     std::unique_ptr<ExtractedFile> File(const std::wstring&, std::uint64_t) override {
         return std::make_unique<NoFile>();
     }
-    void Complete() override {}
 
   private:
     class NoFile : public ExtractedFile {
@@ -175,7 +173,6 @@ void UnpackEntries(ArchiveBytes& bytes, ApprovedEntries& approved, ArchiveSystem
     if (!approved.Empty()) {
         throw BadArchive("finding every entry");
     }
-    output.Complete();
 }
 
 }  // namespace
@@ -189,6 +186,7 @@ void ExtractArchiveTo(const std::wstring& archive, const std::wstring& folder, A
         throw PlatformError("finding room for the archive", folder, errors::DiskFull);
     }
     UnpackEntries(*bytes, approved, system, output, pacer);
+    output.Complete();
 }
 
 std::uint64_t TestArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock) {

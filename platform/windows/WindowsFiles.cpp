@@ -5,10 +5,8 @@
 #include <utility>
 
 #include "platform/windows/FileTimes.h"
-#include "platform/windows/Handle.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
-#include "platform/windows/NewFile.h"
 #include "threads/WorkBehind.h"
 
 namespace mip {
@@ -99,15 +97,10 @@ void WindowsFiles::SetAttributes(const std::wstring& path, std::uint32_t bits) {
 }
 
 void WindowsFiles::CopyToNew(const std::wstring& source, const std::wstring& destination) {
-    copyBuffer_.resize(CopyBufferSize);
     const FileHandle from = OpenSource(source);
     NewFile to(destination, NewFile::Existing::Refuse);
-    std::size_t read = 0;
-    do {  // a short read means the end of the file, so a small file costs one read and one write
-        read = ReadSome(from, copyBuffer_.data(), copyBuffer_.size(), source);
-        to.Write({copyBuffer_.data(), read});
-    } while (read == copyBuffer_.size());
-    to.Finish(ModifiedTimeOf(from, source));
+    const std::size_t read = ReadPiece(from, source);
+    CopyRest(from, source, read, to);
 }
 
 /// A small file is read by the caller's thread, one after the other as a disc likes it, and written behind.
@@ -120,8 +113,9 @@ void WindowsFiles::CopyAllToNew(const std::wstring& source, const std::vector<st
         const std::wstring to = destination + L'\\' + name;
         std::optional<SmallFile> file;
         const std::uint32_t code = CodeOf([&] {
-            file = isWorthThreads ? ReadSmallFile(from) : std::nullopt;
-            if (!file) {
+            if (isWorthThreads) {
+                file = ReadSmallOrCopy(from, to);
+            } else {
                 CopyToNew(from, to);
             }
         });
@@ -139,21 +133,39 @@ void WindowsFiles::CopyAllToNew(const std::wstring& source, const std::vector<st
     writing.Finish();
 }
 
+/// Reads a file that fits into the buffer; copies a larger one and gives nothing.
+std::optional<WindowsFiles::SmallFile> WindowsFiles::ReadSmallOrCopy(const std::wstring& source,
+                                                                     const std::wstring& destination) {
+    const FileHandle from = OpenSource(source);
+    const std::size_t read = ReadPiece(from, source);
+    if (read < copyBuffer_.size()) {
+        return SmallFile{std::string(copyBuffer_.data(), read), ModifiedTimeOf(from, source)};
+    }
+    NewFile to(destination, NewFile::Existing::Refuse);
+    CopyRest(from, source, read, to);
+    return std::nullopt;
+}
+
 void WindowsFiles::WriteNew(const std::wstring& path, const SmallFile& file) {
     NewFile copy(path, NewFile::Existing::Refuse);
     copy.Write(file.Bytes);
     copy.Finish(file.Modified);
 }
 
-/// Nothing for a file that does not fit into the buffer.
-std::optional<WindowsFiles::SmallFile> WindowsFiles::ReadSmallFile(const std::wstring& path) {
+std::size_t WindowsFiles::ReadPiece(const FileHandle& file, const std::wstring& path) {
     copyBuffer_.resize(CopyBufferSize);
-    const FileHandle file = OpenSource(path);
-    const std::size_t read = ReadSome(file, copyBuffer_.data(), copyBuffer_.size(), path);
-    if (read == copyBuffer_.size()) {
-        return std::nullopt;
+    return ReadSome(file, copyBuffer_.data(), copyBuffer_.size(), path);
+}
+
+/// Writes the `read` bytes in the buffer and what follows them. A short read means the end of the file, so a small file
+/// costs one read and one write.
+void WindowsFiles::CopyRest(const FileHandle& from, const std::wstring& source, std::size_t read, NewFile& to) {
+    to.Write({copyBuffer_.data(), read});
+    while (read == copyBuffer_.size()) {
+        read = ReadPiece(from, source);
+        to.Write({copyBuffer_.data(), read});
     }
-    return SmallFile{std::string(copyBuffer_.data(), read), ModifiedTimeOf(file, path)};
+    to.Finish(ModifiedTimeOf(from, source));
 }
 
 void WindowsFiles::Move(const std::wstring& source, const std::wstring& destination) {

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "platform/Files.h"
+#include "platform/windows/Handle.h"
+#include "platform/windows/NewFile.h"
 
 namespace mip {
 
@@ -29,8 +31,10 @@ class WindowsFiles : public Files {
         FileTime Modified;
     };
 
-    std::optional<SmallFile> ReadSmallFile(const std::wstring& path);
+    std::optional<SmallFile> ReadSmallOrCopy(const std::wstring& source, const std::wstring& destination);
     static void WriteNew(const std::wstring& path, const SmallFile& file);
+    std::size_t ReadPiece(const FileHandle& file, const std::wstring& path);
+    void CopyRest(const FileHandle& from, const std::wstring& source, std::size_t read, NewFile& to);
 
     std::vector<char> copyBuffer_;  ///< kept, so that thousands of small copies allocate once
 };

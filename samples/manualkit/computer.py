@@ -3,7 +3,7 @@ from datetime import datetime, timedelta
 from pathlib import Path
 
 from .disc import write_files
-from .library import INSTALLED
+from .manuals import INSTALLED
 from .pages import manual_files
 
 LIBRARY = "C:\\Vantor Manuals"
@@ -40,8 +40,8 @@ def catalogue_rows():
     return "\n".join(statements + ["COMMIT;"]) + "\n"
 
 
-def write_computer(library, rows):
-    """`library` is the folder that the computer sees as LIBRARY; `rows` the file that takes the SQL."""
+def write_computer(folder, rows):
+    """`folder` is what the computer sees as LIBRARY; `rows` the file that takes the SQL."""
     for manual in INSTALLED:
-        write_files(Path(library) / manual.folder, manual_files(manual))
+        write_files(Path(folder) / manual.folder, manual_files(manual))
     Path(rows).write_text(catalogue_rows(), encoding="utf-8")

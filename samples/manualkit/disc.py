@@ -6,8 +6,8 @@ from pathlib import Path
 import zipfile
 
 from .handbook import handbook_pdf
-from .library import DISC, INSTALLED
 from .manager import ENGLISH, JAPANESE, manager_pdf
+from .manuals import DISC, INSTALLED
 from .pages import manual_files
 
 ZIP_TIME = (2023, 10, 2, 8, 0, 0)  # the same bytes from every run

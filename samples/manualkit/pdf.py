@@ -6,7 +6,11 @@ FIELD_LOOK = b"/F1 12 Tf 0.1 g"
 
 
 def is_western(text):
-    return all(ord(character) < 256 for character in text)
+    try:
+        text.encode("cp1252")
+        return True
+    except UnicodeEncodeError:
+        return False
 
 
 def pdf_text(text):
@@ -35,8 +39,10 @@ class PdfPage:
         self.fields.append((name, (x, y, x + width, y + height)))
 
     def text(self, x, y, text, size=10, bold=False, grey=0.1):
-        font = b"F3" if not is_western(text) else b"F2" if bold else b"F1"
-        shown = pdf_text(text) if is_western(text) else b"<" + hex_text(text) + b">"
+        if is_western(text):
+            font, shown = b"F2" if bold else b"F1", pdf_text(text)
+        else:
+            font, shown = b"F3", b"<" + hex_text(text) + b">"
         self.drawing.append(b"BT /%s %d Tf %.2f g %d %d Td %s Tj ET" % (font, size, grey, x, y, shown))
 
     def box(self, x, y, width, height, colour):
@@ -82,8 +88,8 @@ class PdfDocument:
             % (len(self.bookmarks), first_mark, first_mark + len(self.bookmarks) - 1),
             b"<< /Type /Font /Subtype /Type0 /BaseFont /HeiseiKakuGo-W5 /Encoding /UniJIS-UCS2-HW-H"
             b" /DescendantFonts [8 0 R] >>",
-            b"<< /Type /Font /Subtype /CIDFontType0 /BaseFont /HeiseiKakuGo-W5 /FontDescriptor 9 0 R /DW 1000 /W [231 632 500]"
-            b" /CIDSystemInfo << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >> >>",
+            b"<< /Type /Font /Subtype /CIDFontType0 /BaseFont /HeiseiKakuGo-W5 /FontDescriptor 9 0 R"
+            b" /DW 1000 /W [231 632 500] /CIDSystemInfo << /Registry (Adobe) /Ordering (Japan1) /Supplement 2 >> >>",
             b"<< /Type /FontDescriptor /FontName /HeiseiKakuGo-W5 /Flags 4 /FontBBox [-92 -250 1010 922]"
             b" /ItalicAngle 0 /Ascent 752 /Descent -221 /CapHeight 709 /StemV 114 >>",
         ]

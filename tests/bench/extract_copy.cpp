@@ -2,7 +2,6 @@
 // Prints seconds, calls per file, and the peak of the working set.
 
 #include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -26,6 +25,7 @@
 #include "platform/windows/WindowsRegistry.h"
 #include "platform/windows/WindowsShell.h"
 #include "platform/windows/WindowsVolumes.h"
+#include "tests/bench/Measure.h"
 
 #include <windows.h>
 
@@ -111,20 +111,10 @@ struct Computer {
                            Browsers,  Archives, JetEngine, Sqlite,       MessageBoxes};
 };
 
-double SecondsOf(const auto& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 unsigned PeakKibibytes() {
     PROCESS_MEMORY_COUNTERS counters{};
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
     return static_cast<unsigned>(counters.PeakWorkingSetSize / 1024);
-}
-
-std::wstring Widen(const char* text) {
-    return std::wstring(text, text + std::char_traits<char>::length(text));
 }
 
 int Run(const std::wstring& archive, const std::wstring& extracted, const std::wstring& copied) {

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +11,9 @@
 #include <thread>
 #include <vector>
 
+#include "tests/bench/Measure.h"
+
+namespace mip {
 namespace {
 
 namespace fs = std::filesystem;
@@ -68,10 +70,9 @@ void Write(const std::wstring& path, const std::string& bytes) {
     CloseHandle(file);
 }
 
-double SecondsOf(std::vector<Content>& files, unsigned threads, const auto& work) {
-    const auto start = std::chrono::steady_clock::now();
+double SecondsOnThreads(std::vector<Content>& files, unsigned threads, const auto& work) {
     std::atomic<std::size_t> next = 0;
-    {
+    return SecondsOf([&] {
         std::vector<std::jthread> workers;
         for (unsigned i = 0; i < threads; ++i) {
             workers.emplace_back([&] {
@@ -80,17 +81,14 @@ double SecondsOf(std::vector<Content>& files, unsigned threads, const auto& work
                 }
             });
         }
-    }
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-std::wstring Widen(const char* text) {
-    return std::wstring(text, text + std::char_traits<char>::length(text));
+    });
 }
 
 }  // namespace
+}  // namespace mip
 
 int main(int count, char** arguments) {
+    using namespace mip;
     if (count != 4) {
         std::puts("file_floor FOLDER NEW-FOLDER THREADS");
         return 2;
@@ -100,9 +98,10 @@ int main(int count, char** arguments) {
     const auto threads = static_cast<unsigned>(std::atoi(arguments[3]));
     CopyFolders(source, destination);
     std::vector<Content> files = List(source);
-    const double reading = SecondsOf(files, threads, [&](Content& file) { Read(source + file.Name, file.Bytes); });
+    const double reading =
+        SecondsOnThreads(files, threads, [&](Content& file) { Read(source + file.Name, file.Bytes); });
     const double writing =
-        SecondsOf(files, threads, [&](Content& file) { Write(destination + file.Name, file.Bytes); });
+        SecondsOnThreads(files, threads, [&](Content& file) { Write(destination + file.Name, file.Bytes); });
     std::printf("files %u read %.3f write %.3f\n", static_cast<unsigned>(files.size()), reading, writing);
     return 0;
 }
