@@ -1,12 +1,25 @@
 #include "app/Messages.h"
 
+#include "app/Failure.h"
 #include "app/modSysParameter.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
-void FailRun(Program& program, std::int16_t message) {
-    program.Outcome.ResultMessage = GetMessageText(program, message);
-    program.Outcome.ResultSubMessage = GetMessageText(program, messages::WhatNow);
+void FailRun(Program& program, std::int16_t message, const std::wstring& insert) {
+    Outcome& outcome = program.Outcome;
+    outcome.ResultMessage = ReplaceAll(GetMessageText(program, message), L"@", insert);
+    outcome.ResultSubMessage = GetMessageText(program, messages::WhatNow);
+    program.Log.Message(message, outcome.ResultMessage);
+}
+
+void FailRun(Program& program, std::int16_t message, std::string_view routine, const std::exception& error) {
+    program.Log.Trapped(routine, error);
+    if (const auto* failure = dynamic_cast<const Failure*>(&error)) {
+        FailRun(program, failure->Message(), failure->Insert());
+    } else {
+        FailRun(program, message);
+    }
 }
 
 }  // namespace mip

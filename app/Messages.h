@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <string>
+#include <string_view>
 
 #include "app/Program.h"
 
@@ -73,9 +75,14 @@ inline constexpr std::int16_t DiscUnreadable = 97;
 inline constexpr std::int16_t Unforeseen = 98;
 inline constexpr std::int16_t DesktopShortcut = 99;
 inline constexpr std::int16_t Legend = 100;
+inline constexpr std::int16_t ManualInUse = 101;
 }  // namespace messages
 
-/// Sets the run's two result texts: what failed, and what the user can do about it.
-void FailRun(Program& program, std::int16_t message);
+/// Sets the run's two result texts: what failed, and what the user can do about it. `insert` stands for "@" in the
+/// first. The log gets the message's number and text.
+void FailRun(Program& program, std::int16_t message, const std::wstring& insert = {});
+/// The same for a run that an error stopped in `routine`. The log gets the error, too; a Failure brings its own
+/// message.
+void FailRun(Program& program, std::int16_t message, std::string_view routine, const std::exception& error);
 
 }  // namespace mip

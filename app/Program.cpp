@@ -5,31 +5,34 @@
 namespace mip {
 namespace {
 
-Platform WithBoxes(const Platform& platform, MessageBoxes& boxes) {
-    return {platform.Files,
-            platform.Folders,
-            platform.Volumes,
-            platform.FileVersions,
-            platform.ProfileFiles,
-            platform.Registry,
-            platform.Processes,
-            platform.Clock,
-            platform.Computer,
-            platform.AccountNames,
-            platform.AccessControl,
-            platform.Shell,
-            platform.Browsers,
-            platform.Archives,
-            platform.JetEngine,
-            platform.SqliteEngine,
-            boxes};
+/// The computer, with the boxes and the log of the run.
+Platform ForRun(const Platform& computer, MessageBoxes& boxes, FaultLog& log) {
+    return {.Files = computer.Files,
+            .Folders = computer.Folders,
+            .Volumes = computer.Volumes,
+            .FileVersions = computer.FileVersions,
+            .ProfileFiles = computer.ProfileFiles,
+            .Registry = computer.Registry,
+            .Processes = computer.Processes,
+            .Clock = computer.Clock,
+            .Computer = computer.Computer,
+            .AccountNames = computer.AccountNames,
+            .AccessControl = computer.AccessControl,
+            .Shell = computer.Shell,
+            .Browsers = computer.Browsers,
+            .Archives = computer.Archives,
+            .JetEngine = computer.JetEngine,
+            .SqliteEngine = computer.SqliteEngine,
+            .MessageBoxes = boxes,
+            .FaultLog = log};
 }
 
 }  // namespace
 
 Program::Program(const mip::Platform& platform)
-    : runBoxes_(platform.MessageBoxes, Switches, Log),
-      runPlatform_(WithBoxes(platform, runBoxes_)),
+    : Log(platform),
+      runBoxes_(platform.MessageBoxes, Switches, Log),
+      runPlatform_(ForRun(platform, runBoxes_, Log)),
       Platform(runPlatform_) {}
 
 }  // namespace mip

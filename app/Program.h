@@ -69,9 +69,10 @@ struct Outcome {
 
 /// The installation run's own values.
 struct Installation {
-    std::wstring InstallPath;        ///< the folder below which manual folders are created (also: install root)
-    std::int16_t CurrentManual = 0;  ///< index into the disc catalogue, from 1
-    std::int16_t NoFolderCount = 0;  ///< manuals of this run that had no folder yet
+    std::wstring InstallPath;               ///< the folder below which manual folders are created (also: install root)
+    std::int16_t CurrentManual = 0;         ///< index into the disc catalogue, from 1
+    std::int16_t NoFolderCount = 0;         ///< manuals of this run that had no folder yet
+    std::vector<std::wstring> MadeFolders;  ///< manual folders that did not exist before this run
     DateTime InstallTime0{};
     DateTime InstallTime1{};  ///< recorded for new manuals
     DateTime InstallTime2{};  ///< recorded for updated manuals
@@ -96,7 +97,7 @@ struct Program {
 
   private:
     RunBoxes runBoxes_;
-    mip::Platform runPlatform_;  ///< the computer, with the boxes of a quiet run kept from the screen
+    mip::Platform runPlatform_;  ///< the computer, with the boxes of a quiet run kept from the screen, and the log
 
   public:
     mip::Platform& Platform;

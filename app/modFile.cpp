@@ -41,7 +41,8 @@ std::wstring QuoteSql(std::wstring_view value) {
 std::wstring GetLoginUserName(Platform& platform) {
     try {
         return CutAtNul(platform.Computer.UserName());
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("asking for the user's name", error);
         return L"";
     }
 }
@@ -72,11 +73,29 @@ std::wstring TrimFolderPath(const std::wstring& path) {
 }
 
 void ClearFolder(Program& program, const std::wstring& folder) {
-    RemoveFolder(program, folder);
+    if (program.Platform.Folders.Exists(folder)) {
+        if (IsEmptyFolder(program.Platform, folder)) {
+            return;
+        }
+        RemoveFolder(program, folder);
+    }
     MakeFolder(program.Platform, folder);
 }
 
+bool IsEmptyFolder(Platform& platform, const std::wstring& folder) {
+    try {
+        return platform.Folders.List(folder) == FolderListing{};
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("looking whether a folder is empty", error);
+        return false;
+    }
+}
+
 bool RemoveFolder(Program& program, const std::wstring& folder) {
+    if (folder.find(L'"') != std::wstring::npos) {
+        program.Log.Write(L"left alone", L"", folder + L": a quote ends the batch file's argument");
+        return false;
+    }
     return RunAndWait(program.Platform, program.Paths.RmDirBatPath + L" \"" + folder + L"\"");
 }
 
@@ -84,7 +103,8 @@ bool MakeFolder(Platform& platform, const std::wstring& folder) {
     try {
         platform.Folders.Create(folder);
         return true;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("making a folder", error);
         return false;
     }
 }
@@ -158,7 +178,8 @@ bool IsFileOutdated(Platform& platform, const std::wstring& first, const std::ws
 bool IsFileWritable(Platform& platform, const std::wstring& file) {
     try {
         return (platform.Files.Status(file).Attributes & attributes::ReadOnly) == 0;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("asking whether a file is write-protected", error);
         return false;
     }
 }

@@ -22,9 +22,13 @@ std::wstring JoinPath(std::wstring_view folder, std::wstring_view name);
 /// A trailing backslash, or a character after a colon, removed: D:\ gives D:.
 std::wstring TrimFolderPath(const std::wstring& path);
 
-/// Empties a folder by the removal batch file and creates it again; errors are ignored.
+/// Empties a folder by the removal batch file and creates it again; an empty one stays as it is. Errors are ignored:
+/// IsEmptyFolder tells.
 void ClearFolder(Program& program, const std::wstring& folder);
-/// Removes a folder by the removal batch file and waits; true when the batch file could be run.
+/// True for a folder that holds nothing, links included; false also when it cannot be listed.
+bool IsEmptyFolder(Platform& platform, const std::wstring& folder);
+/// Removes a folder by the removal batch file and waits; true when the batch file could be run. A path with a quote,
+/// which no folder has, is not handed to it.
 bool RemoveFolder(Program& program, const std::wstring& folder);
 /// Creates one folder level; false when that fails.
 bool MakeFolder(Platform& platform, const std::wstring& folder);

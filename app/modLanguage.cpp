@@ -1,15 +1,17 @@
 #include "app/modLanguage.h"
 
 #include "platform/Computer.h"
+#include "platform/Platform.h"
 #include "platform/PlatformError.h"
 #include "text/TextTools.h"
 
 namespace mip {
 
-std::wstring GetLanguageCode(Computer& computer) {
+std::wstring GetLanguageCode(const Platform& platform) {
     try {
-        return LanguageCodeOf(computer.LanguageIdentifier());
-    } catch (const PlatformError&) {
+        return LanguageCodeOf(platform.Computer.LanguageIdentifier());
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("asking for the user's language", error);
         return L"09";
     }
 }

@@ -40,8 +40,9 @@ constexpr std::int16_t NoFailure = 0;
         if (!program.Switches.IsQuiet()) {
             program.Platform.MessageBoxes.Show(text, boxes::Ok | boxes::Exclamation, FixedTitle);
         }
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
         // Without a box the exit code still tells.
+        program.Log.Trapped("showing why the program cannot start", error);
     }
     EndWith(program, ExitCode::CouldNotStart);
 }
@@ -52,8 +53,9 @@ void StartLog(Program& program) {
         return;
     }
     try {
-        program.Log = RunLog(program.Platform.Files, program.Platform.Clock, file);
-    } catch (const PlatformError&) {
+        program.Log.StartFile(file);
+    } catch (const PlatformError& error) {
+        program.Log.Trapped("starting the log file", error);
         FailStart(program, L"Log file cannot be written: " + file);
     }
     program.Log.Write(L"start-up", L"", L"started");
@@ -64,7 +66,7 @@ std::wstring SysDirOf(const Program& program) {
 }
 
 std::wstring ChooseLanguage(const Program& program) {
-    return program.Switches.Language.empty() ? GetLanguageCode(program.Platform.Computer) : program.Switches.Language;
+    return program.Switches.Language.empty() ? GetLanguageCode(program.Platform) : program.Switches.Language;
 }
 
 /// Switches are read before the settings: a disc without message files still names the bad one.
@@ -201,6 +203,7 @@ void Main(Program& program, Screens& screens, const std::vector<std::wstring>& a
     try {
         StartUp(program, screens, arguments);
     } catch (const std::exception& error) {
+        program.Log.Trapped("starting up", error);
         FailStart(program, Describe(error));
     }
 }

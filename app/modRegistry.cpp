@@ -66,4 +66,15 @@ void ReadInstallPaths(Program& program) {
     ReadManualLibrary(program);
 }
 
+bool RereadInstallPaths(Program& program) {
+    const Paths before = program.Paths;
+    ReadInstallPaths(program);
+    const Paths& paths = program.Paths;
+    if (!paths.ProgramPath.empty() && !paths.ProgramFilesDir.empty() && !paths.ManualInstallDir.empty()) {
+        return true;
+    }
+    program.Paths = before;
+    return false;
+}
+
 }  // namespace mip

@@ -11,5 +11,8 @@ namespace mip {
 std::wstring ReadRegistryString(Registry& registry, Hive hive, const std::wstring& key, const std::wstring& valueName);
 /// Reads the registry and derives the installation paths; creates the Link folder when it is missing.
 void ReadInstallPaths(Program& program);
+/// Reads the paths again after a setup. False, and the paths as they were, when one that a run cannot do without has
+/// become empty.
+[[nodiscard]] bool RereadInstallPaths(Program& program);
 
 }  // namespace mip

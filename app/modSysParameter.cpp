@@ -22,7 +22,8 @@ std::wstring ReadValue(Platform& platform, const std::wstring& file, const std::
                        const std::wstring& key) {
     try {
         return CutAtNul(platform.ProfileFiles.ReadString(section, key, file, ProfileBufferSize));
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("reading " + ToUtf8(file), error);
         return L"";
     }
 }
@@ -82,7 +83,8 @@ bool ReadSystemParameters(Program& program) {
         settings.Kvx3NewMdbName = read(L"KVX3_NEW_MDB_NAME");
         ReadColumnLengths(program, settings.Columns);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Log.Trapped("reading the settings", error);
         return false;
     }
 }

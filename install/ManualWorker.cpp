@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <vector>
+#include <stdexcept>
 
+#include "app/Failure.h"
+#include "app/ManualPlace.h"
 #include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
@@ -14,14 +16,28 @@
 #include "install/modUnZip.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/PlatformError.h"
 #include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
 namespace {
 
 constexpr wchar_t Yes[] = L"1";
+
+/// The folder below which an edition's successor goes: the parent of the edition's folder, when manuals may be there;
+/// "" when they may not.
+std::wstring RootBeside(const Program& program, const std::wstring& edition) {
+    if (!IsPlainPath(edition)) {
+        return {};
+    }
+    for (const std::wstring& root : {GetParentFolder(edition), edition.substr(0, edition.rfind(L'\\'))}) {
+        if (IsRootForManuals(program, root)) {
+            return root;
+        }
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -31,12 +47,13 @@ ManualWorker::ManualWorker(Program& program, InstallationView& view, ProgressBar
 bool ManualWorker::InstallAllManuals() {
     Installation& run = program_.Installation;
     run.NoFolderCount = 0;
+    run.MadeFolders.clear();
     run.InstallTime0 = program_.Platform.Clock.Now();
     run.InstallTime1 = run.InstallTime0 + std::chrono::seconds(1);
     run.InstallTime2 = run.InstallTime0 + std::chrono::seconds(2);
 
-    const std::wstring lastPath = GetLastInstallPath(program_);
-    run.InstallPath = lastPath.empty() ? program_.Paths.InstallDir : GetParentFolder(lastPath);
+    const std::wstring lastRoot = RootBeside(program_, GetLastInstallPath(program_));
+    run.InstallPath = lastRoot.empty() ? program_.Paths.InstallDir : lastRoot;
 
     bool succeeded = true;
     for (run.CurrentManual = 1; run.CurrentManual <= program_.DiscCatalogue.LastIndex();
@@ -53,40 +70,57 @@ bool ManualWorker::InstallAllManuals() {
 }
 
 bool ManualWorker::InstallSelected() {
+    // A comparison set goes only over a folder that is the manual's own.
+    const bool isWhole = Manual().InstallKind == Yes || !MayTouchFolder(program_, Manual().InstalledPath);
+    const std::wstring step = isWhole ? L"install" : L"update";
+    program_.Log.SetContext(step, Manual().Pub_No);
     ResetBars();
-    view_.SetManual(Manual().Model_desc + L"  " + Manual().Pub_No);
-    bool installed = false;
+    view_.SetManual(ManualName());
     try {
-        installed = Manual().InstallKind == Yes ? InstallOneManual() : CopyPlainManual();
-    } catch (const std::exception&) {
-        installed = false;
+        isWhole ? InstallOneManual() : CopyPlainManual();
+    } catch (const std::exception& error) {
+        FailWithManual(error);
+        program_.Log.Write(step, Manual().Pub_No, L"failed: " + program_.Outcome.ResultMessage);
+        return false;
     }
-    if (!installed) {
-        FailWithManual();
-    }
-    program_.Log.Write(Manual().InstallKind == Yes ? L"install" : L"update", Manual().Pub_No,
-                       installed ? Manual().InstalledPath : L"failed: " + program_.Outcome.ResultMessage);
-    return installed;
+    program_.Log.Write(step, Manual().Pub_No, Manual().InstalledPath);
+    return true;
 }
 
-bool ManualWorker::InstallOneManual() {
-    const bool editionIsInstalled = !Manual().InstalledPath.empty();
-    if (editionIsInstalled) {
-        program_.Installation.InstallPath = GetParentFolder(Manual().InstalledPath);
-        if (!IsFitToReplace()) {
-            return false;
-        }
+void ManualWorker::InstallOneManual() {
+    EmptyTemporaryFolder();
+    ChooseRoot();
+    RequireFitToReplace();
+    if (!Manual().InstalledPath.empty()) {
         RemoveEditionFolder(Manual().Pub_No, Manual().InstalledPath);
-    } else if (!ChooseFolder() || !IsFitToReplace()) {
-        return false;
     }
     Manual().InstalledPath = JoinPath(program_.Installation.InstallPath, Manual().FolderName);
     RemoveOlderEdition(program_.Installation.CurrentManual);
-    return PlaceManual() && Record();
+    PlaceManual();
+    Record();
 }
 
-/// Asks for the folder of a manual that has none yet. False when the user cancels.
-bool ManualWorker::ChooseFolder() {
+/// What an earlier manual or run has left takes room, and would be copied along with an archive's files.
+void ManualWorker::EmptyTemporaryFolder() {
+    const std::wstring& temporary = program_.Paths.UnZipTempPath;
+    ClearFolder(program_, temporary);
+    if (Manual().PdfForm != Yes && !IsEmptyFolder(program_.Platform, temporary)) {
+        throw Failure(messages::ExtractionFailed, "the temporary folder cannot be emptied");
+    }
+}
+
+/// The new edition goes beside the installed one, over it when it has the same name.
+void ManualWorker::ChooseRoot() {
+    const std::wstring root = RootBeside(program_, Manual().InstalledPath);
+    if (root.empty()) {
+        AskForRoot();
+    } else {
+        program_.Installation.InstallPath = root;
+    }
+}
+
+/// Asks for the folder of a manual that has none yet.
+void ManualWorker::AskForRoot() {
     program_.Installation.NoFolderCount = Add16(program_.Installation.NoFolderCount, 1);
     view_.SetBusyPointer(false);
     view_.AskForFolder();
@@ -94,56 +128,75 @@ bool ManualWorker::ChooseFolder() {
     program_.Platform.Clock.YieldToMessages();
     if (program_.Installation.InstallPath.empty()) {
         program_.Outcome.InstallCancelled = true;
-        return false;
+        throw std::runtime_error("the question for the folder was cancelled");
     }
-    return true;
 }
 
 /// Everything that can be known before the first thing is removed: the publication number has editions, the drives
 /// have room, and where an edition has to go, no other program has it open and the new one is whole.
-bool ManualWorker::IsFitToReplace() {
-    const std::wstring baseEdition = BaseEditionOf(Manual().Pub_No);
-    if (!HasRoomForManual(program_, Manual())) {
-        FailRun(program_, messages::NotEnoughSpace);
-        return false;
+void ManualWorker::RequireFitToReplace() {
+    Platform& platform = program_.Platform;
+    const std::wstring target = JoinPath(program_.Installation.InstallPath, Manual().FolderName);
+    const std::vector<std::wstring> going = GoingFolders();
+    if (!HasRoomForManual(program_, Manual(), going)) {
+        throw Failure(messages::NotEnoughSpace, "the drives have no room for the manual");
     }
+    for (const std::wstring& folder : going) {
+        RequireNotInUse(FindFileInUse(platform, folder));
+    }
+    const auto isTarget = [&](const std::wstring& folder) { return ToUpper(folder) == ToUpper(target); };
+    if (std::ranges::none_of(going, isTarget)) {
+        RequireNotInUse(FindFileInUse(platform, target));
+    }
+    if (!going.empty() || platform.Folders.Exists(target)) {
+        RequireWholeManual(program_, Manual());
+    }
+}
+
+/// The folders of the editions that the manual replaces.
+std::vector<std::wstring> ManualWorker::GoingFolders() {
+    std::vector<std::wstring> going;
+    const auto add = [&](const std::wstring& folder) {
+        if (WhyLeftAlone(program_, folder).empty()) {
+            going.push_back(folder);
+        }
+    };
+    add(Manual().InstalledPath);
+    const std::wstring baseEdition = BaseEditionOf(Manual().Pub_No);
     const MdbStatus baseStatus = baseEdition.empty() ? MdbEnd : FindInstalledRecord(program_, baseEdition);
     if (baseStatus == MdbError) {
-        FailRun(program_, messages::DatabaseReadOnly);
-        return false;
-    }
-    std::vector<std::wstring> replaced;
-    if (!Manual().InstalledPath.empty()) {
-        replaced.push_back(Manual().InstalledPath);
+        throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
     }
     if (baseStatus == MdbOk) {
-        replaced.push_back(program_.Installed.INSPath);
+        add(program_.Installed.INSPath);
     }
-    const auto inUse = [&](const std::wstring& folder) { return IsInUse(FindFileInUse(program_.Platform, folder)); };
-    if (std::ranges::any_of(replaced, inUse)) {
-        return false;
-    }
-    if (!replaced.empty() && !IsManualWhole(program_, Manual())) {
-        FailRun(program_, Manual().PdfForm == Yes ? messages::ManualFailed : messages::ExtractionFailed);
-        return false;
-    }
-    return true;
+    return going;
 }
 
-/// Says in the log which file keeps the manual from being replaced.
-bool ManualWorker::IsInUse(const std::wstring& file) {
+/// Gives up a manual that cannot be replaced because another program has one of its files open.
+void ManualWorker::RequireNotInUse(const std::wstring& file) {
     if (!file.empty()) {
-        program_.Log.Write(L"in use", Manual().Pub_No, file);
+        throw Failure(messages::ManualInUse, "another program has it open: " + ToUtf8(file), ManualName());
     }
-    return !file.empty();
 }
 
-/// Marks an installed edition for adjustment, then removes its folder: from the mark on, its row counts as unusable.
-void ManualWorker::RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder) {
+/// From the mark on, an edition's row counts as unusable.
+void ManualWorker::MarkEdition(const std::wstring& pubNo) {
     if (!MarkForAdjustment(*program_.CatalogDb, pubNo)) {
-        FailWithCatalogue(pubNo);
+        throw Failure(messages::DatabaseReadOnly, "the catalogue does not take the mark for adjustment");
+    }
+}
+
+/// Marks an installed edition, then removes its folder.
+void ManualWorker::RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder) {
+    MarkEdition(pubNo);
+    if (!MayTouchFolder(program_, folder) || !program_.Platform.Folders.Exists(folder)) {
+        return;
     }
     (void)RemoveFolder(program_, folder);
+    if (program_.Platform.Folders.Exists(folder)) {
+        program_.Log.Write(L"remove", pubNo, L"not removed whole: " + folder);
+    }
 }
 
 /// Removes the base edition of a later one, folder first, then its row. True when a row was removed. Throws when the
@@ -159,45 +212,44 @@ bool ManualWorker::RemoveOlderEdition(std::int16_t manualIndex) {
     while (status == MdbOk) {
         RemoveEditionFolder(baseEdition, program_.Installed.INSPath);
         if (!RemoveInstalledManual(*program_.CatalogDb, baseEdition)) {
-            FailWithCatalogue(baseEdition);
+            throw Failure(messages::DatabaseReadOnly, "the catalogue keeps the base edition's row");
         }
         program_.Log.Write(L"remove", baseEdition, L"replaced by a later edition");
         removed = true;
         status = FindInstalledRecord(program_, baseEdition);
     }
     if (status == MdbError) {
-        FailWithCatalogue(baseEdition);
+        throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
     }
     return removed;
 }
 
-bool ManualWorker::PlaceManual() {
-    return Manual().PdfForm == Yes ? CopyPdfManual() : ExtractAndCopyManual();
+void ManualWorker::PlaceManual() {
+    Manual().PdfForm == Yes ? CopyPdfManual() : ExtractAndCopyManual();
 }
 
-bool ManualWorker::ExtractAndCopyManual() {
+void ManualWorker::ExtractAndCopyManual() {
     bars_.Start(Bar::SevenZip, 0, ExpectedSeconds(), 0);
     view_.Repaint();
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    ClearFolder(program_, temporary);
-    if (ExtractArchive(program_.Platform, Manual().SourcePath, L"\"" + temporary + L"\\\"") != 0) {
-        FailRun(program_, messages::ExtractionFailed);
-        return false;
+    if (ExtractArchive(program_.Platform, Manual().SourcePath, QuotedOutputFolder(program_)) != 0) {
+        throw Failure(messages::ExtractionFailed, "the archive could not be extracted");
     }
     const auto topLevelFolders = program_.Platform.Folders.List(temporary).Subfolders;
     if (topLevelFolders.empty()) {
-        return false;
+        throw Failure(messages::ManualFailed, "the archive has no top-level folder");
     }
     Manual().InstalledPath = JoinPath(program_.Installation.InstallPath, topLevelFolders.back());
-    return CopyExtractedManual();
+    NoteNewFolder(Manual().InstalledPath);
+    CopyExtractedManual();
 }
 
-bool ManualWorker::CopyExtractedManual() {
+void ManualWorker::CopyExtractedManual() {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     const std::wstring& root = program_.Installation.InstallPath;
     const std::int32_t count = CopyFolderWithProgress(program_.Platform, CopyMode::CountOnly, 0, temporary, root);
     if (count == 0 || count == -1) {
-        return false;
+        throw Failure(messages::ManualFailed, "the archive brought no files");
     }
     bars_.SetValue(Bar::SevenZip, ExpectedSeconds());
     view_.Repaint();
@@ -205,54 +257,68 @@ bool ManualWorker::CopyExtractedManual() {
     bars_.Start(Bar::Copy, 0, 2 * static_cast<float>(count), static_cast<float>(count));
     bars_.Hide(Bar::SevenZip);
     view_.Repaint();
-    const std::int32_t result =
-        CopyFolderWithProgress(program_.Platform, CopyMode::Copy, count, temporary, root, CopyBarProgress());
-    return result != -1;
+    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, count, temporary, root, CopyBarProgress()) == -1) {
+        throw Failure(messages::ManualFailed, "the extracted files could not be copied");
+    }
 }
 
-bool ManualWorker::CopyPdfManual() {
+void ManualWorker::CopyPdfManual() {
     bars_.Start(Bar::Pdf, 0, ExpectedSeconds(), 1);
     view_.Repaint();
     const std::wstring& folder = Manual().InstalledPath;
-    if (!MakeManualFolder(GetParentFolder(folder)) || !MakeManualFolder(folder)) {
-        return false;
-    }
+    NoteNewFolder(folder);
+    MakeManualFolder(GetParentFolder(folder));
+    MakeManualFolder(folder);
     const auto repaint = [this](std::int32_t) { view_.Repaint(); };
     if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, 0, Manual().SourcePath, folder, repaint) == -1) {
-        return false;
+        throw Failure(messages::ManualFailed, "the files could not be copied");
     }
     bars_.SetValue(Bar::Pdf, ExpectedSeconds());
     view_.Repaint();
     PauseSeconds(program_.Platform.Clock, 2);
-    return true;
 }
 
-bool ManualWorker::MakeManualFolder(const std::wstring& folder) {
-    return program_.Platform.Folders.Exists(folder) || MakeFolder(program_.Platform, folder);
+void ManualWorker::MakeManualFolder(const std::wstring& folder) {
+    if (!program_.Platform.Folders.Exists(folder) && !MakeFolder(program_.Platform, folder)) {
+        throw Failure(messages::ManualFailed, "the manual's folder cannot be made");
+    }
+}
+
+/// What the run makes itself is a place for a manual from the start.
+void ManualWorker::NoteNewFolder(const std::wstring& folder) {
+    Folders& folders = program_.Platform.Folders;
+    if (folders.IsLink(folder)) {
+        throw Failure(messages::ManualFailed, "the manual's folder is a link: " + ToUtf8(folder));
+    }
+    if (!folders.Exists(folder)) {
+        program_.Installation.MadeFolders.push_back(folder);
+    }
 }
 
 /// A differential installation: the comparison set's files go over those of the installed edition.
-bool ManualWorker::CopyPlainManual() {
-    Clock& clock = program_.Platform.Clock;
-    PauseSeconds(clock, 1);
+void ManualWorker::CopyPlainManual() {
+    Platform& platform = program_.Platform;
+    PauseSeconds(platform.Clock, 1);
     const std::wstring& source = Manual().ComparePath;
     const std::wstring target = JoinPath(Manual().InstalledPath, L"contents");
-    const std::int32_t count = CopyFolderWithProgress(program_.Platform, CopyMode::CountOnly, 0, source, target);
-    if (count == 0 || count == -1 || IsInUse(FindFileInUse(program_.Platform, source, target))) {
-        return false;
+    const std::int32_t count = CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, source, target);
+    if (count == 0 || count == -1) {
+        throw Failure(messages::ManualFailed, "the comparison set has no files");
     }
-    if (!MarkForAdjustment(*program_.CatalogDb, Manual().Pub_No)) {
-        FailRun(program_, messages::DatabaseReadOnly);
-        return false;
+    if (!HasRoomForCopy(platform, source, target)) {
+        throw Failure(messages::NotEnoughSpace, "the drive has no room for the comparison set");
     }
+    RequireNotInUse(FindFileInUse(platform, source, target));
+    RequireReadableFolder(platform, source);
+    MarkEdition(Manual().Pub_No);
     bars_.Start(Bar::Copy, 0, static_cast<float>(count), 0);
     view_.Repaint();
-    PauseSeconds(clock, 1);
-    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, 0, source, target, CopyBarProgress()) == -1) {
-        return false;
+    PauseSeconds(platform.Clock, 1);
+    if (CopyFolderWithProgress(platform, CopyMode::Copy, 0, source, target, CopyBarProgress()) == -1) {
+        throw Failure(messages::ManualFailed, "the comparison set could not be copied");
     }
-    PauseSeconds(clock, 2);
-    return Record();
+    PauseSeconds(platform.Clock, 2);
+    Record();
 }
 
 CopyProgress ManualWorker::CopyBarProgress() {
@@ -262,32 +328,28 @@ CopyProgress ManualWorker::CopyBarProgress() {
     };
 }
 
-/// Records the manual as installed. When the catalogue database's file is gone, message 24 takes the place of 67 in
-/// the first result text and the second keeps what it had.
-bool ManualWorker::Record() {
+/// Records the manual as installed once its files are on the drive. When the catalogue database's file is gone, message
+/// 24 takes the place of 67 in the first result text and the second keeps what it had.
+void ManualWorker::Record() {
+    program_.Platform.Volumes.Flush(Manual().InstalledPath);
     if (!program_.Platform.Files.Exists(program_.Paths.MdbPath)) {
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::DatabaseReadOnly);
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::WhatNow);
-        return false;
+        throw std::runtime_error("the catalogue database's file is gone");
     }
     if (!RegisterInstalledManual(program_, Manual(), Manual().InstalledPath, Manual().InstallState)) {
-        FailRun(program_, messages::DatabaseReadOnly);
-        return false;
+        throw Failure(messages::DatabaseReadOnly, "the catalogue does not take the manual");
     }
     ++program_.Outcome.ManualsRecorded;
-    return true;
 }
 
-/// Gives the manual up because the catalogue does not take a change.
-void ManualWorker::FailWithCatalogue(const std::wstring& pubNo) {
-    FailRun(program_, messages::DatabaseReadOnly);
-    throw PlatformError("catalogue change", pubNo, 0);
-}
-
-/// The texts of a failed manual, unless the failure left texts of its own.
-void ManualWorker::FailWithManual() {
-    if (program_.Outcome.ResultMessage.empty()) {
-        FailRun(program_, messages::ManualFailed);
+/// The texts of a failed manual: those of the failure, or those that were set where it happened.
+void ManualWorker::FailWithManual(const std::exception& error) {
+    const bool hasTexts = !program_.Outcome.ResultMessage.empty() && dynamic_cast<const Failure*>(&error) == nullptr;
+    if (hasTexts) {
+        program_.Log.Trapped("installing the manual", error);
+    } else {
+        FailRun(program_, messages::ManualFailed, "installing the manual", error);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "app/Program.h"
 #include "install/InstallationView.h"
@@ -10,12 +11,13 @@
 
 namespace mip {
 
-/// Installs the manuals that the disc catalogue marks, one after the other. Every operation traps its errors and
-/// returns false; what was installed before stays installed and recorded.
+/// Installs the manuals that the disc catalogue marks, one after the other. What stops one is thrown and ends the run,
+/// with its texts; what was installed before stays installed and recorded.
 ///
 /// Nothing that is installed is removed before its successor is known to be whole and to fit on the drives, and an
 /// edition that is about to be touched is marked for adjustment first: a run that ends half way leaves a row that the
-/// next run takes for unusable and installs in full.
+/// next run takes for unusable and installs in full. A row counts as usable again only when the manual's files are on
+/// the drive. A folder that is no place for a manual is left alone, whatever row names it.
 class ManualWorker {
   public:
     ManualWorker(Program& program, InstallationView& view, ProgressBars& bars);
@@ -24,26 +26,31 @@ class ManualWorker {
 
   private:
     bool InstallSelected();
-    bool InstallOneManual();
-    bool PlaceManual();
-    bool ExtractAndCopyManual();
-    bool CopyPdfManual();
-    bool CopyPlainManual();
+    void InstallOneManual();
+    void PlaceManual();
+    void ExtractAndCopyManual();
+    void CopyPdfManual();
+    void CopyPlainManual();
     bool RemoveOlderEdition(std::int16_t manualIndex);
 
-    bool ChooseFolder();
-    bool IsFitToReplace();
-    bool IsInUse(const std::wstring& file);
+    void EmptyTemporaryFolder();
+    void ChooseRoot();
+    void AskForRoot();
+    void RequireFitToReplace();
+    std::vector<std::wstring> GoingFolders();
+    void RequireNotInUse(const std::wstring& file);
+    void MarkEdition(const std::wstring& pubNo);
     void RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder);
-    bool CopyExtractedManual();
+    void NoteNewFolder(const std::wstring& folder);
+    void CopyExtractedManual();
     CopyProgress CopyBarProgress();
-    bool MakeManualFolder(const std::wstring& folder);
-    bool Record();
-    [[noreturn]] void FailWithCatalogue(const std::wstring& pubNo);
-    void FailWithManual();
+    void MakeManualFolder(const std::wstring& folder);
+    void Record();
+    void FailWithManual(const std::exception& error);
     void ResetBars();
 
     DiscCatalogueRecord& Manual() { return program_.DiscCatalogue.Records.at(Index()); }
+    std::wstring ManualName() { return Manual().Model_desc + L"  " + Manual().Pub_No; }
     std::size_t Index() const { return static_cast<std::size_t>(program_.Installation.CurrentManual); }
     float ExpectedSeconds() const { return static_cast<float>(program_.Settings.ZipExtractTime); }
 

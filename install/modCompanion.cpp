@@ -1,16 +1,20 @@
 #include "install/modCompanion.h"
 
 #include <exception>
+#include <functional>
+#include <stdexcept>
 
 #include "app/Messages.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
+#include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "install/modShell.h"
 #include "install/modShortcut.h"
 #include "platform/FileVersions.h"
 #include "platform/Files.h"
 #include "text/Checked.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
@@ -25,18 +29,65 @@ void MakeManagerShortcut(Program& program) {
                           JoinPath(program.Paths.InstallDir, program.Settings.McpExeName));
 }
 
-/// Runs a setup that reports through a log: only the log of this run counts, and it does not stay.
-bool RunLoggedSetup(Program& program, const std::wstring& commandLine, const std::wstring& logFile) {
-    Platform& platform = program.Platform;
+/// Where a companion's setup leaves its log, by the paths as they are at the moment.
+using LogPlace = std::wstring (*)(const Paths& paths);
+
+std::wstring LinkLog(const Paths& paths) {
+    return JoinPath(paths.LinkFolderPath, L"setup.log");
+}
+
+std::wstring ViewerLog(const Paths& paths) {
+    return JoinPath(GetParentFolder(paths.ViewerExePath), L"setup.log");
+}
+
+/// When a file was written; nothing when there is none.
+std::optional<FileTime> TimeOf(Platform& platform, const std::wstring& file) {
+    return platform.Files.Exists(file) ? std::optional(platform.Files.Status(file).Modified) : std::nullopt;
+}
+
+/// An earlier run's log is in the way, but no more: the time tells it from this run's.
+void TryToDelete(Platform& platform, const std::wstring& file) {
     try {
-        DeleteFileForced(platform, logFile);
-        if (!RunAndWait(platform, commandLine) || !platform.Files.Exists(logFile)) {
-            return false;
-        }
-        const std::int32_t result = TextToInt32(ReadLastLine(platform, logFile));
-        DeleteFileForced(platform, logFile);
-        return result == 0;
-    } catch (const std::exception&) {
+        DeleteFileForced(platform, file);
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("deleting a setup's log", error);
+    }
+}
+
+/// Reads the paths again, as the setup may have moved them.
+void TakeNewPaths(Program& program) {
+    if (!RereadInstallPaths(program)) {
+        throw std::runtime_error("the registry has lost the programs' paths");
+    }
+}
+
+/// The result code in the log of this very run. The log may be in a folder that the setup has chosen itself.
+bool RunLoggedSetup(Program& program, const std::wstring& commandLine, LogPlace place) {
+    Platform& platform = program.Platform;
+    const std::wstring oldLog = place(program.Paths);
+    TryToDelete(platform, oldLog);
+    const std::optional<FileTime> oldTime = TimeOf(platform, oldLog);
+    if (!RunAndWait(platform, commandLine)) {
+        return false;
+    }
+    TakeNewPaths(program);
+    const std::wstring log = place(program.Paths);
+    const std::optional<FileTime> time = TimeOf(platform, log);
+    if (!time || (log == oldLog && time == oldTime)) {
+        throw std::runtime_error("the setup has left no log: " + ToUtf8(log));
+    }
+    const std::wstring lastLine = ReadLastLine(platform, log);
+    TryToDelete(platform, log);
+    program.Log.Write(L"setup", L"", L"result " + lastLine + L" in " + log);
+    return TextToInt32(lastLine) == 0;
+}
+
+/// Whatever a setup throws is its failure.
+bool Trapped(Program& program, const std::function<bool()>& setUp) {
+    try {
+        return setUp();
+    } catch (const std::exception& error) {
+        program.Log.Trapped("setting a program up", error);
         return false;
     }
 }
@@ -44,27 +95,27 @@ bool RunLoggedSetup(Program& program, const std::wstring& commandLine, const std
 }  // namespace
 
 bool InstallManagerProgram(Program& program, const std::wstring& setupPath) {
-    try {
+    const bool installed = Trapped(program, [&] {
         (void)RunAndWait(program.Platform, setupPath + L" /VERYSILENT /SP-");
-        if (program.Platform.Files.Exists(setupPath)) {
+        TakeNewPaths(program);
+        const bool hasSetup = program.Platform.Files.Exists(setupPath);
+        if (hasSetup) {
             MakeManagerShortcut(program);
-            return true;
         }
-    } catch (const std::exception&) {
-        return false;
+        return hasSetup;
+    });
+    if (!installed) {
+        FailRun(program, messages::ManagerFailed);
     }
-    FailRun(program, messages::ManagerFailed);
-    return false;
+    return installed;
 }
 
 bool InstallLinkProgram(Program& program, const std::wstring& setupPath) {
-    return RunLoggedSetup(program, setupPath + L" 1", JoinPath(program.Paths.LinkFolderPath, L"setup.log"));
+    return Trapped(program, [&] { return RunLoggedSetup(program, setupPath + L" 1", LinkLog); });
 }
 
 bool InstallViewerProgram(Program& program, const std::wstring& setupPath) {
-    const std::wstring& viewer = program.Paths.ViewerExePath;
-    const std::wstring folder = viewer.substr(0, viewer.rfind(L'\\'));
-    return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", JoinPath(folder, L"setup.log"));
+    return Trapped(program, [&] { return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", ViewerLog); });
 }
 
 std::wstring ReadLastLine(Platform& platform, const std::wstring& file) {
@@ -77,7 +128,8 @@ std::optional<FileVersionNumbers> GetFileVersionNumbers(Platform& platform, cons
         const FixedFileVersion version = platform.FileVersions.Read(file);
         return FileVersionNumbers{version.Most >> 16, version.Most & 0xFFFF, version.Least >> 16,
                                   version.Least & 0xFFFF};
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("reading a program's version", error);
         return std::nullopt;
     }
 }

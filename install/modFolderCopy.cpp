@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "app/Failure.h"
+#include "app/Messages.h"
 #include "app/modFile.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -45,6 +47,8 @@ class FolderCopy {
 
     void Run(const std::wstring& sourceRoot, const std::wstring& destRoot) {
         Visit(sourceRoot, destRoot);
+        // The root is the user's choice; below it a link would lead the files to another place.
+        refusesLinks_ = !countsOnly_;
         while (!folderStack_.empty()) {
             const std::wstring source = std::move(folderStack_.back());
             folderStack_.pop_back();
@@ -56,6 +60,9 @@ class FolderCopy {
 
   private:
     void Visit(const std::wstring& source, const std::wstring& destination) {
+        if (refusesLinks_ && platform_.Folders.IsLink(destination)) {
+            throw Failure(messages::ManualFailed, "the folder to copy into is a link: " + ToUtf8(destination));
+        }
         if (!countsOnly_ && !platform_.Folders.Exists(destination)) {
             MakeFolderPath(platform_, destination);
         }
@@ -87,6 +94,7 @@ class FolderCopy {
 
     Platform& platform_;
     bool countsOnly_;
+    bool refusesLinks_ = false;
     std::int32_t fileTotal_;
     std::int32_t fileDone_;
     const CopyProgress& progress_;
@@ -102,7 +110,9 @@ std::int32_t CopyFolderWithProgress(Platform& platform, CopyMode mode, std::int3
         FolderCopy copy(platform, mode, startValue, progress);
         copy.Run(WithoutEndingBackslash(sourceRoot), WithoutEndingBackslash(destRoot));
         return mode == CopyMode::CountOnly ? copy.FileTotal() : 0;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped(mode == CopyMode::CountOnly ? "counting a folder's files" : "copying a folder",
+                                  error);
         return Failed;
     }
 }

@@ -5,7 +5,6 @@
 #include "app/ExitCode.h"
 #include "app/Messages.h"
 #include "app/modFile.h"
-#include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMdbUpgrade.h"
@@ -37,16 +36,6 @@ StepCaptions CaptionsOf(Step step) {
             return {messages::ManualsWaiting, messages::ManualsRunning, messages::ManualsDone};
     }
     return {};
-}
-
-/// Runs one step; whatever it throws is its failure.
-template <typename StepFunction>
-bool Trapped(StepFunction step) {
-    try {
-        return step();
-    } catch (const std::exception&) {
-        return false;
-    }
 }
 
 }  // namespace
@@ -81,8 +70,22 @@ bool InstallationDriver::RunInstallation() {
 }
 
 bool InstallationDriver::RunSteps() {
-    return Trapped([this] { return StepManagerProgram(); }) && Trapped([this] { return StepCompanionPrograms(); }) &&
-           Trapped([this] { return StepCatalogue(); }) && Trapped([this] { return StepManuals(); });
+    return Attempt(L"manager", messages::ManagerFailed, &InstallationDriver::StepManagerProgram) &&
+           Attempt(L"companions", messages::CompanionFailed, &InstallationDriver::StepCompanionPrograms) &&
+           Attempt(L"disc", messages::DiscUnreadable, &InstallationDriver::StepCatalogue) &&
+           Attempt(L"manuals", messages::ManualFailed, &InstallationDriver::StepManuals);
+}
+
+/// Runs one step. What it throws is its failure, with the failure's own message or the step's.
+bool InstallationDriver::Attempt(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)()) {
+    program_.Log.SetContext(name);
+    try {
+        return (this->*step)();
+    } catch (const std::exception& error) {
+        FailRun(program_, message, "the step of the installation", error);
+        WaitSeconds(program_.Platform.Clock, 2);
+        return false;
+    }
 }
 
 bool InstallationDriver::StepManagerProgram() {
@@ -144,7 +147,6 @@ bool InstallationDriver::StepCompanionPrograms() {
         Fail(messages::CompanionFailed);
         return false;
     }
-    ReadInstallPaths(program_);
     WaitSeconds(program_.Platform.Clock, 1);
     ShowDone(Step::Programs);
     return true;
@@ -169,7 +171,6 @@ bool InstallationDriver::SetUpCompanion(const std::wstring& name, bool (*install
 
 bool InstallationDriver::StepCatalogue() {
     ShowRunning(Step::Catalogue);
-    program_.DiscCatalogue.Clear();
     const bool scanned = ScanDiscCatalogue(program_);
     program_.Log.Write(L"disc", L"",
                        scanned ? std::to_wstring(program_.DiscCatalogue.LastIndex()) + L" manuals"

@@ -27,6 +27,7 @@ class InstallationDriver {
 
   private:
     bool RunSteps();
+    bool Attempt(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)());
     bool StepManagerProgram();
     bool StepCompanionPrograms();
     bool StepCatalogue();

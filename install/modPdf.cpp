@@ -44,14 +44,6 @@ void ClearReadOnly(Files& files, const std::wstring& path) {
     }
 }
 
-bool FileExists(Platform& platform, const std::wstring& path) {
-    try {
-        return platform.Files.Exists(path);
-    } catch (const std::exception&) {
-        return false;
-    }
-}
-
 }  // namespace
 
 std::wstring GetManualPdfPath(const std::wstring& manualFolder, const std::wstring& pdfName) {
@@ -64,11 +56,11 @@ std::wstring GetRootedManualPdfPath(const Program& program, const std::wstring& 
 }
 
 bool ManualPdfExists(Platform& platform, const std::wstring& manualFolder, const std::wstring& pdfName) {
-    return FileExists(platform, GetManualPdfPath(manualFolder, pdfName));
+    return platform.Files.Exists(GetManualPdfPath(manualFolder, pdfName));
 }
 
 bool RootedManualPdfExists(const Program& program, const std::wstring& manualFolder, const std::wstring& pdfName) {
-    return FileExists(program.Platform, GetRootedManualPdfPath(program, manualFolder, pdfName));
+    return program.Platform.Files.Exists(GetRootedManualPdfPath(program, manualFolder, pdfName));
 }
 
 bool WriteVersionStamp(Program& program, const std::wstring& version) {
@@ -78,7 +70,8 @@ bool WriteVersionStamp(Program& program, const std::wstring& version) {
         const std::wstring text = StampText(version, GetMessageText(program, messages::PdfFileName));
         program.Platform.Files.Write(path, program.Platform.Computer.ToSystemCodePage(text));
         return GrantFullAccess(program, path);
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Log.Trapped("writing the version stamp", error);
         return false;
     }
 }

@@ -19,7 +19,8 @@ bool RunAndWait(Platform& platform, const std::wstring& commandLine) {
             platform.Clock.YieldToMessages();
         }
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("running a program", error);
         return false;
     }
 }

@@ -35,7 +35,8 @@ bool CreateShortcut(Platform& platform, const std::wstring& file, const Shortcut
     try {
         platform.Shell.SaveShortcut(file, properties, setStyle ? &spec.WindowStyle : nullptr);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("making a shortcut", error);
         return false;
     }
 }

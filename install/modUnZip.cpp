@@ -2,16 +2,30 @@
 
 #include <exception>
 
+#include "app/Program.h"
 #include "platform/Archives.h"
 
 namespace mip {
+
+std::wstring ExtractionCommand(const std::wstring& archivePath, const std::wstring& quotedOutputFolder) {
+    return L"x -aoa -hide " + archivePath + L" " + quotedOutputFolder;
+}
+
+std::wstring ExtractionOf(const Program& program, const DiscCatalogueRecord& manual) {
+    return ExtractionCommand(manual.SourcePath, QuotedOutputFolder(program));
+}
+
+std::wstring QuotedOutputFolder(const Program& program) {
+    return L"\"" + program.Paths.UnZipTempPath + L"\\\"";
+}
 
 std::int32_t ExtractArchive(Platform& platform, const std::wstring& archivePath,
                             const std::wstring& quotedOutputFolder) {
     constexpr std::int32_t NotCalled = -1;
     try {
-        return platform.Archives.SevenZip(L"x -aoa -hide " + archivePath + L" " + quotedOutputFolder);
-    } catch (const std::exception&) {
+        return platform.Archives.SevenZip(ExtractionCommand(archivePath, quotedOutputFolder));
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("extracting an archive", error);
         return NotCalled;
     }
 }

@@ -3,11 +3,23 @@
 #include <cstdint>
 #include <string>
 
+#include "catalogue/DiscCatalogue.h"
 #include "platform/Platform.h"
 
 namespace mip {
 
-/// Extracts an archive through the `SevenZip` command line; 0 means success. Nothing is thrown.
+struct Program;
+
+/// The command line that extracts an archive: "x -aoa -hide ", the archive's path as it stands, a blank and the output
+/// folder in its quotes. The look before an extraction asks with the same words.
+std::wstring ExtractionCommand(const std::wstring& archivePath, const std::wstring& quotedOutputFolder);
+/// The command line for a manual of the disc, into the temporary folder.
+std::wstring ExtractionOf(const Program& program, const DiscCatalogueRecord& manual);
+
+/// The temporary folder with a backslash, in double quotes.
+std::wstring QuotedOutputFolder(const Program& program);
+
+/// Runs an extraction by the `SevenZip` command line; 0 means success. Nothing is thrown.
 std::int32_t ExtractArchive(Platform& platform, const std::wstring& archivePath,
                             const std::wstring& quotedOutputFolder);
 

@@ -92,7 +92,8 @@ Comparison CompareManualInfo(const Program& program) try {
         }
     }
     return comparison;
-} catch (const std::exception&) {
+} catch (const std::exception& error) {
+    program.Platform.FaultLog.Trapped("comparing the manual information", error);
     return {false, false, {}};
 }
 
@@ -110,7 +111,8 @@ void MakeLocalFolder(Program& program) {
 void CopyToLocal(Program& program) {
     try {
         CopyFileWithAccess(program, OnDisc(program, InfoFile), LocalManualInfoPath);
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Log.Trapped("copying the manual information", error);
         ShowAccessError(program, LocalManualInfoPath);
     }
 }
@@ -123,7 +125,8 @@ void CopyWhenNewer(Program& program, const wchar_t* name, const std::wstring& fo
         if (!files.Exists(destination) || files.Status(destination).Modified < files.Status(source).Modified) {
             CopyFileReplacing(program.Platform, source, destination);
         }
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Log.Trapped("copying the manual information", error);
         // The manuals are complete without these files.
     }
 }
@@ -153,7 +156,9 @@ int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {
 }
 
 void PrepareManualInfo(Program& program) {
-    MakeFolder(program.Platform, LocalFolder);
+    if (!program.Platform.Folders.Exists(LocalFolder)) {
+        MakeFolder(program.Platform, LocalFolder);
+    }
     CopyWhenNewer(program, InfoFile, LocalFolder);
 }
 

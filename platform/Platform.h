@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FaultLog.h"
+
 namespace mip {
 
 class AccessControl;
@@ -38,6 +40,7 @@ struct Platform {
     DatabaseEngine& JetEngine;     ///< ADO with the Jet provider
     DatabaseEngine& SqliteEngine;  ///< the embedded engine
     mip::MessageBoxes& MessageBoxes;
+    mip::FaultLog& FaultLog = NoFaultLog::Instance();
 };
 
 }  // namespace mip

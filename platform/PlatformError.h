@@ -12,16 +12,20 @@ namespace mip {
 /// (a Win32 error, an HRESULT, or the database engine's result code, as the operation's comment says).
 class PlatformError : public std::runtime_error {
   public:
-    PlatformError(std::string_view operation, std::wstring object, std::uint32_t code)
+    PlatformError(std::string_view operation, std::wstring object, std::uint32_t code, std::wstring text = {})
         : std::runtime_error(std::string(operation) + " failed with code " + std::to_string(code)),
           object_(std::move(object)),
+          text_(std::move(text)),
           code_(code) {}
 
     const std::wstring& Object() const { return object_; }
     std::uint32_t Code() const { return code_; }
+    /// The engine's own words for the error; "" when the system's text for the code is all there is.
+    const std::wstring& Text() const { return text_; }
 
   private:
     std::wstring object_;
+    std::wstring text_;
     std::uint32_t code_;
 };
 

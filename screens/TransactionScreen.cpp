@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/ExitCode.h"
+#include "app/ManualPlace.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
@@ -90,7 +91,9 @@ bool CheckInstalledManuals(Program& program) {
 }
 
 bool RemoveOneManual(Program& program, const std::wstring& folder, const std::wstring& pubNo) {
-    RunAndWait(program.Platform, L"\"" + program.Paths.RmDirBatPath + L"\" \"" + folder + L"\"");
+    if (MayTouchFolder(program, folder)) {
+        RunAndWait(program.Platform, L"\"" + program.Paths.RmDirBatPath + L"\" \"" + folder + L"\"");
+    }
     return RemoveInstalledManual(*program.CatalogDb, pubNo);
 }
 

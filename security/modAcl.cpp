@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/ManualPlace.h"
 #include "catalogue/modMDB.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
@@ -53,7 +54,7 @@ void SecureInstalledManual(Program& program, clsMDB& database, InstalledRecord& 
         }
     }
     if (platform.Folders.Exists(record.INSPath) && IsNtfsVolume(platform, record.INSPath) &&
-        !UsersHaveModifyAccess(program, record.INSPath)) {
+        !UsersHaveModifyAccess(program, record.INSPath) && MayTouchFolder(program, record.INSPath)) {
         static_cast<void>(GrantModifyToUsers(program, record.INSPath));
     }
 }
@@ -87,7 +88,8 @@ bool SecureInstalledManualFolders(Program& program) {
             SecureInstalledManual(program, database, record);
             status = ReadNextInstalled(program.Platform, database, WalkSlot, record);
         }
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Log.Trapped("opening the manual folders to users", error);
         return false;
     }
     return true;
@@ -103,6 +105,7 @@ bool UsersHaveModifyAccess(Program& program, const std::wstring& path) {
                           AceGrantsModify(entry.Type, entry.Mask) == L"1";
                });
     } catch (const PlatformError& error) {
+        program.Log.Trapped("reading a folder's access list", error);
         ShowApiError(platform, error.Code());
         return false;
     }
@@ -114,7 +117,8 @@ bool GrantModifyToUsers(Program& program, const std::wstring& path) {
     try {
         MergeIntoAccessList(program.Platform.AccessControl, path, modify);
         return true;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Log.Trapped("opening a manual folder to users", error);
         return false;
     }
 }

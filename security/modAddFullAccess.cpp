@@ -24,7 +24,8 @@ bool IsNtfsVolume(Platform& platform, const std::wstring& path) {
     try {
         const std::wstring fileSystem = platform.Volumes.FileSystemName(ToUpper(path.substr(0, 3)));
         return ToUpper(fileSystem.substr(0, 4)) == L"NTFS";
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("asking for the file system", error);
         return false;
     }
 }
@@ -45,6 +46,7 @@ bool GrantFullAccess(Program& program, const std::wstring& path) {
         MergeIntoAccessList(program.Platform.AccessControl, path, fullControl);
         return true;
     } catch (const PlatformError& error) {
+        program.Log.Trapped("granting full access", error);
         ShowApiError(program.Platform, error.Code());
         return false;
     }

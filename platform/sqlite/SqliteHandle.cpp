@@ -12,7 +12,8 @@ bool IsBlank(const char* text) {
 }  // namespace
 
 PlatformError SqliteError(std::string_view operation, const std::wstring& object, sqlite3* database) {
-    return PlatformError(operation, object, static_cast<std::uint32_t>(sqlite3_extended_errcode(database)));
+    return PlatformError(operation, object, static_cast<std::uint32_t>(sqlite3_extended_errcode(database)),
+                         FromUtf8(sqlite3_errmsg(database)));
 }
 
 SqliteStatement PrepareStatement(sqlite3* database, const std::wstring& sql) {

@@ -21,7 +21,7 @@ struct SqliteStatementCloser {
 };
 using SqliteStatement = std::unique_ptr<sqlite3_stmt, SqliteStatementCloser>;
 
-/// The error of the database's last call, with the engine's extended result code.
+/// The error of the database's last call, with the engine's extended result code and text.
 PlatformError SqliteError(std::string_view operation, const std::wstring& object, sqlite3* database);
 
 /// Compiles exactly one statement. Throws PlatformError for anything else.
