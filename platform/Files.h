@@ -60,6 +60,9 @@ class Files {
     virtual bool IsInUse(const std::wstring& path) = 0;
     /// The first `limit` bytes, or all there are.
     virtual std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) = 0;
+    /// Reads the file to its end and keeps nothing of it, serving the message loop now and then. Returns when every
+    /// byte could be read.
+    virtual void ReadThrough(const std::wstring& path) = 0;
     /// Creates or replaces the file with these bytes.
     virtual void Write(const std::wstring& path, const std::string& bytes) = 0;
     /// Adds these bytes to the end of the file, which is created where needed.
@@ -70,6 +73,8 @@ class Files {
 struct FolderListing {
     std::vector<std::wstring> Subfolders;
     std::vector<std::wstring> Files;
+    std::vector<std::wstring> Links;  ///< to folders and to files; they stand in neither of the other two
+    bool operator==(const FolderListing&) const = default;
 };
 
 /// Folders. The same path rules as for Files.
@@ -79,10 +84,13 @@ class Folders {
 
     /// True when a folder of that path exists; false also when it cannot be asked.
     virtual bool Exists(const std::wstring& folder) = 0;
+    /// True when the path itself, not what it leads to, is a link to a folder or a file: a symbolic link, a junction or
+    /// a mount point; false also when it cannot be asked.
+    virtual bool IsLink(const std::wstring& folder) = 0;
     /// Creates one level; throws PlatformError (AlreadyExists, PathNotFound, ...).
     virtual void Create(const std::wstring& folder) = 0;
-    /// One pass over the folder. Links to folders or files are left out, so that a walk never leaves the folder that it
-    /// started in. Throws PlatformError.
+    /// One pass over the folder. Links have a list of their own, so that a walk over the others never leaves the folder
+    /// that it started in. Throws PlatformError.
     virtual FolderListing List(const std::wstring& folder) = 0;
 };
 
@@ -98,6 +106,9 @@ class Volumes {
     virtual double FreeBytes(const std::wstring& root) = 0;
     /// Name of the file system ("NTFS") of a root folder. Throws PlatformError.
     virtual std::wstring FileSystemName(const std::wstring& root) = 0;
+    /// Returns when all that was written below the folder so far, links not followed, is on its drive and outlasts a
+    /// power cut. Throws PlatformError.
+    virtual void Flush(const std::wstring& folder) = 0;
 };
 
 }  // namespace mip

@@ -4,9 +4,11 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/archive/Pacer.h"
 #include "platform/windows/FileTimes.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
+#include "platform/windows/WindowsClock.h"
 #include "threads/WorkBehind.h"
 
 namespace mip {
@@ -69,6 +71,11 @@ void FlushContent(const std::wstring& path) {
 
 DWORD AttributesOf(const std::wstring& path) {
     return GetFileAttributesW(LongPath(path).c_str());
+}
+
+/// Whether a reparse point stands for another object. Others (files kept compressed or in the cloud) are the object.
+bool IsLinkEntry(const WIN32_FIND_DATAW& found) {
+    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsReparseTagNameSurrogate(found.dwReserved0);
 }
 
 }  // namespace
@@ -203,6 +210,15 @@ std::string WindowsFiles::Read(const std::wstring& path, std::uint64_t limit) {
     return bytes;
 }
 
+void WindowsFiles::ReadThrough(const std::wstring& path) {
+    const FileHandle file = OpenSource(path);
+    WindowsClock clock;
+    Pacer pacer(clock);
+    while (ReadPiece(file, path) > 0) {
+        pacer.Tick();
+    }
+}
+
 void WindowsFiles::Write(const std::wstring& path, const std::string& bytes) {
     // An existing file is opened and emptied: creating it anew is refused when it is hidden.
     const FileHandle file = OpenFile(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
@@ -220,6 +236,17 @@ void WindowsFiles::Append(const std::wstring& path, const std::string& bytes) {
 bool WindowsFolders::Exists(const std::wstring& folder) {
     const DWORD found = AttributesOf(folder);
     return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool WindowsFolders::IsLink(const std::wstring& folder) {
+    const std::wstring path = LongPath(folder.substr(0, folder.find_last_not_of(L'\\') + 1));
+    const DWORD attributes = AttributesOf(path);
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return false;
+    }
+    WIN32_FIND_DATAW found{};  // what kind of reparse point it is, only a search tells
+    const FindHandle search(FindFirstFileW(path.c_str(), &found));
+    return search && IsLinkEntry(found);
 }
 
 void WindowsFolders::Create(const std::wstring& folder) {
@@ -243,12 +270,11 @@ FolderListing WindowsFolders::List(const std::wstring& folder) {
     }
     do {
         const std::wstring_view name = found.cFileName;
-        const bool reparse = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-        if (name == L"." || name == L".." || (reparse && IsReparseTagNameSurrogate(found.dwReserved0))) {
+        if (name == L"." || name == L"..") {
             continue;
         }
         const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        (isFolder ? listing.Subfolders : listing.Files).emplace_back(name);
+        (IsLinkEntry(found) ? listing.Links : isFolder ? listing.Subfolders : listing.Files).emplace_back(name);
     } while (FindNextFileW(search.Get(), &found));
     const DWORD code = GetLastError();
     if (code != ERROR_NO_MORE_FILES) {

@@ -22,6 +22,7 @@ class WindowsFiles : public Files {
     void Remove(const std::wstring& path) override;
     bool IsInUse(const std::wstring& path) override;
     std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) override;
+    void ReadThrough(const std::wstring& path) override;
     void Write(const std::wstring& path, const std::string& bytes) override;
     void Append(const std::wstring& path, const std::string& bytes) override;
 
@@ -42,6 +43,7 @@ class WindowsFiles : public Files {
 class WindowsFolders : public Folders {
   public:
     bool Exists(const std::wstring& folder) override;
+    bool IsLink(const std::wstring& folder) override;
     void Create(const std::wstring& folder) override;
     FolderListing List(const std::wstring& folder) override;
 };

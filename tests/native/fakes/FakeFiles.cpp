@@ -121,6 +121,11 @@ std::string FakeFiles::Read(const std::wstring& path, std::uint64_t limit) {
     return bytes.substr(0, static_cast<std::size_t>(std::min<std::uint64_t>(limit, bytes.size())));
 }
 
+void FakeFiles::ReadThrough(const std::wstring& path) {
+    faults_.Check("Files.ReadThrough", path);
+    FileAt("ReadThrough", path);
+}
+
 void FakeFiles::Write(const std::wstring& path, const std::string& bytes) {
     Put("Write", path, bytes, false);
 }
@@ -153,6 +158,11 @@ bool FakeFolders::Exists(const std::wstring& folder) {
     return !faults_.Fails("Folders.Exists") && tree_.HasFolder(folder);
 }
 
+bool FakeFolders::IsLink(const std::wstring& folder) {
+    const FileTree::Place place = tree_.Locate(folder, false);
+    return !faults_.Fails("Folders.IsLink") && place.Node && place.Node->Kind == NodeKind::Link;
+}
+
 void FakeFolders::Create(const std::wstring& folder) {
     faults_.Check("Folders.Create", folder);
     RefuseWhen(tree_.Find(folder) != nullptr, "Create", folder, errors::AlreadyExists);
@@ -167,11 +177,9 @@ FolderListing FakeFolders::List(const std::wstring& folder) {
     RefuseWhen(tree_.IsDenied(folder), "List", folder, errors::AccessDenied);
     FolderListing listing;
     for (const auto& [key, child] : place.Node->Children) {
-        if (child->Kind == NodeKind::Folder) {
-            listing.Subfolders.push_back(child->Name);
-        } else if (child->Kind == NodeKind::File) {
-            listing.Files.push_back(child->Name);
-        }
+        const bool isFolder = child->Kind == NodeKind::Folder;
+        auto& names = child->Kind == NodeKind::Link ? listing.Links : isFolder ? listing.Subfolders : listing.Files;
+        names.push_back(child->Name);
     }
     return listing;
 }
@@ -195,6 +203,10 @@ double FakeVolumes::FreeBytes(const std::wstring& root) {
 
 std::wstring FakeVolumes::FileSystemName(const std::wstring& root) {
     return DriveAt("FileSystemName", root).FileSystem;
+}
+
+void FakeVolumes::Flush(const std::wstring& folder) {
+    DriveAt("Flush", folder);
 }
 
 }  // namespace mip

@@ -22,6 +22,7 @@ class FakeFiles : public Files {
     void Remove(const std::wstring& path) override;
     bool IsInUse(const std::wstring& path) override;
     std::string Read(const std::wstring& path, std::uint64_t limit = UINT64_MAX) override;
+    void ReadThrough(const std::wstring& path) override;
     /// A power cut in this call, and in Append, leaves half of the new bytes.
     void Write(const std::wstring& path, const std::string& bytes) override;
     void Append(const std::wstring& path, const std::string& bytes) override;
@@ -39,6 +40,7 @@ class FakeFolders : public Folders {
     FakeFolders(FileTree& tree, Faults& faults) : tree_(tree), faults_(faults) {}
 
     bool Exists(const std::wstring& folder) override;
+    bool IsLink(const std::wstring& folder) override;
     void Create(const std::wstring& folder) override;
     /// In the order of upper-cased names.
     FolderListing List(const std::wstring& folder) override;
@@ -55,6 +57,7 @@ class FakeVolumes : public Volumes {
     std::wstring DriveName(const std::wstring& path) override;
     double FreeBytes(const std::wstring& root) override;
     std::wstring FileSystemName(const std::wstring& root) override;
+    void Flush(const std::wstring& folder) override;
 
   private:
     const FakeDrive& DriveAt(const char* operation, const std::wstring& root);
