@@ -1,15 +1,10 @@
 #include "platform/archive/EmbeddedArchives.h"
 
 #include <exception>
-#include <memory>
-#include <optional>
 
-#include "platform/Clusters.h"
-#include "platform/PlatformError.h"
-#include "platform/archive/ArchiveSystem.h"
+#include "platform/archive/BadArchive.h"
 #include "platform/archive/SevenZipCommand.h"
 #include "platform/archive/Unpacking.h"
-#include "platform/archive/ZipDirectory.h"
 
 namespace mip {
 
@@ -18,11 +13,19 @@ namespace {
 constexpr std::int32_t Done = 0;
 constexpr std::int32_t Failed = 2;
 constexpr std::int32_t UnknownCommand = 7;
+constexpr std::uint32_t InvalidParameter = 87;
 
-/// A path may come quoted, as it would stand in a command line.
-std::wstring Unquoted(std::wstring path) {
-    std::erase(path, L'"');
-    return path;
+/// The archive of the command line, looked at by a function that takes its path.
+ArchiveFacts LookAt(const std::wstring& commandLine, const auto& look) {
+    const auto command = ParseSevenZipCommand(commandLine);
+    if (!command) {
+        throw PlatformError("reading an extraction's command line", commandLine, InvalidParameter);
+    }
+    try {
+        return look(command->Archive);
+    } catch (const BadArchive& fault) {
+        throw fault.In(command->Archive);
+    }
 }
 
 }  // namespace
@@ -40,22 +43,12 @@ std::int32_t EmbeddedArchives::SevenZip(const std::wstring& commandLine) {
     }
 }
 
-bool EmbeddedArchives::IsWhole(const std::wstring& archive) {
-    try {
-        return TestArchive(Unquoted(archive), system_, clock_) > 0;
-    } catch (const std::exception&) {
-        return false;
-    }
+ArchiveFacts EmbeddedArchives::Inspect(const std::wstring& commandLine) {
+    return LookAt(commandLine, [&](const std::wstring& path) { return InspectArchive(path, system_, clock_); });
 }
 
-std::uint64_t EmbeddedArchives::DeclaredSize(const std::wstring& archive) {
-    const auto bytes = system_.OpenArchive(Unquoted(archive));
-    std::uint64_t total = 0;
-    VisitZipRecords(*bytes, FindZipDirectory(*bytes), [&](const ZipRecord& record) {
-        const std::uint64_t size = SizeInClusters(record.Size);
-        total = size > UINT64_MAX - total ? UINT64_MAX : total + size;
-    });
-    return total;
+ArchiveFacts EmbeddedArchives::Test(const std::wstring& commandLine) {
+    return LookAt(commandLine, [&](const std::wstring& path) { return TestArchive(path, system_, clock_); });
 }
 
 }  // namespace mip

@@ -16,8 +16,10 @@ class EmbeddedArchives : public Archives {
 
     /// Results: 0 done, 2 failed, 7 the command line is not one that this extractor knows.
     std::int32_t SevenZip(const std::wstring& commandLine) override;
-    bool IsWhole(const std::wstring& archive) override;
-    std::uint64_t DeclaredSize(const std::wstring& archive) override;
+    /// An unknown command line is thrown with Win32's code for an invalid parameter, a refused archive with that for
+    /// invalid data.
+    ArchiveFacts Inspect(const std::wstring& commandLine) override;
+    ArchiveFacts Test(const std::wstring& commandLine) override;
 
   private:
     ArchiveSystem& system_;

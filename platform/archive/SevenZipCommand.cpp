@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <string_view>
-#include <vector>
-
-#include "text/Arguments.h"
 
 namespace mip {
 
 namespace {
+
+constexpr std::wstring_view Blanks = L" \t";
 
 bool EqualsIgnoringCase(std::wstring_view text, std::wstring_view lower) {
     return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](wchar_t left, wchar_t right) {
@@ -16,34 +15,64 @@ bool EqualsIgnoringCase(std::wstring_view text, std::wstring_view lower) {
     });
 }
 
-void TrimFolder(std::wstring& folder) {
+std::wstring_view Trimmed(std::wstring_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(Blanks) + 1);
+}
+
+/// Takes the first word off a text that begins with no blank, and the blanks behind it.
+std::wstring_view TakeWord(std::wstring_view& text) {
+    const std::wstring_view word = text.substr(0, text.find_first_of(Blanks));
+    text = Trimmed(text.substr(word.size()));
+    return word;
+}
+
+/// Where the last argument begins: behind the last blank that stands in no quotes.
+std::size_t StartOfLastArgument(std::wstring_view text) {
+    std::size_t start = 0;
+    bool inQuotes = false;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (text[place] == L'"') {
+            inQuotes = !inQuotes;
+        } else if (!inQuotes && Blanks.find(text[place]) != Blanks.npos) {
+            start = place + 1;
+        }
+    }
+    return start;
+}
+
+std::wstring_view WithoutSurroundingQuotes(std::wstring_view text) {
+    const bool isQuoted = text.size() > 1 && text.starts_with(L'"') && text.ends_with(L'"');
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+std::wstring FolderOf(std::wstring_view argument) {
+    std::wstring folder(argument);
+    std::erase(folder, L'"');
     while (folder.size() > 1 && folder.back() == L'\\' && folder[folder.size() - 2] != L':') {
         folder.pop_back();
     }
+    return folder;
 }
 
 }  // namespace
 
 std::optional<SevenZipCommand> ParseSevenZipCommand(const std::wstring& commandLine) {
-    std::vector<std::wstring> bare;
+    std::wstring_view text = Trimmed(commandLine);
+    bool isKnown = EqualsIgnoringCase(TakeWord(text), L"x");
     bool overwritesAll = false;
-    for (std::wstring& argument : SplitArguments(commandLine)) {
-        if (EqualsIgnoringCase(argument, L"-aoa")) {
-            overwritesAll = true;
-        } else if (argument.starts_with(L'-')) {
-            if (!EqualsIgnoringCase(argument, L"-hide")) {
-                return std::nullopt;
-            }
-        } else {
-            bare.push_back(std::move(argument));
-        }
+    while (text.starts_with(L'-')) {
+        const std::wstring_view word = TakeWord(text);
+        const bool isOverwrite = EqualsIgnoringCase(word, L"-aoa");
+        overwritesAll = overwritesAll || isOverwrite;
+        isKnown = isKnown && (isOverwrite || EqualsIgnoringCase(word, L"-hide"));
     }
-    if (!overwritesAll || bare.size() != 3 || !EqualsIgnoringCase(bare[0], L"x") || bare[1].empty() ||
-        bare[2].empty()) {
-        return std::nullopt;
-    }
-    TrimFolder(bare[2]);
-    return SevenZipCommand{std::move(bare[1]), std::move(bare[2])};
+    const std::size_t start = StartOfLastArgument(text);
+    const std::wstring_view archive = WithoutSurroundingQuotes(Trimmed(text.substr(0, start)));
+    std::wstring folder = FolderOf(text.substr(start));
+    isKnown = isKnown && overwritesAll && !archive.empty() && archive.find(L'"') == archive.npos && !folder.empty() &&
+              !folder.starts_with(L'-');
+    return isKnown ? std::optional(SevenZipCommand{std::wstring(archive), std::move(folder)}) : std::nullopt;
 }
 
 }  // namespace mip

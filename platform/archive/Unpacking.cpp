@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -150,6 +151,11 @@ void UnpackFile(ZipReader& reader, const std::wstring& name, Output& output, Pac
     file->Finish(reader.Modified());
 }
 
+/// False when the library sees another kind of entry, or a larger one, than the directory was approved for.
+bool IsAsApproved(const ZipReader& reader, EntryKind approved) {
+    return reader.IsPlain() && (approved == EntryKind::Folder ? reader.Size() == 0 : !reader.IsFolder());
+}
+
 /// The library reads its own copy of names and sizes, from the entries themselves; only what the directory was
 /// approved for passes.
 void UnpackEntries(ArchiveBytes& bytes, ApprovedEntries& approved, ArchiveSystem& system, Output& output,
@@ -158,12 +164,12 @@ void UnpackEntries(ArchiveBytes& bytes, ApprovedEntries& approved, ArchiveSystem
     std::uint64_t left = approved.TotalSize();
     while (!approved.Empty() && reader.Next()) {
         const std::wstring name = CheckedEntryName(reader.Name());
-        const bool folderWithContent = reader.IsFolder() && reader.Size() != 0;
-        if (!reader.IsPlain() || folderWithContent || reader.Size() > left || !approved.Take(name)) {
+        const std::optional<EntryKind> kind = approved.Take(name);
+        if (!kind || !IsAsApproved(reader, *kind) || reader.Size() > left) {
             throw BadArchive("finding an entry in the directory", name);
         }
         left -= reader.Size();
-        if (reader.IsFolder()) {
+        if (kind == EntryKind::Folder) {
             output.Folder(name);
         } else {
             UnpackFile(reader, name, output, pacer);
@@ -189,13 +195,19 @@ void ExtractArchiveTo(const std::wstring& archive, const std::wstring& folder, A
     output.Complete();
 }
 
-std::uint64_t TestArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock) {
+ArchiveFacts InspectArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock) {
+    Pacer pacer(clock);
+    const auto bytes = system.OpenArchive(archive);
+    return ApprovedEntries(*bytes, system, pacer).Facts();
+}
+
+ArchiveFacts TestArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock) {
     Pacer pacer(clock);
     const auto bytes = system.OpenArchive(archive);
     ApprovedEntries approved(*bytes, system, pacer);
     NoOutput output;
     UnpackEntries(*bytes, approved, system, output, pacer);
-    return approved.Files();
+    return approved.Facts();
 }
 
 }  // namespace mip

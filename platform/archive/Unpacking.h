@@ -1,7 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
+
+#include "platform/Archives.h"
 
 namespace mip {
 
@@ -12,7 +13,9 @@ class Clock;
 /// refused, or too large for the free space, has then written nothing.
 void ExtractArchiveTo(const std::wstring& archive, const std::wstring& folder, ArchiveSystem& system, Clock& clock);
 
-/// Reads everything as an extraction would and writes nothing. Returns the number of files; throws PlatformError.
-std::uint64_t TestArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock);
+/// Reads the directory and makes every refusal of an extraction that it can show. Throws PlatformError.
+ArchiveFacts InspectArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock);
+/// Reads everything as an extraction would and writes nothing. Throws PlatformError.
+ArchiveFacts TestArchive(const std::wstring& archive, ArchiveSystem& system, Clock& clock);
 
 }  // namespace mip

@@ -1,7 +1,11 @@
 #include "platform/windows/WindowsArchives.h"
 
 #include <array>
+#include <exception>
 #include <string>
+
+#include "platform/PlatformError.h"
+#include "platform/archive/SevenZipCommand.h"
 
 namespace mip {
 
@@ -41,13 +45,46 @@ WindowsArchives::Entry WindowsArchives::FindEntry() {
     return reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(library_.Get(), "SevenZip")));
 }
 
-std::int32_t WindowsArchives::SevenZip(const std::wstring& commandLine) {
-    const Entry entry = FindEntry();
-    if (!entry) {
-        return embedded_.SevenZip(commandLine);
-    }
+WindowsArchives::Entry WindowsArchives::EntryFor(const std::wstring& commandLine) {
+    return LibraryReads(commandLine) ? FindEntry() : nullptr;
+}
+
+std::int32_t WindowsArchives::Call(Entry entry, const std::wstring& commandLine) {
     char noOutput[] = "";
     return entry(nullptr, computer_.ToSystemCodePage(commandLine).c_str(), noOutput, 0);
+}
+
+/// True when the command line reaches the library's ears as it is meant.
+bool WindowsArchives::LibraryReads(const std::wstring& commandLine) {
+    const auto command = ParseSevenZipCommand(commandLine);
+    return command && command->Archive.find_first_of(L" \t") == std::wstring::npos &&
+           computer_.FromSystemCodePage(computer_.ToSystemCodePage(commandLine)) == commandLine;
+}
+
+bool WindowsArchives::IsAccepted(const std::wstring& commandLine) {
+    try {
+        embedded_.Inspect(commandLine);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+std::int32_t WindowsArchives::SevenZip(const std::wstring& commandLine) {
+    const Entry entry = EntryFor(commandLine);
+    return entry && IsAccepted(commandLine) ? Call(entry, commandLine) : embedded_.SevenZip(commandLine);
+}
+
+ArchiveFacts WindowsArchives::Test(const std::wstring& commandLine) {
+    const ArchiveFacts facts = embedded_.Test(commandLine);
+    if (const Entry entry = EntryFor(commandLine)) {
+        const std::wstring archive = ParseSevenZipCommand(commandLine)->Archive;
+        const std::int32_t result = Call(entry, L"t -hide " + archive);
+        if (result != 0) {
+            throw PlatformError("testing an archive by the library", archive, static_cast<std::uint32_t>(result));
+        }
+    }
+    return facts;
 }
 
 }  // namespace mip

@@ -1,12 +1,14 @@
 // Extracts arbitrary bytes as an archive, on a computer that is not there. Whatever they are: no crash, no path outside
-// the output folder, no file besides those that the directory declares, and a tested archive extracts.
+// the output folder, no file besides those that the directory declares, and a tested archive extracts into a folder
+// that is empty at first.
 
 #include <algorithm>
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <mutex>
-#include <set>
+#include <optional>
 #include <string>
 
 #include "platform/Clock.h"
@@ -18,6 +20,16 @@ namespace mip {
 namespace {
 
 constexpr std::uint64_t Room = 1 << 20;
+constexpr std::wstring_view Folder = L"C:\\out";
+constexpr wchar_t Command[] = L"x -aoa -hide fuzz.zip \"C:\\out\\\"";
+
+std::optional<ArchiveFacts> FactsOf(const auto& look) {
+    try {
+        return look();
+    } catch (const PlatformError&) {
+        return std::nullopt;
+    }
+}
 
 void Require(bool condition) {
     if (!condition) {
@@ -52,12 +64,25 @@ class System : public ArchiveSystem {
     explicit System(std::span<const char> bytes) : bytes_(bytes) {}
 
     std::unique_ptr<ArchiveBytes> OpenArchive(const std::wstring&) override { return std::make_unique<Bytes>(bytes_); }
-    void CreateFolder(const std::wstring& folder) override { Require(folder == L"C:\\out" || IsInside(folder)); }
+    void CreateFolder(const std::wstring& folder) override {
+        const std::lock_guard lock(mutex_);
+        Require(folder == Folder || IsInside(folder));
+        if (Create(folder, Kind::Folder) == Kind::File) {
+            throw PlatformError("CreateFolder", folder, errors::AlreadyExists);
+        }
+    }
     std::unique_ptr<ExtractedFile> CreateNewFile(const std::wstring& path) override {
         const std::lock_guard lock(mutex_);
-        Require(IsInside(path) && names_.insert(FoldCase(path)).second);
+        Require(IsInside(path));
+        const std::optional<Kind> existing = Create(path, Kind::File);
+        if (existing == Kind::Folder) {
+            throw PlatformError("CreateNewFile", path, errors::AccessDenied);
+        }
+        Require(!existing);
+        ++files_;
         return std::make_unique<File>(*this);
     }
+    std::uint64_t Files() const { return files_; }
     std::uint64_t FreeBytes(const std::wstring&) override { return Room; }
     unsigned NameCodePage() override { return 65001; }
     std::optional<std::wstring> Decode(std::string_view bytes, unsigned) override {
@@ -90,16 +115,28 @@ class System : public ArchiveSystem {
         System& system_;
     };
 
+    enum class Kind { File, Folder };
+
+    /// What stands there already; nothing when it was created. Throws where the parent is no folder.
+    std::optional<Kind> Create(const std::wstring& path, Kind kind) {
+        const auto parent = nodes_.find(FoldCase(path.substr(0, path.rfind(L'\\'))));
+        if (parent == nodes_.end() || parent->second != Kind::Folder) {
+            throw PlatformError("Create", path, errors::PathNotFound);
+        }
+        const auto [node, isNew] = nodes_.emplace(FoldCase(path), kind);
+        return isNew ? std::nullopt : std::optional(node->second);
+    }
+
     static bool IsInside(const std::wstring& path) {
-        constexpr std::wstring_view Folder = L"C:\\out\\";
-        const std::wstring_view name = std::wstring_view(path).substr(std::min(path.size(), Folder.size()));
-        return path.starts_with(Folder) && !name.empty() && name.find_first_of(L"/:*?\"<>|") == name.npos &&
+        const std::wstring_view name = std::wstring_view(path).substr(std::min(path.size(), Folder.size() + 1));
+        return path.starts_with(Folder) && path[Folder.size()] == L'\\' && !name.empty() && name.find_first_of(L"/:*?\"<>|") == name.npos &&
                name.find(L"..\\") == name.npos && !name.ends_with(L'.') && !name.starts_with(L'\\');
     }
 
     std::span<const char> bytes_;
     std::mutex mutex_;  // for what follows: the extractor writes on several threads
-    std::set<std::wstring> names_;
+    std::map<std::wstring, Kind> nodes_{{L"C:", Kind::Folder}};
+    std::uint64_t files_ = 0;
     std::uint64_t written_ = 0;
 };
 
@@ -116,12 +153,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     mip::NoClock clock;
     mip::System system(bytes);
     mip::EmbeddedArchives archives(system, clock);
-    const bool whole = archives.IsWhole(L"fuzz.zip");
-    const bool extracted = archives.SevenZip(L"x -aoa -hide fuzz.zip \"C:\\out\\\"") == 0;
-    try {
-        mip::Require(!whole || extracted || archives.DeclaredSize(L"fuzz.zip") > mip::Room);
-    } catch (const mip::PlatformError&) {
-        mip::Require(!whole);
-    }
+    const auto inspected = mip::FactsOf([&] { return archives.Inspect(mip::Command); });
+    const auto tested = mip::FactsOf([&] { return archives.Test(mip::Command); });
+    const bool extracted = archives.SevenZip(mip::Command) == 0;
+    mip::Require(!tested || inspected == tested);
+    mip::Require(!tested || extracted || tested->BytesOnDrive > mip::Room);
+    mip::Require(!extracted || (tested && system.Files() == tested->Files));
     return 0;
 }

@@ -25,5 +25,10 @@ int main(int count, char** arguments) {
     write("stored", mip::BuildZip({{.Name = "m/", .Deflate = false}, stored}));
     write("deflated", mip::BuildZip({deflated, unicode}, {.Comment = "comment"}));
     write("zip64", mip::BuildZip({large, field}, {.Zip64End = true}));
+    write("conflict", mip::BuildZip({{.Name = "m", .Deflate = false}, stored}));
+    write("folders", mip::BuildZip({{.Name = "m", .Deflate = false, .Attributes = 0x10},
+                                    {.Name = "n\\", .Deflate = false, .Host = 10},
+                                    {.Name = "n/a", .Content = "a"},
+                                    stored}));
     write("link", mip::BuildZip({link, stored}));
 }

@@ -107,7 +107,8 @@ TEST_F(WindowsExtraction, MemoryStaysBoundedWithAsManyEntriesAsAreTaken) {
     }
     const std::size_t before = PeakMemory();
     ASSERT_GT(before, 0U);
-    EXPECT_TRUE(EmbeddedArchives(System, Clock_).IsWhole(Folder.Below(L"manual.zip")));
+    const std::wstring command = L"x -aoa " + Folder.Below(L"manual.zip") + L" " + Out;
+    EXPECT_EQ(EmbeddedArchives(System, Clock_).Test(command).Files, 200'000U);
     EXPECT_LT(PeakMemory() - before, 32U * 1024 * 1024);
     RecordProperty("bytes", static_cast<int>(PeakMemory() - before));
     std::printf("peak memory grew by %u KiB\n", static_cast<unsigned>((PeakMemory() - before) / 1024));

@@ -102,8 +102,10 @@ class HostileArchive : public testing::Test {
         return Extract(archives);
     }
     std::int32_t Extract(EmbeddedArchives* archives = nullptr) {
-        return (archives ? *archives : Archives_)
-            .SevenZip(L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"a\\b\\out") + L"\\\"");
+        return (archives ? *archives : Archives_).SevenZip(Command());
+    }
+    std::wstring Command() const {
+        return L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"a\\b\\out") + L"\\\"";
     }
     Tree AllButTheArchive() const {
         Tree tree = TreeOf(Folder.Path());
@@ -125,7 +127,8 @@ TEST_F(HostileArchive, IsRefusedBeforeAnythingIsWritten) {
     for (const auto& [label, zip] : cases) {
         SCOPED_TRACE(label);
         EXPECT_NE(Extract(zip), 0);
-        EXPECT_FALSE(Archives_.IsWhole(Archive));
+        EXPECT_THROW(Archives_.Inspect(Command()), PlatformError);
+        EXPECT_THROW(Archives_.Test(Command()), PlatformError);
         ASSERT_EQ(AllButTheArchive(), Before);
     }
 }
@@ -135,7 +138,7 @@ TEST_F(HostileArchive, LeavesNothingOfAFaultyEntry) {
     for (const auto& [label, zip] : HostileByRecord()) {
         SCOPED_TRACE(label);
         EXPECT_NE(Extract(zip), 0);
-        EXPECT_FALSE(Archives_.IsWhole(Archive));
+        EXPECT_THROW(Archives_.Test(Command()), PlatformError);
         Tree left = AllButTheArchive();
         left.erase(L"a\\b\\out\\");
         if (left.contains(L"a\\b\\out\\good.txt")) {
@@ -160,7 +163,7 @@ TEST_F(HostileArchive, TruncatedAnywhereItFails) {
     ASSERT_EQ(Extract(whole), 0);
     for (std::size_t length = 0; length < whole.size(); ++length) {
         ASSERT_NE(Extract(whole.substr(0, length)), 0) << length;
-        ASSERT_FALSE(Archives_.IsWhole(Archive)) << length;
+        ASSERT_THROW(Archives_.Test(Command()), PlatformError) << length;
     }
 }
 

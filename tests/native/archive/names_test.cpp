@@ -22,9 +22,10 @@ TEST(SevenZipCommand, ReadsArgumentsAsTheLibraryDoes) {
     const std::vector<Case> cases = {
         {L"x -aoa -hide D:\\m\\manual.zip \"C:\\My Temp\\u\\\"", L"D:\\m\\manual.zip", L"C:\\My Temp\\u"},
         {L"x -aoa -hide \"D:\\my disc\\manual.zip\" \"C:\\t\\\"", L"D:\\my disc\\manual.zip", L"C:\\t"},
-        {L"-hide x a.zip -aoa C:\\t", L"a.zip", L"C:\\t"},
-        {L"  X\t-AOA  a.zip   C:\\t\\\\ -Hide ", L"a.zip", L"C:\\t"},
-        {L"x -aoa D:\\\"my disc\"\\a.zip C:\\", L"D:\\my disc\\a.zip", L"C:\\"},
+        {L"x -aoa -hide D:\\my  disc -hide\\a.zip \"C:\\My Temp\\\"", L"D:\\my  disc -hide\\a.zip", L"C:\\My Temp"},
+        {L"  X\t-Hide -AOA  a.zip   C:\\t\\\\ ", L"a.zip", L"C:\\t"},
+        {L"x -aoa a.zip C:\\\"my folder\"\\", L"a.zip", L"C:\\my folder"},
+        {L"x -aoa a.zip C:\\", L"a.zip", L"C:\\"},
         {L"x -aoa a.zip \"C:\\open end", L"a.zip", L"C:\\open end"},
     };
     for (const Case& tried : cases) {
@@ -39,8 +40,9 @@ TEST(SevenZipCommand, ReadsArgumentsAsTheLibraryDoes) {
 TEST(SevenZipCommand, KnowsNoOtherCommand) {
     for (const std::wstring commandLine :
          {L"", L"x", L"x -aoa a.zip", L"x a.zip C:\\t", L"x -aou a.zip C:\\t", L"x -aoa -p1 a.zip C:\\t",
-          L"l -aoa a.zip C:\\t", L"e -aoa a.zip C:\\t", L"x -aoa D:\\my disc\\a.zip \"C:\\t\\\"", L"x -aoa \"\" C:\\t",
-          L"x -aoa a.zip \"\""}) {
+          L"l -aoa a.zip C:\\t", L"e -aoa a.zip C:\\t", L"-aoa x a.zip C:\\t", L"x a.zip -aoa C:\\t",
+          L"x -aoa a.zip C:\\t -hide", L"x -aoa \"\" C:\\t", L"x -aoa a.zip \"\"", L"x -aoa \"a\" \"b\" C:\\t",
+          L"x -aoa D:\\\"my disc\"\\a.zip C:\\t"}) {
         EXPECT_FALSE(ParseSevenZipCommand(commandLine)) << testing::PrintToString(commandLine);
     }
 }

@@ -1,6 +1,11 @@
 #include "tests/native/fakes/FakeArchives.h"
 
+#include <algorithm>
+
 #include "platform/Clusters.h"
+#include "platform/archive/BadArchive.h"
+#include "platform/archive/EntryName.h"
+#include "platform/archive/SevenZipCommand.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -8,15 +13,62 @@ namespace mip {
 namespace {
 
 constexpr std::int32_t SevenZipFatal = 2;
+constexpr std::uint32_t InvalidParameter = 87;
 constexpr std::uint32_t NoVersionResource = 1813;
 constexpr std::uint32_t NoProvider = 0x800A0E7A;
-constexpr std::wstring_view Extract = L"x -aoa -hide ";
+
+bool IsFolder(const std::wstring& entry) {
+    return entry.ends_with(L'\\');
+}
+
+/// Throws when two entries want one name, or a file's name is wanted for a folder.
+void CheckNames(const FakeArchives::Entries& entries) {
+    std::map<std::wstring, bool> isFolder;
+    for (const auto& [name, bytes] : entries) {
+        if (!isFolder.emplace(ToUpper(CheckedEntryName(name)), IsFolder(name)).second) {
+            throw BadArchive("telling the entries' names apart", name);
+        }
+    }
+    for (const auto& [name, folder] : isFolder) {
+        for (std::size_t end = name.find(L'\\'); end != name.npos; end = name.find(L'\\', end + 1)) {
+            const auto parent = isFolder.find(name.substr(0, end));
+            if (parent != isFolder.end() && !parent->second) {
+                throw BadArchive("making a folder of a file", name);
+            }
+        }
+    }
+}
+
+ArchiveFacts FactsOf(const FakeArchives::Entries& entries) {
+    ArchiveFacts facts;
+    std::map<std::wstring, bool> isFilled;
+    for (const auto& [name, bytes] : entries) {
+        const std::size_t top = name.find(L'\\');
+        if (top != name.npos) {
+            bool& filled = isFilled[ToUpper(name.substr(0, top))];
+            filled = filled || !IsFolder(name);
+        }
+        facts.Files += IsFolder(name) ? 0 : 1;
+        facts.BytesOnDrive += SizeInClusters(bytes.size());
+    }
+    facts.HoldsManual =
+        !isFilled.empty() && std::ranges::all_of(isFilled, [](const auto& folder) { return folder.second; });
+    return facts;
+}
 
 }  // namespace
 
-FakeArchives::Archive* FakeArchives::Find(const std::wstring& path) {
-    const auto archive = archives_.find(ToUpper(path));
-    return archive != archives_.end() && tree_.HasFile(path) ? &archive->second : nullptr;
+const FakeArchives::Archive& FakeArchives::Approved(const std::wstring& commandLine) {
+    const auto command = ParseSevenZipCommand(commandLine);
+    if (!command) {
+        throw PlatformError("reading an extraction's command line", commandLine, InvalidParameter);
+    }
+    const auto archive = archives_.find(ToUpper(command->Archive));
+    if (archive == archives_.end() || !tree_.HasFile(command->Archive)) {
+        throw PlatformError("opening an archive", command->Archive, errors::FileNotFound);
+    }
+    CheckNames(archive->second.Content);
+    return archive->second;
 }
 
 std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine) {
@@ -27,44 +79,55 @@ std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine) {
     if (OnSevenZip) {
         return OnSevenZip(commandLine);
     }
-    const std::size_t folderStart = commandLine.rfind(L" \"");
-    if (!commandLine.starts_with(Extract) || folderStart < Extract.size() || folderStart == std::wstring::npos) {
+    try {
+        Extract(Approved(commandLine), ParseSevenZipCommand(commandLine)->OutputFolder);
+        return 0;
+    } catch (const PlatformError&) {
         return SevenZipFatal;
     }
-    std::wstring path = commandLine.substr(Extract.size(), folderStart - Extract.size());
-    std::erase(path, L'"');
-    std::wstring folder = commandLine.substr(folderStart + 1);
-    std::erase(folder, L'"');
-    const Archive* archive = Find(path);
-    if (!archive) {
-        return SevenZipFatal;
-    }
-    std::size_t left = archive->Broken ? archive->Content.size() / 2 : archive->Content.size();
-    for (const auto& [name, bytes] : archive->Content) {
+}
+
+void FakeArchives::Extract(const Archive& archive, const std::wstring& folder) {
+    CreateWithParents(folder);
+    std::size_t left = archive.Broken ? archive.Content.size() / 2 : archive.Content.size();
+    for (const auto& [name, bytes] : archive.Content) {
         if (left-- == 0) {
-            break;
+            throw BadArchive("completing an entry", name);
         }
-        tree_.PutFile(folder + name, bytes);
+        const std::wstring path = folder + L'\\' + name;
+        CreateWithParents(path.substr(0, path.rfind(L'\\')));
+        if (!IsFolder(name)) {
+            if (const auto existing = tree_.Find(path)) {
+                existing->Attributes &= ~attributes::ReadOnly;
+            }
+            files_.Write(path, bytes);
+        }
     }
-    return archive->Broken ? SevenZipFatal : 0;
 }
 
-bool FakeArchives::IsWhole(const std::wstring& archive) {
-    const Archive* found = Find(archive);
-    return !faults_.Fails("Archives.IsWhole") && found && !found->Broken && !found->Content.empty();
+void FakeArchives::CreateWithParents(const std::wstring& folder) {
+    if (tree_.HasFolder(folder)) {
+        return;
+    }
+    const std::size_t parent = folder.rfind(L'\\');
+    if (parent != folder.npos) {
+        CreateWithParents(folder.substr(0, parent));
+    }
+    folders_.Create(folder);
 }
 
-std::uint64_t FakeArchives::DeclaredSize(const std::wstring& archive) {
-    faults_.Check("Archives.DeclaredSize", archive);
-    const Archive* found = Find(archive);
-    if (!found) {
-        throw PlatformError("DeclaredSize", archive, errors::FileNotFound);
+ArchiveFacts FakeArchives::Inspect(const std::wstring& commandLine) {
+    faults_.Check("Archives.Inspect", commandLine);
+    return FactsOf(Approved(commandLine).Content);
+}
+
+ArchiveFacts FakeArchives::Test(const std::wstring& commandLine) {
+    faults_.Check("Archives.Test", commandLine);
+    const Archive& archive = Approved(commandLine);
+    if (archive.Broken) {
+        throw BadArchive("completing an entry", commandLine);
     }
-    std::uint64_t size = 0;
-    for (const auto& [name, bytes] : found->Content) {
-        size += SizeInClusters(bytes.size());
-    }
-    return size;
+    return FactsOf(archive.Content);
 }
 
 void FakeArchives::Put(const std::wstring& path, Entries entries) {

@@ -8,24 +8,27 @@
 #include "platform/Archives.h"
 #include "platform/Database.h"
 #include "platform/FileVersions.h"
+#include "tests/native/fakes/FakeFiles.h"
 #include "tests/native/fakes/Faults.h"
 #include "tests/native/fakes/FileTree.h"
 
 namespace mip {
 
-/// Archives by their path, with their entries ("folder\name") and the content of each. A path that is not added here is
-/// no archive, whatever the tree holds there.
+/// Archives by their path, with their entries ("folder\name", or "folder\" for a folder of its own) and the content of
+/// each. A path that is not added here is no archive, whatever the tree holds there.
 class FakeArchives : public Archives {
   public:
     using Entries = std::map<std::wstring, std::string>;
 
-    FakeArchives(FileTree& tree, Faults& faults) : tree_(tree), faults_(faults) {}
+    FakeArchives(FileTree& tree, Faults& faults)
+        : tree_(tree), faults_(faults), files_(tree, faults), folders_(tree, faults) {}
 
-    /// Calls `OnSevenZip` when the test has set it. Else extracts "x -aoa -hide ARCHIVE "FOLDER\"" of an added archive
-    /// into the tree; 2 when the archive is broken or missing, then half of its entries are there.
+    /// Calls `OnSevenZip` when the test has set it. Else makes each entry's folders and file by FakeFolders and
+    /// FakeFiles, whose faults and drives stop it half way: 2 then, as for what `Inspect` throws. Of a broken archive,
+    /// half of the entries are there.
     std::int32_t SevenZip(const std::wstring& commandLine) override;
-    bool IsWhole(const std::wstring& archive) override;
-    std::uint64_t DeclaredSize(const std::wstring& archive) override;
+    ArchiveFacts Inspect(const std::wstring& commandLine) override;
+    ArchiveFacts Test(const std::wstring& commandLine) override;
 
     /// Adds an archive, and a file for it in the tree.
     void Put(const std::wstring& path, Entries entries);
@@ -41,10 +44,15 @@ class FakeArchives : public Archives {
         bool Broken = false;
     };
 
-    Archive* Find(const std::wstring& path);
+    /// The archive of a command line; throws PlatformError when there is none, or one that extraction refuses.
+    const Archive& Approved(const std::wstring& commandLine);
+    void Extract(const Archive& archive, const std::wstring& folder);
+    void CreateWithParents(const std::wstring& folder);
 
     FileTree& tree_;
     Faults& faults_;
+    FakeFiles files_;
+    FakeFolders folders_;
     std::map<std::wstring, Archive> archives_;
 };
 

@@ -170,6 +170,18 @@ INSTANTIATE_TEST_SUITE_P(
                 workshop.Windows.Archives.Put(L"D:\\AAAA1MM\\install\\condense\\manual.zip", {{L"index.html", "page"}});
             },
             L"message 83", L"message 24"},
+        FailureCase{
+            "ArchiveOfUpdateWithoutTopLevelFolder",
+            [](Workshop& workshop) {
+                workshop.Windows.Archives.Put(L"D:\\MMMM1MM\\install\\condense\\manual.zip", {{L"index.html", "page"}});
+            },
+            L"message 23", L"message 24"},
+        FailureCase{"ArchiveOfUpdateWantsOneNameTwice",
+                    [](Workshop& workshop) {
+                        workshop.Windows.Archives.Put(L"D:\\MMMM1MM\\install\\condense\\manual.zip",
+                                                      {{L"M\\a", "page"}, {L"M\\a\\b.html", "page"}});
+                    },
+                    L"message 23", L"message 24"},
         FailureCase{"TargetDenied",
                     [](Workshop& workshop) {
                         workshop.Windows.Tree.PutFolder(L"C:\\Manuals\\AAAA1MM");

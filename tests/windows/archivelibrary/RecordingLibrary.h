@@ -4,14 +4,14 @@ namespace mip {
 
 /// What the archive library of this test was called with last.
 struct RecordedCall {
-    int Count;
+    int Count;  ///< of all calls so far
     void* Owner;
     char CommandLine[512];
     int OutputLength;  ///< -1 without a buffer
     unsigned long OutputSize;
 };
 
-/// What `SevenZip` answers.
-inline constexpr int RecordedResult = 0x00008020;
+/// What the library answers when it cannot do what it was told.
+inline constexpr int LibraryFailure = 0x00008020;
 
 }  // namespace mip

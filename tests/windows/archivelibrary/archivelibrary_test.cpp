@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/PlatformError.h"
 #include "platform/windows/WindowsArchives.h"
 #include "platform/windows/WindowsComputer.h"
 #include "tests/windows/archivelibrary/RecordingLibrary.h"
@@ -23,9 +24,16 @@ class NotedExtractor : public Archives {
         CommandLines.push_back(commandLine);
         return 7;
     }
-    bool IsWhole(const std::wstring& archive) override { return archive == L"whole.zip"; }
-    std::uint64_t DeclaredSize(const std::wstring& archive) override { return archive.size(); }
+    ArchiveFacts Inspect(const std::wstring&) override {
+        if (Refuses) {
+            throw PlatformError("Inspect", L"", 1);
+        }
+        return Facts;
+    }
+    ArchiveFacts Test(const std::wstring& commandLine) override { return Inspect(commandLine); }
 
+    bool Refuses = false;
+    const ArchiveFacts Facts{4096, 1, true};
     std::vector<std::wstring> CommandLines;
 };
 
@@ -87,7 +95,7 @@ TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
     PutLibrary(systemLibrary_);
     const std::wstring commandLine = L"x -aoa -hide D:\\K\\manual.zip \"C:\\Temp\\é x\\\"";
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(commandLine), RecordedResult);
+    EXPECT_EQ(archives.SevenZip(commandLine), LibraryFailure);
 
     fs::path loadedFrom;
     const RecordedCall* call = LoadedCall(loadedFrom);
@@ -104,7 +112,7 @@ TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
 TEST_F(ArchiveLibrary, LibraryOfTheSystemFolderIsSecondChoice) {
     PutLibrary(systemLibrary_);
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(L"x"), RecordedResult);
+    EXPECT_EQ(archives.SevenZip(L"x -aoa -hide D:\\manual.zip C:\\t"), LibraryFailure);
     fs::path loadedFrom;
     ASSERT_NE(LoadedCall(loadedFrom), nullptr);
     EXPECT_TRUE(fs::equivalent(loadedFrom, systemLibrary_)) << loadedFrom;
@@ -127,14 +135,40 @@ TEST_F(ArchiveLibrary, EmbeddedExtractorWorksWhereNoUsableLibraryIs) {
     EXPECT_EQ(embedded_.CommandLines, std::vector<std::wstring>(3, commandLine));
 }
 
-TEST_F(ArchiveLibrary, WhatAnArchiveHoldsIsAskedOfTheEmbeddedExtractor) {
+TEST_F(ArchiveLibrary, EmbeddedExtractorServesWhatTheLibraryShouldNotGet) {
     PutLibrary(programFolder_ / LibraryName);
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_TRUE(archives.IsWhole(L"whole.zip"));
-    EXPECT_FALSE(archives.IsWhole(L"broken.zip"));
-    EXPECT_EQ(archives.DeclaredSize(L"12345"), 5u);
+    const std::wstring plain = L"x -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"";
+    std::vector<std::wstring> commandLines = {
+        L"x -aoa -hide D:\\K 2021\\manual.zip \"C:\\t\\\"",
+        L"x -aoa -hide \"D:\\K 2021\\manual.zip\" \"C:\\t\\\"",
+        L"x -aoa -hide D:\\\u2603\\manual.zip \"C:\\t\\\"",
+        L"x -aoa -hide D:\\K\\manual.zip \"C:\\\u2603\\\"",
+        L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"",
+    };
+    for (const std::wstring& commandLine : commandLines) {
+        EXPECT_EQ(archives.SevenZip(commandLine), 7);
+        EXPECT_EQ(archives.Test(commandLine), embedded_.Facts);
+    }
+    embedded_.Refuses = true;
+    EXPECT_EQ(archives.SevenZip(plain), 7);
+    EXPECT_THROW(archives.Test(plain), PlatformError);
+    commandLines.push_back(plain);
+    EXPECT_EQ(embedded_.CommandLines, commandLines);
     fs::path loadedFrom;
-    EXPECT_EQ(LoadedCall(loadedFrom), nullptr);
+    const RecordedCall* call = LoadedCall(loadedFrom);
+    EXPECT_TRUE(call == nullptr || call->Count == 0);
+}
+
+TEST_F(ArchiveLibrary, TheLibraryTestsWhatItIsToExtract) {
+    PutLibrary(programFolder_ / LibraryName);
+    WindowsArchives archives(computer_, embedded_);
+    EXPECT_EQ(CodeOf([&] { archives.Test(L"x -aoa -hide \"D:\\none.zip\" \"C:\\t\\\""); }),
+              static_cast<std::uint32_t>(LibraryFailure));
+    fs::path loadedFrom;
+    const RecordedCall* call = LoadedCall(loadedFrom);
+    ASSERT_NE(call, nullptr);
+    EXPECT_STREQ(call->CommandLine, "t -hide D:\\none.zip");
 }
 
 }  // namespace
