@@ -125,6 +125,9 @@ ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, P
         Add(record, directory, folders);
         pacer.Tick();
     });
+    if (entries_.empty()) {
+        throw BadArchive("counting the archive's entries");
+    }
     facts_.HoldsManual = folders.HoldManual();
     RefuseDoubleNames();
     VisitZipRecords(archive, directory, [&](const ZipRecord& record) {

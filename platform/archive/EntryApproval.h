@@ -22,9 +22,10 @@ enum class EntryKind { File, Folder };
 /// memory does not grow with their length.
 class ApprovedEntries {
   public:
-    /// Reads the directory to its end, twice, and writes nothing. Throws BadArchive when a name is hostile, comes twice
-    /// or is a file and the folder of another entry, too (case does not tell names apart), or when an entry is a link,
-    /// encrypted, packed by an unknown method, larger than its packed bytes can yield, or shares them with another.
+    /// Reads the directory to its end, twice, and writes nothing. Throws BadArchive when there is no entry, when a name
+    /// is hostile, comes twice or is a file and the folder of another entry, too (case does not tell names apart), or
+    /// when an entry is a link, encrypted, packed by an unknown method, larger than its packed bytes can yield, or
+    /// shares them with another.
     ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, Pacer& pacer);
 
     /// Takes an entry out and tells as what it was approved. Nothing when the name is not among the approved ones or

@@ -129,8 +129,9 @@ class System : public ArchiveSystem {
 
     static bool IsInside(const std::wstring& path) {
         const std::wstring_view name = std::wstring_view(path).substr(std::min(path.size(), Folder.size() + 1));
-        return path.starts_with(Folder) && path[Folder.size()] == L'\\' && !name.empty() && name.find_first_of(L"/:*?\"<>|") == name.npos &&
-               name.find(L"..\\") == name.npos && !name.ends_with(L'.') && !name.starts_with(L'\\');
+        return path.starts_with(Folder) && path[Folder.size()] == L'\\' && !name.empty() &&
+               name.find_first_of(L"/:*?\"<>|") == name.npos && name.find(L"..\\") == name.npos &&
+               !name.ends_with(L'.') && !name.starts_with(L'\\');
     }
 
     std::span<const char> bytes_;

@@ -21,8 +21,11 @@ bool IsFolder(const std::wstring& entry) {
     return entry.ends_with(L'\\');
 }
 
-/// Throws when two entries want one name, or a file's name is wanted for a folder.
+/// Throws when there is no entry, two want one name, or a file's name is wanted for a folder.
 void CheckNames(const FakeArchives::Entries& entries) {
+    if (entries.empty()) {
+        throw BadArchive("counting the archive's entries", L"none");
+    }
     std::map<std::wstring, bool> isFolder;
     for (const auto& [name, bytes] : entries) {
         if (!isFolder.emplace(ToUpper(CheckedEntryName(name)), IsFolder(name)).second) {
@@ -80,7 +83,8 @@ std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine) {
         return OnSevenZip(commandLine);
     }
     try {
-        Extract(Approved(commandLine), ParseSevenZipCommand(commandLine)->OutputFolder);
+        const Archive& archive = Approved(commandLine);
+        Extract(archive, ParseSevenZipCommand(commandLine)->OutputFolder);
         return 0;
     } catch (const PlatformError&) {
         return SevenZipFatal;

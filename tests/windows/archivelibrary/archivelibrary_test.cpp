@@ -80,9 +80,7 @@ class ArchiveLibrary : public testing::Test {
         fs::remove(systemLibrary_);
     }
 
-    void PutLibrary(const fs::path& place) {
-        fs::copy_file(TestFolder() / "recording-library.dll", place);
-    }
+    void PutLibrary(const fs::path& place) { fs::copy_file(TestFolder() / "recording-library.dll", place); }
 
     const fs::path programFolder_ = fs::temp_directory_path() / "archive library";
     fs::path systemLibrary_;
@@ -140,10 +138,8 @@ TEST_F(ArchiveLibrary, EmbeddedExtractorServesWhatTheLibraryShouldNotGet) {
     WindowsArchives archives(computer_, embedded_);
     const std::wstring plain = L"x -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"";
     std::vector<std::wstring> commandLines = {
-        L"x -aoa -hide D:\\K 2021\\manual.zip \"C:\\t\\\"",
-        L"x -aoa -hide \"D:\\K 2021\\manual.zip\" \"C:\\t\\\"",
-        L"x -aoa -hide D:\\\u2603\\manual.zip \"C:\\t\\\"",
-        L"x -aoa -hide D:\\K\\manual.zip \"C:\\\u2603\\\"",
+        L"x -aoa -hide D:\\K 2021\\manual.zip \"C:\\t\\\"", L"x -aoa -hide \"D:\\K 2021\\manual.zip\" \"C:\\t\\\"",
+        L"x -aoa -hide D:\\\u2603\\manual.zip \"C:\\t\\\"", L"x -aoa -hide D:\\K\\manual.zip \"C:\\\u2603\\\"",
         L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"",
     };
     for (const std::wstring& commandLine : commandLines) {
