@@ -18,7 +18,8 @@ constexpr std::int16_t SystemSlot = 3;
 
 const FieldValue EmptyText{std::wstring()};
 
-/// The fourteen columns of M_manage of the row on which a slot stands.
+/// The fourteen columns of M_manage of the row on which a slot stands. Other programs may leave any of them Null, the
+/// date included.
 InstalledRecord ReadRow(clsMDB& database, std::int16_t slot) {
     const auto field = [&](const wchar_t* column) { return database.Pcls_MdbGetField(slot, column, EmptyText); };
     InstalledRecord record;
@@ -32,7 +33,7 @@ InstalledRecord ReadRow(clsMDB& database, std::int16_t slot) {
     record.Lang = FieldText(field(L"Lang"));
     record.Ldup = FieldText(field(L"Ldup"));
     record.INSUser = FieldText(field(L"INSUser"));
-    record.INSDate = FieldDate(field(L"INSDate"));
+    record.INSDate = FieldDate(database.Pcls_MdbGetField(slot, L"INSDate", ZeroDate));
     record.INSPath = FieldText(field(L"INSPath"));
     record.Adjust_flg = FieldText(field(L"Adjust_flg"));
     record.Memo_txt = FieldText(field(L"Memo_txt"));

@@ -18,10 +18,9 @@ constexpr std::int32_t CommandTypeText = 1;
 /// Automation counts days from 30 December 1899; before that day the fraction still counts forward within the day.
 DateTime FromAutomationDate(double date) {
     using namespace std::chrono;
-    constexpr local_days dayZero{year{1899} / December / 30};
     const double wholeDays = std::trunc(date);
     const auto timeOfDay = seconds(std::llround(std::abs(date - wholeDays) * 86400.0));
-    return dayZero + days(static_cast<int>(wholeDays)) + timeOfDay;
+    return ZeroDate + days(static_cast<int>(wholeDays)) + timeOfDay;
 }
 
 FieldValue ToFieldValue(const ComValue& value) {

@@ -212,10 +212,21 @@ TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
     EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
 }
 
+TEST_F(ModMdbTest, RowOfNullsIsReadAsEmptyTextsAndDayZero) {
+    ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"INSERT INTO M_manage (Pub_No) VALUES ('K9')"), MdbOk);
+    ASSERT_EQ(FindInstalledRecord(program_, L"K9"), MdbOk);
+    InstalledRecord expected;
+    expected.Pub_No = L"K9";
+    expected.INSDate = ParseDateTime(L"1899/12/30 00:00:00");
+    expected.InstalledPdfForm = L"0";
+    EXPECT_EQ(program_.Installed, expected);
+    EXPECT_EQ(GetLastInstallPath(program_), SampleRecord(2).INSPath);
+}
+
 TEST_F(ModMdbTest, RowThatCannotBeReadIsAnErrorAndChangesNoField) {
     ASSERT_EQ(FindInstalledRecord(program_, SampleRecord(0).Pub_No), MdbOk);
     const InstalledRecord before = program_.Installed;
-    ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate = NULL WHERE Pub_No LIKE 'K101%'"),
+    ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate = 'x' WHERE Pub_No LIKE 'K101%'"),
               MdbOk);
     EXPECT_EQ(FindInstalledRecord(program_, SampleRecord(1).Pub_No), MdbError);
     EXPECT_EQ(program_.Installed, before);

@@ -33,6 +33,8 @@ TEST(UpgradeTest, RowsAreCarriedOverWholeIntoTheNewLayout) {
     records[3].INSPath = L"C:\\Korvex\\Books\\K4";
     Workshop workshop(records);
     workshop.Tree.PutFile(records[3].INSPath + L"\\contents\\" + records[3].Pub_No + L".pdf");
+    Execute(workshop, L"UPDATE M_manage SET INSDate = NULL WHERE Pub_No = 'K1040E'");
+    records[4].INSDate = ZeroDate;
     ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
     records[3].Pdf_flg = L"1";
     EXPECT_EQ(workshop.Rows(), records);
@@ -100,7 +102,7 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
         {"new database lacks the type table", sourceWith(L"DROP TABLE M_type")},
         {"an insert fails in the middle", sourceWith(L"INSERT INTO M_manage (Pub_No) VALUES ('K1050E')")},
         {"a row cannot be read",
-         [](Workshop& workshop) { Execute(workshop, L"UPDATE M_manage SET INSDate=NULL WHERE Pub_No='K1050E'"); }},
+         [](Workshop& workshop) { Execute(workshop, L"UPDATE M_manage SET INSDate='x' WHERE Pub_No='K1050E'"); }},
         {"no row can be read",
          [](Workshop& workshop) { Execute(workshop, L"ALTER TABLE M_manage DROP COLUMN Memo_txt"); }},
         {"no room for the copy", [](Workshop& workshop) { workshop.Tree.DriveOf(L"C:\\")->FreeBytes = 10'000; }},
