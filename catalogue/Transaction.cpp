@@ -12,8 +12,9 @@ Transaction::~Transaction() {
     if (open_) {
         try {
             database_.Pcls_MdbRollback();
-        } catch (const PlatformError&) {
+        } catch (const PlatformError& error) {
             // The engine drops an unfinished transaction when the database is opened again.
+            database_.TrapLog().Trapped("rolling a transaction back", error);
         }
     }
 }

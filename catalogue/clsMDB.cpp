@@ -14,15 +14,19 @@ using std::string_view_literals::operator""sv;
 constexpr std::string_view JetSignature = "\0\1\0\0Standard Jet DB\0"sv;
 constexpr std::string_view SqliteSignature = "SQLite format 3\0"sv;
 constexpr std::uint32_t NoCurrentRow = 3021;      // ADO's number for a recordset that stands on no row
+constexpr std::uint32_t UnknownFormat = 3343;     // Jet's number for a file that is no database
 constexpr std::uint32_t ConnectionClosed = 3704;  // and for an object that is not open
 
-/// The engine whose file this is, or null.
-DatabaseEngine* EngineOf(Platform& platform, const std::wstring& databasePath) {
+/// The engine whose file this is. Throws PlatformError when it cannot be read or is of none.
+DatabaseEngine& EngineOf(Platform& platform, const std::wstring& databasePath) {
     const std::string start = platform.Files.Read(databasePath, JetSignature.size());
     if (start.starts_with(JetSignature)) {
-        return &platform.JetEngine;
+        return platform.JetEngine;
     }
-    return start.starts_with(SqliteSignature) ? &platform.SqliteEngine : nullptr;
+    if (start.starts_with(SqliteSignature)) {
+        return platform.SqliteEngine;
+    }
+    throw PlatformError("Open", databasePath, UnknownFormat, L"neither a Jet nor an SQLite database");
 }
 
 FieldValue OrDefault(FieldValue value, const FieldValue& defaultValue) {
@@ -36,22 +40,24 @@ clsMDB::clsMDB(Platform& platform) : platform_(platform) {}
 bool clsMDB::Pcls_MdbOpen(const std::wstring& databasePath) {
     slots_ = {};
     connection_.reset();
+    engine_ = nullptr;
     try {
-        DatabaseEngine* engine = EngineOf(platform_, databasePath);
-        if (engine != nullptr) {
-            connection_ = engine->Open(databasePath);
-        }
-    } catch (const PlatformError&) {
+        DatabaseEngine& engine = EngineOf(platform_, databasePath);
+        connection_ = engine.Open(databasePath);
+        engine_ = &engine;
+        return true;
+    } catch (const PlatformError& error) {
+        TrapLog().Trapped("opening a database", error);
         return false;
     }
-    return connection_ != nullptr;
 }
 
 MdbStatus clsMDB::Pcls_MdbExecute(const std::wstring& sql) {
     try {
         Connection().Execute(sql);
         return MdbOk;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        TrapLog().Trapped("executing a statement", error);
         return MdbError;
     }
 }
@@ -64,7 +70,8 @@ MdbStatus clsMDB::Pcls_MdbCreate(std::int16_t slot, const std::wstring& sql) {
         const MdbStatus status = recordset->AtEnd() ? MdbEnd : MdbOk;
         place = std::move(recordset);
         return status;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        TrapLog().Trapped("running a query", error);
         return MdbError;
     }
 }
@@ -77,7 +84,8 @@ MdbStatus clsMDB::Pcls_MdbMoveNext(std::int16_t slot) {
         }
         recordset->MoveNext();
         return recordset->AtEnd() ? MdbEnd : MdbOk;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        TrapLog().Trapped("moving to the next row", error);
         return MdbError;
     }
 }

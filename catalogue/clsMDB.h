@@ -36,6 +36,11 @@ class clsMDB {
     MdbStatus Pcls_MdbCommitTrans();
     MdbStatus Pcls_MdbRollback();
 
+    /// True when both have a database open, and one engine serves them.
+    bool IsOfSameEngine(const clsMDB& other) const { return engine_ != nullptr && engine_ == other.engine_; }
+    /// Where routines that use the database say which errors they trap.
+    FaultLog& TrapLog() const { return platform_.FaultLog; }
+
   private:
     static constexpr std::int16_t SlotCount = 11;
 
@@ -44,6 +49,7 @@ class clsMDB {
     Recordset& OpenSlot(std::int16_t slot);
 
     Platform& platform_;
+    const DatabaseEngine* engine_ = nullptr;  ///< null while nothing is open
     std::unique_ptr<DatabaseConnection> connection_;
     std::array<std::unique_ptr<Recordset>, SlotCount> slots_;
 };

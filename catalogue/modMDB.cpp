@@ -42,21 +42,22 @@ InstalledRecord ReadRow(clsMDB& database, std::int16_t slot) {
 
 /// Takes the row that a query or a move has reached; a row that cannot be read is an error.
 template <typename Read>
-MdbStatus TakeRow(MdbStatus status, InstalledRecord& record, Read read) {
+MdbStatus TakeRow(MdbStatus status, clsMDB& database, InstalledRecord& record, Read read) {
     if (status != MdbOk) {
         return status;
     }
     try {
         record = read();
         return MdbOk;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        database.TrapLog().Trapped("reading a row of installed manuals", error);
         return MdbError;
     }
 }
 
 MdbStatus TakeInstalledRow(MdbStatus status, Platform& platform, clsMDB& database, std::int16_t slot,
                            InstalledRecord& record) {
-    return TakeRow(status, record, [&] {
+    return TakeRow(status, database, record, [&] {
         InstalledRecord row = ReadRow(database, slot);
         row.InstalledPdfForm = ManualPdfExists(platform, row.INSPath, row.Pub_No) ? L"1" : L"0";
         return row;
@@ -64,7 +65,7 @@ MdbStatus TakeInstalledRow(MdbStatus status, Platform& platform, clsMDB& databas
 }
 
 MdbStatus TakeListRow(MdbStatus status, Program& program, std::int16_t slot) {
-    return TakeRow(status, program.Installed, [&] {
+    return TakeRow(status, *program.CatalogDb, program.Installed, [&] {
         InstalledRecord row = ReadRow(*program.CatalogDb, slot);
         row.Pdf_flg = FieldText(program.CatalogDb->Pcls_MdbGetField(slot, L"Pdf_flg", EmptyText));
         return row;
@@ -110,7 +111,8 @@ bool ExecuteTogether(clsMDB& database, std::initializer_list<std::wstring> texts
             transaction.Commit();
             return true;
         }
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        database.TrapLog().Trapped("changing the catalogue", error);
     }
     return false;
 }
@@ -129,7 +131,8 @@ std::wstring GetLastInstallPath(Program& program) {
         if (database.Pcls_MdbCreate(LastPathSlot, statements::ReadLastInstallPath) == MdbOk) {
             return FieldText(database.Pcls_MdbGetField(LastPathSlot, L"INSPath", EmptyText));
         }
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        database.TrapLog().Trapped("reading the last installation folder", error);
     }
     return {};
 }
@@ -172,7 +175,8 @@ bool RemoveInstalledManual(clsMDB& database, const std::wstring& pubNo) {
 }
 
 bool MarkForAdjustment(clsMDB& database, const std::wstring& pubNo) {
-    return database.Pcls_MdbExecute(statements::MarkForAdjustment(pubNo)) == MdbOk;
+    // Jet brings a change to the drive at once only when a transaction of the program's own is committed.
+    return ExecuteTogether(database, {statements::MarkForAdjustment(pubNo)});
 }
 
 bool ReregisterInstallPath(clsMDB& database, const std::wstring& pubNo, const std::wstring& path) {
@@ -184,7 +188,8 @@ std::int16_t ReadDatabaseVersion(clsMDB& database) {
         if (database.Pcls_MdbCreate(SystemSlot, statements::ReadSystem) == MdbOk) {
             return FieldInt16(database.Pcls_MdbGetField(SystemSlot, L"MDB_Version", EmptyText));
         }
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        database.TrapLog().Trapped("reading the version of a database", error);
     }
     return -1;
 }

@@ -29,6 +29,7 @@ std::wstring GetLastInstallPath(Program& program);
 /// Inserts the rows of a record that another database held.
 [[nodiscard]] bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record);
 [[nodiscard]] bool RemoveInstalledManual(clsMDB& database, const std::wstring& pubNo);
+/// When it returns true the mark is on the drive, so that what is done to the manual's files may follow.
 [[nodiscard]] bool MarkForAdjustment(clsMDB& database, const std::wstring& pubNo);
 [[nodiscard]] bool ReregisterInstallPath(clsMDB& database, const std::wstring& pubNo, const std::wstring& path);
 

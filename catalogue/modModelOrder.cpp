@@ -31,7 +31,8 @@ std::int16_t LoadModelOrder(clsMDB& database, ModelOrderList& list) {
             status = database.Pcls_MdbMoveNext(OrderSlot);
         }
         return status;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        database.TrapLog().Trapped("reading the model order", error);
         return MdbError;
     }
 }

@@ -59,7 +59,7 @@ bool Workshop::StartProgram() {
     program_->Identity.FullAccessTrustee = L"Users";
     program_->Installation.InstallTime1 = ParseDateTime(L"2024/05/06 07:08:10");
     program_->Installation.InstallTime2 = ParseDateTime(L"2024/05/06 07:08:11");
-    program_->CatalogDb = std::make_unique<clsMDB>(Platform);
+    program_->CatalogDb = std::make_unique<clsMDB>(program_->Platform);
     return program_->CatalogDb->Pcls_MdbOpen(CurrentDatabase);
 }
 
