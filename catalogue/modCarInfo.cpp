@@ -1,6 +1,8 @@
 #include "catalogue/modCarInfo.h"
 
+#include <algorithm>
 #include <exception>
+#include <stdexcept>
 #include <vector>
 
 #include "app/Messages.h"
@@ -11,6 +13,7 @@
 #include "install/modFolderCopy.h"
 #include "install/modPdf.h"
 #include "platform/Files.h"
+#include "platform/PlatformError.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -38,14 +41,42 @@ std::wstring CatalogueFilePath(const Program& program, const std::wstring& folde
     return JoinPath(RecordFolder(program, folderName), CatalogueFile);
 }
 
+/// What is wrong with a record's data: the field and its value, as the user gets to read it.
+class RecordError : public std::runtime_error {
+  public:
+    explicit RecordError(const std::wstring& field) : std::runtime_error(ToUtf8(field)), field_(field) {}
+
+    const std::wstring& Field() const { return field_; }
+
+  private:
+    std::wstring field_;
+};
+
 void StopScan(DiscCatalogue& catalogue, const std::wstring& caption, const std::wstring& text) {
     catalogue.CatalogueErrorCaption = caption;
     catalogue.CatalogueErrorText = text;
     catalogue.CatalogueErrorFlag = -1;
 }
 
+void StopForDatabase(Program& program) {
+    StopScan(program.DiscCatalogue, GetMessageText(program, messages::DatabaseNotOpened),
+             GetMessageText(program, messages::WhatNow));
+}
+
+/// The profile services take a file that cannot be read for an empty one. Throws RecordError for it.
+void CheckReadable(Platform& platform, const std::wstring& file) {
+    try {
+        (void)platform.Files.Read(file);
+    } catch (const PlatformError& error) {
+        platform.FaultLog.Trapped("reading car_info.ci", error);
+        throw RecordError(L"car_info.ci cannot be read");
+    }
+}
+
+/// Throws RecordError when the file cannot be read; what it lacks is empty.
 void ReadCatalogueFile(const Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
     const std::wstring file = CatalogueFilePath(program, folderName);
+    CheckReadable(program.Platform, file);
     const auto value = [&](const wchar_t* key) {
         return GetProfileValue(program.Platform, file, CatalogueSection, key);
     };
@@ -73,10 +104,11 @@ void LocateContent(const Program& program, const std::wstring& folderName, DiscC
     }
 }
 
-bool IsMarkedForAdjustment(const std::wstring& flag) {
+bool IsMarkedForAdjustment(Platform& platform, const std::wstring& flag) {
     try {
         return TextToInt16(flag) == 1;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("reading Adjust_flg", error);
         return false;
     }
 }
@@ -85,7 +117,8 @@ bool IsMarkedForAdjustment(const std::wstring& flag) {
 bool IsUsable(Platform& platform, const InstalledRecord& installed) {
     const std::wstring contents = JoinPath(installed.INSPath, L"contents");
     return platform.Folders.Exists(installed.INSPath) && platform.Folders.Exists(contents) &&
-           platform.Files.Exists(JoinPath(contents, L"index.html")) && !IsMarkedForAdjustment(installed.Adjust_flg);
+           platform.Files.Exists(JoinPath(contents, L"index.html")) &&
+           !IsMarkedForAdjustment(platform, installed.Adjust_flg);
 }
 
 /// A disc may bring, for the next version only, the files that differ. They fit when the manual kept its form.
@@ -94,9 +127,28 @@ bool HasDifferences(Platform& platform, const DiscCatalogueRecord& record, const
            CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, record.ComparePath, installed.INSPath) > 0;
 }
 
-/// Compares with a usable installed copy. False when that is as new or newer. Throws when a version is not a number.
+std::int16_t VersionNumber(const wchar_t* field, const std::wstring& version) {
+    try {
+        return TextToInt16(version);
+    } catch (const std::exception&) {
+        throw RecordError(field + (L" = " + version));
+    }
+}
+
+/// How many versions the disc is ahead. Throws RecordError when a version, or the difference, is no 16-bit number.
+std::int16_t VersionsAhead(const std::wstring& onDisc, const std::wstring& installed) {
+    const std::int16_t discVersion = VersionNumber(L"Version", onDisc);
+    const std::int16_t installedVersion = VersionNumber(L"installed Version", installed);
+    try {
+        return Subtract16(discVersion, installedVersion);
+    } catch (const OverflowError&) {
+        throw RecordError(L"Version = " + onDisc + L", installed Version = " + installed);
+    }
+}
+
+/// Compares with a usable installed copy. False when that is as new or newer. Throws RecordError.
 bool ClassifyUpdate(Platform& platform, const InstalledRecord& installed, DiscCatalogueRecord& record) {
-    const std::int16_t difference = Subtract16(TextToInt16(record.Version), TextToInt16(installed.Version));
+    const std::int16_t difference = VersionsAhead(record.Version, installed.Version);
     if (difference <= 0) {
         record.InstallFlag = No;
         return false;
@@ -137,26 +189,38 @@ std::vector<std::wstring> ListManualFolders(const Program& program) {
     return folders;
 }
 
+void StopForData(DiscCatalogue& catalogue, const std::wstring& detail) {
+    StopScan(catalogue, L"car_info.ci data Error program abort",
+             L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + detail + L" ]");
+}
+
+/// Reads one folder. False when the scan must stop there; the log then names the folder, which not every text does.
+bool ScanFolder(Program& program, const std::wstring& folder) {
+    DiscCatalogue& catalogue = program.DiscCatalogue;
+    try {
+        ReadCatalogueRecord(program, folder);
+    } catch (const RecordError& error) {
+        StopForData(catalogue, folder + L": " + error.Field());
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped("classifying a manual of the disc", error);
+        StopForData(catalogue, folder);
+    }
+    if (catalogue.CatalogueErrorFlag == 0) {
+        return true;
+    }
+    program.Log.Write(L"disc", catalogue.Records.back().Pub_No, folder + L": " + catalogue.CatalogueErrorText);
+    return false;
+}
+
 }  // namespace
 
 bool ScanDiscCatalogue(Program& program) {
-    DiscCatalogue& catalogue = program.DiscCatalogue;
-    catalogue.Clear();
-    std::wstring current;
+    program.DiscCatalogue.Clear();
     try {
-        for (const std::wstring& folder : ListManualFolders(program)) {
-            current = folder;
-            ReadCatalogueRecord(program, folder);
-            if (catalogue.CatalogueErrorFlag != 0) {
-                return false;
-            }
-        }
-        return true;
-    } catch (const std::exception&) {
-        if (!current.empty()) {
-            StopScan(catalogue, L"car_info.ci data Error program abort",
-                     L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + current + L" ]");
-        }
+        const std::vector<std::wstring> folders = ListManualFolders(program);
+        return std::ranges::all_of(folders, [&](const std::wstring& folder) { return ScanFolder(program, folder); });
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped("listing the disc's folders", error);
         return false;
     }
 }
@@ -173,8 +237,7 @@ void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
     }
     const MdbStatus status = FindInstalledRecord(program, record.Pub_No);
     if (status == MdbError) {
-        StopScan(catalogue, GetMessageText(program, messages::DatabaseNotOpened),
-                 GetMessageText(program, messages::WhatNow));
+        StopForDatabase(program);
         return;
     }
     LocateContent(program, folderName, record);
@@ -224,20 +287,20 @@ bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool empt
 }
 
 bool IsSupersededPublication(Program& program, std::int16_t recordNumber) {
-    try {
-        std::wstring pubNo = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber)).Pub_No;
-        wchar_t& revision = pubNo.at(RevisionPosition);
-        if (revision < L'0' || revision > L'9') {
-            return false;
-        }
-        for (++revision; revision <= L'9'; ++revision) {
-            if (FindInstalledRecord(program, pubNo) == MdbOk) {
-                return true;
-            }
-        }
-    } catch (const std::exception&) {
+    std::wstring pubNo = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber)).Pub_No;
+    if (pubNo.size() <= RevisionPosition) {
+        return false;
     }
-    return false;
+    wchar_t& revision = pubNo[RevisionPosition];
+    MdbStatus status = MdbEnd;
+    while (revision >= L'0' && revision < L'9' && status == MdbEnd) {
+        ++revision;
+        status = FindInstalledRecord(program, pubNo);
+    }
+    if (status == MdbError) {
+        StopForDatabase(program);
+    }
+    return status == MdbOk;
 }
 
 }  // namespace mip

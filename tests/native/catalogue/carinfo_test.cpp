@@ -206,25 +206,36 @@ TEST_F(CarInfoTest, LengthsAreCheckedTrimmedAndReportedAsRead) {
 
 TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
     PutManual(L"1", "KA100E", "3");
-    PutManual(L"3", "KC100E", "3");
+    PutManual(L"Folder 3", "KC100E", "3");
+    constexpr wchar_t lengthError[] = L"car_info.ci data length Error program abort";
+    constexpr wchar_t dataError[] = L"car_info.ci data Error program abort";
     const struct {
-        const char* Label;
         const char* PubNo;
         const char* Version;
         const wchar_t* Caption;
         const wchar_t* Text;
     } cases[] = {
-        {"too long", "KB100E-long", "3", L"car_info.ci data length Error program abort",
-         L"PubNo = KB100E-long [ Pub_No length = 11 ]"},
-        {"version is no number", "KB100E", "3a", L"car_info.ci data Error program abort", L"PubNo = KB100E [ 2 ]"},
-        {"version overflows", "KB100E", "40000", L"car_info.ci data Error program abort", L"PubNo = KB100E [ 2 ]"},
+        {"KB100E-long", "3", lengthError, L"PubNo = KB100E-long [ Pub_No length = 11 ]"},
+        {"KB100E", "3a", dataError, L"PubNo = KB100E [ Folder 2: Version = 3a ]"},
+        {"KB100E", "40000", dataError, L"PubNo = KB100E [ Folder 2: Version = 40000 ]"},
+        {"KB101E", "3", dataError, L"PubNo = KB101E [ Folder 2: installed Version = B ]"},
+        {"KB102E", "32767", dataError, L"PubNo = KB102E [ Folder 2: Version = 32767, installed Version = -2 ]"},
+        {nullptr, "", dataError, L"PubNo =  [ Folder 2: car_info.ci cannot be read ]"},
     };
     program_.Settings.Columns.Version = 5;
-    PutInstalled(L"KB100E", L"1");
-    workshop_.Tree.PutFile(L"C:\\Manuals\\KB100E\\contents\\index.html");
+    const std::pair<const wchar_t*, const wchar_t*> installed[] = {
+        {L"KB100E", L"1"}, {L"KB101E", L"B"}, {L"KB102E", L"-2"}};
+    for (const auto& [pubNo, version] : installed) {
+        PutInstalled(pubNo, version);
+        workshop_.Tree.PutFile(std::wstring(L"C:\\Manuals\\") + pubNo + L"\\contents\\index.html");
+    }
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.Label);
-        PutManual(L"2", test.PubNo, test.Version);
+        SCOPED_TRACE(ToUtf8(test.Text));
+        if (test.PubNo != nullptr) {
+            PutManual(L"Folder 2", test.PubNo, test.Version);
+        } else {
+            workshop_.Tree.Deny(L"D:\\Folder 2\\car_info.ci");
+        }
         EXPECT_FALSE(ScanDiscCatalogue(program_));
         const DiscCatalogue& catalogue = program_.DiscCatalogue;
         EXPECT_EQ(catalogue.CatalogueErrorFlag, -1);
@@ -232,6 +243,7 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
         EXPECT_EQ(catalogue.CatalogueErrorText, test.Text);
         EXPECT_EQ(catalogue.LastIndex(), 2);
         EXPECT_EQ(catalogue.Records[1].InstallState, L"1");
+        EXPECT_NE(program_.Log.Text().find(L"Folder 2: " + catalogue.CatalogueErrorText), std::wstring::npos);
     }
 }
 
@@ -239,10 +251,18 @@ TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessages) {
     PutManual(L"1", "KA100E", "3");
     workshop_.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M09.ini",
                            "[MESSAGE]\r\nM020=no database\r\nM024=stopped\r\n");
-    program_.CatalogDb = std::make_unique<clsMDB>(workshop_.Platform);
-    EXPECT_FALSE(ScanDiscCatalogue(program_));
-    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
-    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
+    for (const bool inLaterRevision : {true, false}) {
+        if (inLaterRevision) {
+            PutInstalled(L"KA104E", L"1");
+            ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate='x' WHERE Pub_No='KA104E'"),
+                      MdbOk);
+        } else {
+            program_.CatalogDb = std::make_unique<clsMDB>(workshop_.Platform);
+        }
+        EXPECT_FALSE(ScanDiscCatalogue(program_));
+        EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
+        EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
+    }
 }
 
 TEST_F(CarInfoTest, DiscThatCannotBeListedFailsTheScanAndLeavesTheTextsToTheCaller) {
