@@ -3,14 +3,17 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <stdexcept>
+#include <string_view>
 
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
+#include "catalogue/DatabaseFiles.h"
 #include "catalogue/Transaction.h"
+#include "catalogue/UpgradeBackup.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "platform/Files.h"
-#include "platform/PlatformError.h"
 #include "security/modAddFullAccess.h"
 #include "text/TextTools.h"
 
@@ -21,60 +24,45 @@ constexpr std::int16_t WalkSlot = 0;
 constexpr std::int16_t FormSlot = 4;
 constexpr MdbStatus InsertFailed = 999;
 
-/// The four files of an upgrade.
+/// The files of an upgrade, but for those of the backup.
 struct UpgradePaths {
     std::wstring NewDatabaseSource;
     std::wstring NewDatabaseCopy;
     std::wstring CurrentDatabase;
-    std::wstring CurrentDatabaseBackup;
 };
 
 UpgradePaths FormPaths(const Program& program) {
     const std::wstring& folder = program.Paths.InstallDir;
     const Settings& settings = program.Settings;
     return {JoinPath(program.Paths.ProgramFolder, settings.Kvx3NewMdbName), JoinPath(folder, settings.Kvx3NewMdbName),
-            JoinPath(folder, settings.Kvx3MdbName), JoinPath(folder, L"BACK_" + settings.Kvx3MdbName)};
+            JoinPath(folder, settings.Kvx3MdbName)};
 }
 
 /// False when the copy would fall on one of the files that must survive it.
 bool IsCopyApart(const UpgradePaths& paths) {
     const std::wstring copy = ToUpper(paths.NewDatabaseCopy);
     return copy != ToUpper(paths.NewDatabaseSource) && copy != ToUpper(paths.CurrentDatabase) &&
-           copy != ToUpper(paths.CurrentDatabaseBackup);
+           !LastComponent(copy).starts_with(L"BACK_");
 }
 
 template <typename Step>
-bool Succeeds(Step step) {
+bool Succeeds(Program& program, std::string_view routine, Step step) {
     try {
         return step();
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped(routine, error);
         return false;
     }
 }
 
-/// Deletes a file that is of no use any more. A file that is held, by a virus scanner for instance, gets a second try;
-/// one that stays does no harm.
-void Discard(Platform& platform, const std::wstring& file) {
-    const auto deleteFile = [&] {
-        DeleteFileForced(platform, file);
-        return !platform.Files.Exists(file);
-    };
-    if (!Succeeds(deleteFile)) {
-        WaitSeconds(platform.Clock, 1);
-        (void)Succeeds(deleteFile);
+/// Opens a catalogue that is in use again to local users. False, with a line in the log, when that fails.
+bool Grant(Program& program, const std::wstring& database) {
+    const auto grant = [&] { return GrantFullAccess(program, database); };
+    const bool granted = Succeeds(program, "granting access to the catalogue", grant);
+    if (!granted) {
+        program.Log.Write(L"upgrade", L"", L"local users got no access to " + database);
     }
-}
-
-/// What the embedded engine keeps beside a database while it changes it. Left there by a power cut, it would be applied
-/// to the next database of that name.
-std::wstring JournalOf(const std::wstring& database) {
-    return database + L"-journal";
-}
-
-/// The journal goes first: without its database it is dangerous, the other way round it is not.
-void DiscardDatabase(Platform& platform, const std::wstring& database) {
-    Discard(platform, JournalOf(database));
-    Discard(platform, database);
+    return granted;
 }
 
 bool Opens(Platform& platform, const std::wstring& database) {
@@ -136,23 +124,29 @@ bool CopyRows(Program& program, clsMDB& newDatabase) {
     return true;
 }
 
-/// Makes the new database, with all rows, beside the one in use.
+/// Makes the new database, with all rows, beside the one in use. False, or an exception, when that fails.
 bool FillNewDatabase(Program& program, const UpgradePaths& paths) {
     Platform& platform = program.Platform;
     DeleteFileForced(platform, JournalOf(paths.NewDatabaseCopy));
     CopyFileReplacing(platform, paths.NewDatabaseSource, paths.NewDatabaseCopy);
     WaitSeconds(platform.Clock, 2);
     clsMDB newDatabase(platform);
-    return platform.Files.Exists(paths.NewDatabaseCopy) && newDatabase.Pcls_MdbOpen(paths.NewDatabaseCopy) &&
-           CopyRows(program, newDatabase);
+    if (!platform.Files.Exists(paths.NewDatabaseCopy) || !newDatabase.Pcls_MdbOpen(paths.NewDatabaseCopy)) {
+        return false;
+    }
+    // The workshop's other programs read the catalogue, too, and know one engine.
+    if (!newDatabase.IsOfSameEngine(*program.CatalogDb)) {
+        throw std::runtime_error("the disc's new database is of another engine than the catalogue in use");
+    }
+    return CopyRows(program, newDatabase);
 }
 
 /// Backs the database in use up, then lets the new one take its place in one step: at every moment one of the two is
 /// there. Throws PlatformError; the database in use is then untouched.
-bool ReplaceDatabase(Program& program, const UpgradePaths& paths) {
+bool ReplaceDatabase(Program& program, const UpgradePaths& paths, UpgradeBackup& backup) {
     Platform& platform = program.Platform;
     program.CatalogDb.reset();
-    CopyFileReplacing(platform, paths.CurrentDatabase, paths.CurrentDatabaseBackup);
+    backup.Make();
     WaitSeconds(platform.Clock, 1);
     platform.Files.Move(paths.NewDatabaseCopy, paths.CurrentDatabase);
     return true;
@@ -166,51 +160,77 @@ bool OpenCurrentDatabase(Program& program, const UpgradePaths& paths) {
 }
 
 bool OpenNewDatabase(Program& program, const UpgradePaths& paths) {
-    if (!GrantFullAccess(program, paths.CurrentDatabase)) {
-        return false;
-    }
     WaitSeconds(program.Platform.Clock, 1);
     return OpenCurrentDatabase(program, paths);
 }
 
-/// Throws PlatformError; then the backup stays for the next start.
-bool PutBackupBack(Platform& platform, const UpgradePaths& paths) {
-    platform.Files.Move(paths.CurrentDatabaseBackup, paths.CurrentDatabase);
-    Discard(platform, JournalOf(paths.CurrentDatabase));
-    return true;
+/// Where the backup cannot be put back either, it stays for the next start.
+void ReturnToBackup(Program& program, const UpgradePaths& paths, UpgradeBackup& backup, bool wasGranted) {
+    program.CatalogDb.reset();
+    const auto putBack = [&] {
+        backup.PutBack();
+        return true;
+    };
+    if (Succeeds(program, "putting the catalogue's backup back", putBack)) {
+        if (wasGranted) {
+            (void)Grant(program, paths.CurrentDatabase);
+        }
+        backup.Discard();
+    }
+    (void)OpenCurrentDatabase(program, paths);
 }
 
 bool MigrateDatabase(Program& program, const UpgradePaths& paths) {
-    Platform& platform = program.Platform;
-    if (!IsCopyApart(paths) || !program.CatalogDb) {
-        return false;
+    if (!IsCopyApart(paths)) {
+        throw std::runtime_error("the settings give the new database the name of another file");
     }
-    if (!Succeeds([&] { return FillNewDatabase(program, paths) && ReplaceDatabase(program, paths); })) {
-        DiscardDatabase(platform, paths.NewDatabaseCopy);
-        Discard(platform, paths.CurrentDatabaseBackup);
+    if (!program.CatalogDb) {
+        throw std::runtime_error("no catalogue is open");
+    }
+    UpgradeBackup backup(program.Platform, paths.CurrentDatabase);
+    backup.Discard();
+    const auto replace = [&] { return FillNewDatabase(program, paths) && ReplaceDatabase(program, paths, backup); };
+    if (!Succeeds(program, "filling the new catalogue", replace)) {
+        DiscardDatabase(program.Platform, paths.NewDatabaseCopy);
+        backup.Discard();
         if (!program.CatalogDb) {
             (void)OpenCurrentDatabase(program, paths);
         }
         return false;
     }
-    if (!Succeeds([&] { return OpenNewDatabase(program, paths); })) {
-        program.CatalogDb.reset();
-        (void)Succeeds([&] { return PutBackupBack(platform, paths); });
-        (void)OpenCurrentDatabase(program, paths);
+    bool granted = false;
+    const auto open = [&] {
+        granted = Grant(program, paths.CurrentDatabase);
+        return granted && OpenNewDatabase(program, paths);
+    };
+    if (!Succeeds(program, "opening the new catalogue", open)) {
+        ReturnToBackup(program, paths, backup, granted);
         return false;
     }
-    Discard(platform, paths.CurrentDatabaseBackup);
+    backup.Discard();
     return true;
+}
+
+/// True when the catalogue that an upgrade has left is whole, or is so again. Throws PlatformError.
+bool IsMended(Platform& platform, const UpgradePaths& paths, UpgradeBackup& backup) {
+    if (Opens(platform, paths.CurrentDatabase)) {
+        return true;
+    }
+    const bool mendable = Opens(platform, backup.Path());
+    if (mendable) {
+        backup.PutBack();
+    }
+    return mendable;
 }
 
 }  // namespace
 
 bool CheckDatabaseVersion(Program& program) {
-    return Succeeds([&] {
+    return Succeeds(program, "upgrading the catalogue", [&] {
         const UpgradePaths paths = FormPaths(program);
         const std::int16_t newVersion = ReadNewDatabaseVersion(program, paths.NewDatabaseSource);
         if (newVersion == -1) {
-            return false;
+            throw std::runtime_error("the disc's new database has no readable version");
         }
         const std::int16_t currentVersion = ReadCurrentDatabaseVersion(program);
         return (currentVersion >= 0 && currentVersion >= newVersion) || MigrateDatabase(program, paths);
@@ -218,21 +238,24 @@ bool CheckDatabaseVersion(Program& program) {
 }
 
 void RecoverInterruptedUpgrade(Program& program) {
-    Platform& platform = program.Platform;
-    const UpgradePaths paths = FormPaths(program);
-    if (IsCopyApart(paths) && platform.Files.Exists(paths.NewDatabaseCopy)) {
-        DiscardDatabase(platform, paths.NewDatabaseCopy);
-    }
-    if (!platform.Files.Exists(paths.CurrentDatabaseBackup)) {
-        return;
-    }
-    if (Opens(platform, paths.CurrentDatabase)) {
-        // Either the old database, then the backup may be half a copy, or the new one without its grant.
-        (void)GrantFullAccess(program, paths.CurrentDatabase);
-        Discard(platform, paths.CurrentDatabaseBackup);
-    } else if (Opens(platform, paths.CurrentDatabaseBackup)) {
-        (void)Succeeds([&] { return PutBackupBack(platform, paths); });
-    }
+    (void)Succeeds(program, "mending an interrupted upgrade", [&] {
+        Platform& platform = program.Platform;
+        const UpgradePaths paths = FormPaths(program);
+        if (IsCopyApart(paths) && platform.Files.Exists(paths.NewDatabaseCopy)) {
+            DiscardDatabase(platform, paths.NewDatabaseCopy);
+        }
+        UpgradeBackup backup(platform, paths.CurrentDatabase);
+        const bool interrupted = !backup.Path().empty();
+        if (interrupted && !IsMended(platform, paths, backup)) {
+            return false;
+        }
+        if (interrupted) {
+            // The new database that has opened, or the old one from its backup, is without its grant.
+            (void)Grant(program, paths.CurrentDatabase);
+        }
+        backup.Discard();
+        return true;
+    });
 }
 
 }  // namespace mip

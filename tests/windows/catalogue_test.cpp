@@ -126,6 +126,7 @@ TEST_F(CatalogueOnFiles, CatalogueHeldByAnotherProgramIsNotUpgraded) {
 TEST_F(CatalogueOnFiles, BackupOfAnInterruptedUpgradeIsPutBack) {
     program_.CatalogDb.reset();
     files_.Move(database_, backup_);
+    files_.Write(database_ + L".upgrade", "1");
     files_.Write(program_.Paths.InstallDir + L"\\KVX3 NEW.mdb", "half a copy");
     RecoverInterruptedUpgrade(program_);
     program_.CatalogDb = std::make_unique<clsMDB>(program_.Platform);

@@ -209,6 +209,7 @@ TEST(StartUp, InterruptedUpgradeIsUndoneOnlyWithoutTheManager) {
         Workshop shop;
         const std::string rows = shop.Windows.Tree.BytesOf(database);
         shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\BACK_kvx3.mdb", rows);
+        shop.Windows.Tree.PutFile(std::wstring(database) + L".upgrade", "1");
         shop.Windows.Tree.Erase(database);
         if (managerRuns) {
             shop.Windows.Processes.Running = {L"Manager.exe"};

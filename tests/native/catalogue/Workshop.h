@@ -28,6 +28,7 @@ struct Workshop : CatalogueWindows {
     static constexpr wchar_t InstallDir[] = L"C:\\Korvex\\Manual";
     static constexpr wchar_t CurrentDatabase[] = L"C:\\Korvex\\Manual\\KVX3.mdb";
     static constexpr wchar_t Backup[] = L"C:\\Korvex\\Manual\\BACK_KVX3.mdb";
+    static constexpr wchar_t Mark[] = L"C:\\Korvex\\Manual\\KVX3.mdb.upgrade";
     static constexpr wchar_t NewCopy[] = L"C:\\Korvex\\Manual\\KVX3_NEW.mdb";
     static constexpr wchar_t NewSource[] = L"D:\\programs\\setup\\KVX3_NEW.mdb";
 

@@ -19,7 +19,12 @@ const std::vector<InstalledRecord>& Records() {
 
 class UpgradeFaults : public testing::Test {
   protected:
-    std::unique_ptr<Workshop> NewWorkshop() { return std::make_unique<Workshop>(old_); }
+    /// In its folder a file of somebody else has the name that the backup would get.
+    std::unique_ptr<Workshop> NewWorkshop() {
+        auto workshop = std::make_unique<Workshop>(old_);
+        workshop->Tree.PutFile(Workshop::Backup, NotOurs);
+        return workshop;
+    }
 
     static bool Upgrade(Workshop& workshop) {
         try {
@@ -39,7 +44,8 @@ class UpgradeFaults : public testing::Test {
     void ExpectOldOrNew(Workshop& workshop, bool isNew) {
         EXPECT_EQ(workshop.Version(), isNew ? 3 : 2);
         EXPECT_EQ(workshop.Rows(), Records());
-        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
+        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 2u);
+        EXPECT_EQ(workshop.Tree.BytesOf(Workshop::Backup), NotOurs);
         if (!isNew) {
             EXPECT_EQ(workshop.Tree.BytesOf(Workshop::CurrentDatabase), old_);
         }
@@ -52,6 +58,10 @@ class UpgradeFaults : public testing::Test {
         RecoverInterruptedUpgrade(workshop.Program());
         ASSERT_TRUE(workshop.StartProgram());
         ExpectOldOrNew(workshop, workshop.Version() == 3);
+    }
+
+    static void ExpectNewIsGranted(Workshop& workshop) {
+        EXPECT_TRUE(workshop.Version() == 2 || !workshop.AccessControl.ListOf(Workshop::CurrentDatabase).empty());
     }
 
     /// The power goes at the n-th call of the upgrade. False when the upgrade ended before.
@@ -69,6 +79,7 @@ class UpgradeFaults : public testing::Test {
         workshop.Vfs.SettleAfterPowerCut(unflushed);
     }
 
+    static constexpr char NotOurs[] = "the workshop's own copy";
     const std::string old_ = Workshop(Records()).Tree.BytesOf(Workshop::CurrentDatabase);
 };
 
@@ -104,6 +115,7 @@ TEST_F(UpgradeFaults, EverythingFailingFromACallOnIsMendedByTheNextStart) {
         SCOPED_TRACE("from call " + std::to_string(n) + ", " + workshop->Faults.HitOperation());
         const bool hit = workshop->Faults.Hit();
         ExpectWholeAfterRestart(*workshop);
+        ExpectNewIsGranted(*workshop);
         if (!hit) {
             EXPECT_GT(n, FewestCalls);
             break;
@@ -120,6 +132,7 @@ TEST_F(UpgradeFaults, PowerCutAtAnyCallIsMendedByTheNextStart) {
             cut = CutUpgrade(*workshop, n, unflushed);
             SCOPED_TRACE("cut at call " + std::to_string(n));
             ExpectWholeAfterRestart(*workshop);
+            ExpectNewIsGranted(*workshop);
             EXPECT_TRUE(cut || n > FewestCalls);
         }
     }

@@ -84,7 +84,22 @@ TEST(UpgradeTest, OlderLayoutWithoutTypeTableTakesTheFormsFromTheFiles) {
     EXPECT_EQ(workshop.Rows(), records);
 }
 
-TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
+/// Finds the content of every Jet file in one place.
+struct JetEngine : DatabaseEngine {
+    explicit JetEngine(DatabaseEngine& embedded) : Embedded(embedded) {}
+    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override { return Embedded.Open(Content); }
+
+    /// Makes a Jet file of an SQLite one.
+    static void TakeOver(Workshop& workshop, const std::wstring& path) {
+        workshop.Tree.PutFile(Content, workshop.Tree.BytesOf(path));
+        workshop.Tree.Find(path)->Bytes = std::string("\0\1\0\0Standard Jet DB", 20);
+    }
+
+    static constexpr wchar_t Content[] = L"C:\\Temp\\content of the Jet file";
+    DatabaseEngine& Embedded;
+};
+
+TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlaceAndALineInTheLog) {
     const auto replaceSource = [](const std::string& bytes) {
         return [bytes](Workshop& workshop) { workshop.Tree.PutFile(Workshop::NewSource, bytes); };
     };
@@ -109,17 +124,27 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
         {"no room for the backup", [](Workshop& workshop) { workshop.Tree.DriveOf(L"C:\\")->FreeBytes = 45'000; }},
         {"the grant fails",
          [](Workshop& workshop) {
-             workshop.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
+             workshop.AccessControl.FailWith = [&](const std::string& operation, const std::wstring&) {
+                 EXPECT_TRUE(workshop.Tree.HasFile(Workshop::Backup));
                  return operation == "SetList" ? errors::AccessDenied : 0;
              };
          }},
         {"the new file does not open",
          [](Workshop& workshop) {
              workshop.AccessControl.FailWith = [&](const std::string&, const std::wstring&) {
-                 workshop.Tree.Find(Workshop::CurrentDatabase)->Bytes[0] = 'X';
+                 if (workshop.Tree.HasFile(Workshop::Backup)) {
+                     workshop.Tree.Find(Workshop::CurrentDatabase)->Bytes[0] = 'X';
+                 }
                  return 0;
              };
          }},
+        {"a Jet database in use, an SQLite one on the disc",
+         [](Workshop& workshop) {
+             JetEngine::TakeOver(workshop, Workshop::CurrentDatabase);
+             EXPECT_TRUE(workshop.StartProgram());
+         }},
+        {"an SQLite database in use, a Jet one on the disc",
+         [](Workshop& workshop) { JetEngine::TakeOver(workshop, Workshop::NewSource); }},
         {"old and new file have one name",
          [](Workshop& workshop) {
              workshop.PutCatalogue(L"D:\\programs\\setup\\kvx3.MDB", 3);
@@ -129,9 +154,12 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlace) {
     for (const auto& [label, arrange] : cases) {
         SCOPED_TRACE(label);
         Workshop workshop(SampleRecords(8));
+        JetEngine jet(workshop.Embedded);
+        workshop.JetEngine.Engine = &jet;
         arrange(workshop);
         const std::string old = OldDatabase(workshop);
         EXPECT_FALSE(CheckDatabaseVersion(workshop.Program()));
+        EXPECT_NE(workshop.Program().Log.Text(), L"");
         ExpectUntouched(workshop, old);
     }
 }
@@ -163,7 +191,9 @@ TEST(UpgradeTest, LeftoversOfAnEarlierUpgradeDoNotSpoilTheNext) {
     workshop.PutCatalogue(Workshop::NewSource, 4, {L"CREATE TABLE M_later (Pub_No TEXT)"});
     workshop.Tree.PutFile(Workshop::NewCopy, "half a copy", attributes::ReadOnly);
     workshop.Tree.PutFile(NewCopyJournal, JournalOfCutUpgrade());
-    workshop.Tree.PutFile(Workshop::Backup, "half a backup");
+    workshop.Tree.PutFile(Workshop::Mark, "1");
+    workshop.Tree.PutFile(Workshop::Backup, "a backup that was held");
+    workshop.Tree.PutFile(std::wstring(Workshop::Mark) + L"-part", "half a mark");
     ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
     EXPECT_EQ(workshop.Rows(), SampleRecords(5));
     EXPECT_EQ(workshop.Version(), 4);
@@ -171,47 +201,53 @@ TEST(UpgradeTest, LeftoversOfAnEarlierUpgradeDoNotSpoilTheNext) {
     EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
 }
 
-TEST(RecoveryTest, BackupIsPutBackOnlyWhereNothingBetterIsLeft) {
+TEST(RecoveryTest, OwnBackupIsPutBackWhereNothingBetterIsLeft) {
     Workshop source(SampleRecords(3));
     const std::string whole = OldDatabase(source);
     const std::string torn = whole.substr(0, whole.size() / 2);
     Workshop other(SampleRecords(1));
     const std::string newer = OldDatabase(other);
-    const char* none = nullptr;
+    const std::string none;  // no such file
     const struct {
         const char* Label;
-        const char* Current;
-        std::size_t CurrentSize;
-        const std::string* Backup;
-        const std::string* Expected;  // null: no database
+        const std::string& Current;
+        const std::string& Backup;
+        const char* Mark;
+        const std::string& Expected;
         bool BackupStays;
+        const char* MarkAfterwards;
     } cases[] = {
-        {"database missing", none, 0, &whole, &whole, false},
-        {"database torn", torn.data(), torn.size(), &whole, &whole, false},
-        {"database whole", newer.data(), newer.size(), &whole, &newer, false},
-        {"database whole, backup torn", newer.data(), newer.size(), &torn, &newer, false},
-        {"database torn, backup torn", torn.data(), torn.size(), &torn, &torn, true},
-        {"database missing, backup torn", none, 0, &torn, nullptr, true},
+        {"database missing", none, whole, "1", whole, false, ""},
+        {"database torn", torn, whole, "1", whole, false, ""},
+        {"database whole", newer, whole, "1", newer, false, ""},
+        {"database whole, backup torn", newer, torn, "1", newer, false, ""},
+        {"database torn, backup torn", torn, torn, "1", torn, true, "1"},
+        {"database missing, backup torn", none, torn, "1", none, true, "1"},
+        {"somebody else's backup", newer, whole, "", newer, true, ""},
+        {"somebody else's backup, database missing", none, whole, "", none, true, ""},
+        {"somebody else's backup, our own is another", newer, whole, "2", newer, true, ""},
+        {"somebody else's mark", newer, whole, "x", newer, true, "x"},
+    };
+    using Files = std::map<std::wstring, std::string>;
+    const auto filesOf = [](const std::string& current, const std::string& backup, const std::string& mark) {
+        Files files{{Workshop::CurrentDatabase, current}, {Workshop::Backup, backup}, {Workshop::Mark, mark}};
+        std::erase_if(files, [](const auto& file) { return file.second.empty(); });
+        return files;
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.Label);
         Workshop workshop;
         workshop.Program().CatalogDb.reset();
         workshop.Tree.Erase(Workshop::CurrentDatabase);
-        if (test.Current != nullptr) {
-            workshop.Tree.PutFile(Workshop::CurrentDatabase, std::string(test.Current, test.CurrentSize));
+        for (const auto& [path, bytes] : filesOf(test.Current, test.Backup, test.Mark)) {
+            workshop.Tree.PutFile(path, bytes);
         }
-        workshop.Tree.PutFile(Workshop::Backup, *test.Backup);
         workshop.Tree.PutFile(Workshop::NewCopy, "half a copy");
         RecoverInterruptedUpgrade(workshop.Program());
-        std::map<std::wstring, std::string> expected;
-        if (test.Expected != nullptr) {
-            expected[Workshop::CurrentDatabase] = *test.Expected;
-        }
-        if (test.BackupStays) {
-            expected[Workshop::Backup] = *test.Backup;
-        }
-        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir), expected);
+        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir),
+                  filesOf(test.Expected, test.BackupStays ? test.Backup : none, test.MarkAfterwards));
+        const bool isMended = *test.Mark != '\0' && *test.MarkAfterwards == '\0';
+        EXPECT_TRUE(!isMended || !workshop.AccessControl.ListOf(Workshop::CurrentDatabase).empty());
     }
 }
 

@@ -1,0 +1,41 @@
+#include "catalogue/DatabaseFiles.h"
+
+#include <exception>
+
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "platform/Files.h"
+
+namespace mip {
+namespace {
+
+bool IsDeleted(Platform& platform, const std::wstring& file) {
+    try {
+        DeleteFileForced(platform, file);
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("deleting a file of the upgrade", error);
+    }
+    return !platform.Files.Exists(file);
+}
+
+}  // namespace
+
+std::wstring JournalOf(const std::wstring& database) {
+    return database + L"-journal";
+}
+
+bool Discard(Platform& platform, const std::wstring& file) {
+    if (IsDeleted(platform, file)) {
+        return true;
+    }
+    WaitSeconds(platform.Clock, 1);
+    return IsDeleted(platform, file);
+}
+
+/// The journal goes first: without its database it is dangerous, the other way round it is not.
+void DiscardDatabase(Platform& platform, const std::wstring& database) {
+    (void)Discard(platform, JournalOf(database));
+    (void)Discard(platform, database);
+}
+
+}  // namespace mip
