@@ -43,7 +43,7 @@ class DeliveredTexts(unittest.TestCase):
         for code, texts in self.texts.items():
             with self.subTest(language=code):
                 self.assertEqual([], [key for key, text in texts.items() if not 0 < len(text.strip('"')) <= 255])
-                self.assertIn("@", texts["M059"])
+                self.assertTrue(all("@" in texts[key] for key in ("M059", "M101")))
                 self.assertTrue(all(marker in texts["M072"] for marker in ("@1", "@2", "@3", "@4", "@5", "|")))
                 self.assertEqual([], [key for key in ("M043", "M060") if re.search(r'[\\/:*?"<>|]', texts[key])])
 

@@ -66,7 +66,7 @@ TEST_F(StartUp, AFatalFaultIsSaidInABox) {
         {[&] { fs::remove(settings); }, L"/LANG=09", L"System Parameter File None"},
         {[&] { WritePrivateProfileStringW(L"SYSTEM INFORMATION", L"ZIP_ExtractTime", L"soon", settings.c_str()); },
          L"/LANG=09", L"No System Data"},
-        {[] {}, L"/LANG=09 /NONSENSE", L"This switch is not known or not complete: /NONSENSE"},
+        {[] {}, L"/LANG=09 /NONSENSE", L"This switch is not known, or cannot be used in this way: /NONSENSE"},
     };
     for (const Case& fault : cases) {
         SCOPED_TRACE(fs::path(fault.Text).string());
