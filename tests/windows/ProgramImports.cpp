@@ -73,4 +73,8 @@ std::set<std::string> ImportsOf(const std::wstring& programFile) {
     }
 }
 
+std::uint16_t CharacteristicsOf(const std::wstring& programFile) {
+    return ProgramImage(programFile).Headers().FileHeader.Characteristics;
+}
+
 }  // namespace mip

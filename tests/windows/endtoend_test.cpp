@@ -110,6 +110,8 @@ TEST(EndToEnd, TheProgramNeedsNothingButWindows) {
     for (const std::string& library : imports) {
         EXPECT_TRUE(ofWindows.contains(library)) << library;
     }
+    constexpr unsigned runFromMemory = IMAGE_FILE_REMOVABLE_RUN_FROM_SWAP | IMAGE_FILE_NET_RUN_FROM_SWAP;
+    EXPECT_EQ(CharacteristicsOf(ProgramFile) & runFromMemory, runFromMemory) << "not even its disc, once started";
 }
 
 }  // namespace
