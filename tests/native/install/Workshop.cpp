@@ -71,7 +71,7 @@ Workshop::Workshop() {
     Run.Identity = {L"09", L"Mechanic", L"Users", L"Users"};
 
     std::string messages = "[MESSAGE]\r\n";
-    for (int number = 1; number < 100; ++number) {
+    for (int number = 1; number <= 101; ++number) {
         const std::string digits = std::to_string(number);
         messages += "M" + std::string(3 - digits.size(), '0') + digits + "=message " + digits + "\r\n";
     }
@@ -125,10 +125,14 @@ void Workshop::PutInstalledManual(const std::wstring& pubNo, int version) {
     for (const auto& [name, bytes] : ManualPages(pubNo, Narrow(pubNo) + " " + std::to_string(version))) {
         Windows.Tree.PutFile(L"C:\\Manuals\\" + name, bytes);
     }
+    PutRow(pubNo, version, L"C:\\Manuals\\" + pubNo);
+}
+
+void Workshop::PutRow(const std::wstring& pubNo, int version, const std::wstring& folder) {
     InstalledRecord record;
     record.Pub_No = pubNo;
     record.Version = std::to_wstring(version);
-    record.INSPath = L"C:\\Manuals\\" + pubNo;
+    record.INSPath = folder;
     record.Adjust_flg = L"0";
     record.Pdf_flg = L"0";
     record.INSDate = Windows.Clock.Now();

@@ -65,6 +65,8 @@ struct Workshop {
     void PutComparisonSet(const std::wstring& pubNo, int version);
     /// Installs an edition below C:\Manuals and records it.
     void PutInstalledManual(const std::wstring& pubNo, int version);
+    /// Records an edition in a folder.
+    void PutRow(const std::wstring& pubNo, int version, const std::wstring& folder);
     /// Takes the place of a newly started program: the catalogue is opened anew, nothing else is remembered.
     void OpenCatalogue(Program& program);
 

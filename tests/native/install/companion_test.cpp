@@ -18,6 +18,7 @@ struct LogCase {
     std::optional<std::string> Log;
     bool Succeeds;
     bool LogStays;
+    bool OldLogIsOpen = false;
 };
 
 class SetupLog : public testing::TestWithParam<LogCase> {};
@@ -25,7 +26,7 @@ class SetupLog : public testing::TestWithParam<LogCase> {};
 TEST_P(SetupLog, OfThisRunDecides) {
     Workshop workshop;
     workshop.Windows.Tree.PutFile(LinkSetup);
-    workshop.Windows.Tree.PutFile(LinkLog, "0\r\n");
+    workshop.Windows.Tree.PutFile(LinkLog, "0\r\n").OpenHandles = GetParam().OldLogIsOpen ? 1 : 0;
     workshop.Windows.Processes.On(LinkSetup, [&](const std::wstring&) {
         if (GetParam().Log) {
             workshop.Windows.Tree.PutFile(LinkLog, *GetParam().Log);
@@ -45,14 +46,18 @@ INSTANTIATE_TEST_SUITE_P(All, SetupLog,
                                          LogCase{"Failed", "0\r\n3\r\n", false, false},
                                          LogCase{"NotANumber", "done\r\n", false, true},
                                          LogCase{"Empty", "", false, true},
-                                         LogCase{"OnlyThatOfAnEarlierRun", std::nullopt, false, false}),
+                                         LogCase{"OnlyThatOfAnEarlierRun", std::nullopt, false, false},
+                                         LogCase{"OnlyAnEarlierOneThatStays", std::nullopt, false, true, true},
+                                         LogCase{"OverAnEarlierOneThatStays", "0\r\n", true, true, true}),
                          [](const auto& testCase) { return testCase.param.Label; });
 
 TEST(Companions, SilentSwitchesAndLogFolders) {
     Workshop workshop;
     workshop.Windows.Tree.PutFile(L"D:\\programs\\View\\setup.exe");
     workshop.Windows.Processes.On(L"D:\\programs\\View\\setup.exe", [&](const std::wstring&) {
-        workshop.Windows.Tree.PutFile(L"C:\\Program Files\\Vantor\\Korvex\\View\\setup.log", "0\r\n");
+        workshop.Windows.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir",
+                                      L"C:\\My View");
+        workshop.Windows.Tree.PutFile(L"C:\\My View\\setup.log", "0\r\n");
         return ScriptedEnd{};
     });
     EXPECT_TRUE(InstallViewerProgram(workshop.Run, L"D:\\programs\\View\\setup.exe"));
@@ -60,6 +65,17 @@ TEST(Companions, SilentSwitchesAndLogFolders) {
     EXPECT_EQ(workshop.Windows.Processes.StartedHidden,
               (std::vector<std::wstring>{L"D:\\programs\\View\\setup.exe /VERYSILENT /SP-",
                                          L"D:\\programs\\man_manager\\setup.exe /VERYSILENT /SP-"}));
+    EXPECT_EQ(workshop.Run.Paths.ViewerExePath, L"C:\\My View\\VBrowser.exe") << "where its setup put it";
+}
+
+TEST(Companions, SetupThatLosesThePathsHasFailed) {
+    Workshop workshop;
+    workshop.Windows.Processes.On(L"D:\\programs\\man_manager\\setup.exe", [&](const std::wstring&) {
+        workshop.Windows.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir", L"");
+        return ScriptedEnd{};
+    });
+    EXPECT_FALSE(InstallManagerProgram(workshop.Run, L"D:\\programs\\man_manager\\setup.exe"));
+    EXPECT_EQ(workshop.Run.Paths.UnZipTempPath, L"C:\\Vantor\\UnZipTemp");
 }
 
 TEST(Companions, ManagerShortcutIsMadeOnceAndOnlyWhenAskedFor) {

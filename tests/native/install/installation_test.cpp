@@ -121,16 +121,20 @@ TEST_P(InstallationFailure, TellsWhatFailedAndKeepsTheInstalledEdition) {
     workshop.PutInstalledManual(L"MMMM1MM", 1);
     workshop.PutArchiveManual(L"AAAA1MM", 1);
     workshop.PutArchiveManual(L"MMMM1MM", 3);
-    const auto installed = workshop.Windows.Tree.Snapshot(L"C:\\Manuals\\MMMM1MM");
     GetParam().Arrange(workshop);
+    const auto installed = workshop.Windows.Tree.Snapshot(L"C:\\Manuals");
+    const auto rows = workshop.Rows();
 
     EXPECT_FALSE(workshop.Install());
 
     EXPECT_EQ(workshop.Run.Outcome.ResultMessage, GetParam().ResultMessage);
     EXPECT_EQ(workshop.Run.Outcome.ResultSubMessage, GetParam().ResultSubMessage);
     EXPECT_EQ(workshop.Run.Outcome.ExitCode, static_cast<std::uint32_t>(GetParam().Code));
-    EXPECT_EQ(workshop.Windows.Tree.Snapshot(L"C:\\Manuals\\MMMM1MM"), installed);
-    EXPECT_EQ(workshop.Rows().at(L"MMMM1MM"), (Row{L"1", L"C:\\Manuals\\MMMM1MM", L"0"}));
+    const auto left = workshop.Windows.Tree.Snapshot(L"C:\\Manuals");
+    for (const auto& [path, bytes] : installed) {
+        EXPECT_TRUE(path.ends_with(L'\\') || (left.contains(path) && left.at(path) == bytes));
+    }
+    EXPECT_EQ(workshop.Rows(), rows);
 }
 
 void AnswerSetup(Workshop& workshop, int answer) {
@@ -175,7 +179,7 @@ INSTANTIATE_TEST_SUITE_P(
             [](Workshop& workshop) {
                 workshop.Windows.Archives.Put(L"D:\\MMMM1MM\\install\\condense\\manual.zip", {{L"index.html", "page"}});
             },
-            L"message 23", L"message 24"},
+            L"message 83", L"message 24"},
         FailureCase{"ArchiveOfUpdateWantsOneNameTwice",
                     [](Workshop& workshop) {
                         workshop.Windows.Archives.Put(L"D:\\MMMM1MM\\install\\condense\\manual.zip",
@@ -192,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(
                     [](Workshop& workshop) {
                         workshop.Windows.Tree.Find(L"C:\\Manuals\\MMMM1MM\\contents\\index.html")->OpenHandles = 1;
                     },
-                    L"message 83", L"message 24"},
+                    L"message 101", L"message 24"},
         FailureCase{"ReplacedPageIsOpen",
                     [](Workshop& workshop) {
                         workshop.PutArchiveManual(L"MMMM1MM", 2);
@@ -200,7 +204,41 @@ INSTANTIATE_TEST_SUITE_P(
                         workshop.Windows.Tree.PutFile(L"D:\\MMMM1MM\\install\\compare\\index.html", "page");
                         workshop.Windows.Tree.Find(L"C:\\Manuals\\MMMM1MM\\contents\\index.html")->OpenHandles = 1;
                     },
+                    L"message 101", L"message 24"},
+        FailureCase{"BaseEditionIsOpen",
+                    [](Workshop& workshop) {
+                        workshop.PutInstalledManual(L"AAAA0MM", 1);
+                        workshop.Windows.Tree.Find(L"C:\\Manuals\\AAAA0MM\\index.html")->OpenHandles = 1;
+                    },
+                    L"message 101", L"message 24"},
+        FailureCase{"ArchiveOfLaterEditionBroken",
+                    [](Workshop& workshop) {
+                        workshop.PutInstalledManual(L"AAAA0MM", 1);
+                        workshop.Windows.Archives.Break(L"D:\\AAAA1MM\\install\\condense\\manual.zip");
+                    },
+                    L"message 23", L"message 24"},
+        FailureCase{"PdfOfUpdateUnreadable",
+                    [](Workshop& workshop) {
+                        workshop.PutPdfManual(L"MMMM1MM", 3);
+                        workshop.Windows.Tree.Deny(L"D:\\MMMM1MM\\contents\\MMMM1MM.pdf");
+                    },
                     L"message 83", L"message 24"},
+        FailureCase{"LastPageOfComparisonSetUnreadable",
+                    [](Workshop& workshop) {
+                        workshop.PutArchiveManual(L"MMMM1MM", 2);
+                        workshop.PutComparisonSet(L"MMMM1MM", 2);
+                        workshop.Windows.Tree.PutFile(L"D:\\MMMM1MM\\install\\compare\\last.html", "page");
+                        workshop.Windows.Tree.Deny(L"D:\\MMMM1MM\\install\\compare\\last.html");
+                    },
+                    L"message 83", L"message 24"},
+        FailureCase{"LeftoversStayInTheTemporaryFolder",
+                    [](Workshop& workshop) {
+                        workshop.Windows.Tree.PutFile(L"C:\\Vantor\\UnZipTemp\\ZZZZ1MM\\old.html").OpenHandles = 1;
+                    },
+                    L"message 23", L"message 24"},
+        FailureCase{"RoomForOneCopyOnly",
+                    [](Workshop& workshop) { workshop.Windows.Tree.DriveOf(L"C:\\")->FreeBytes = 20'000; },
+                    L"message 22", L"message 24"},
         FailureCase{"NoEditionDigit", [](Workshop& workshop) { workshop.PutArchiveManual(L"AAAAXMM", 1); },
                     L"message 83", L"message 24"},
         FailureCase{"DriveFull", [](Workshop& workshop) { workshop.Windows.Tree.DriveOf(L"C:\\")->FreeBytes = 100; },
@@ -214,6 +252,58 @@ INSTANTIATE_TEST_SUITE_P(
                         };
                     },
                     L"message 25", L"message 24", ExitCode::NotAccepted}),
+    [](const auto& testCase) { return testCase.param.Label; });
+
+struct PlaceCase {
+    const char* Label;
+    std::wstring RowPath;
+    std::wstring File;  ///< below the row's path
+    std::wstring NewPath;
+    bool Asked;
+    bool Stays = true;
+};
+
+class RowOfAnyUser : public testing::TestWithParam<PlaceCase> {};
+
+TEST_P(RowOfAnyUser, OpensNoFolderButAManualsToRemoval) {
+    Workshop workshop;
+    FileTree& tree = workshop.Windows.Tree;
+    tree.PutFile(L"C:\\Elsewhere\\contents\\index.html", "a page");
+    tree.PutLink(L"C:\\Link", L"C:\\Elsewhere");
+    if (!GetParam().File.empty()) {
+        tree.PutFile(GetParam().RowPath + GetParam().File, "precious");
+    }
+    workshop.PutRow(L"MMMM1MM", 1, GetParam().RowPath);
+    workshop.PutArchiveManual(L"MMMM1MM", 3);
+
+    ASSERT_TRUE(workshop.Install()) << testing::PrintToString(workshop.Run.Outcome.ResultMessage);
+
+    EXPECT_EQ(workshop.Rows().at(L"MMMM1MM"), (Row{L"3", GetParam().NewPath, L"0"}));
+    EXPECT_TRUE(tree.HasFile(GetParam().NewPath + L"\\contents\\engine.html"));
+    EXPECT_EQ(workshop.View.FoldersAsked, GetParam().Asked ? 1 : 0);
+    EXPECT_TRUE(tree.HasFile(L"C:\\Elsewhere\\contents\\index.html"));
+    if (!GetParam().File.empty()) {
+        EXPECT_EQ(tree.HasFile(GetParam().RowPath + GetParam().File), GetParam().Stays);
+    }
+    EXPECT_EQ(workshop.Run.Log.Text().find(L"left alone") != std::wstring::npos, GetParam().Stays);
+    for (const std::wstring& started : workshop.Windows.Processes.StartedHidden) {
+        EXPECT_EQ(started.find(L"evil"), std::wstring::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, RowOfAnyUser,
+    testing::Values(PlaceCase{"Manual", L"C:\\Lib\\M", L"\\contents\\dropped.html", L"C:\\Lib\\MMMM1MM", false, false},
+                    PlaceCase{"NoManual", L"C:\\Precious", L"\\data.txt", L"C:\\MMMM1MM", false},
+                    PlaceCase{"NoManualOfTheSameName", L"C:\\Lib\\MMMM1MM", L"\\data.txt", L"C:\\Lib\\MMMM1MM", false},
+                    PlaceCase{"ProgramsHome", L"c:\\vantor", L"\\contents\\a.html", L"c:\\MMMM1MM", false},
+                    PlaceCase{"ProgramFiles", L"C:\\Program Files", L"\\contents\\a.html", L"C:\\MMMM1MM", false},
+                    PlaceCase{"Link", L"C:\\Link", L"", L"C:\\MMMM1MM", false},
+                    PlaceCase{"Root", L"C:\\", L"contents\\a.html", L"C:\\Manuals\\MMMM1MM", true},
+                    PlaceCase{"System", L"C:\\Windows\\Web\\M", L"\\contents\\a.html", L"C:\\Manuals\\MMMM1MM", true},
+                    PlaceCase{"Relative", L"Lib\\M", L"", L"C:\\Manuals\\MMMM1MM", true},
+                    PlaceCase{"UpAgain", L"C:\\Lib\\..\\Elsewhere", L"", L"C:\\Manuals\\MMMM1MM", true},
+                    PlaceCase{"Command", L"C:\\x\" & evil.exe & rem ", L"", L"C:\\Manuals\\MMMM1MM", true}),
     [](const auto& testCase) { return testCase.param.Label; });
 
 TEST(Installation, ManualsInstalledBeforeAFailureStay) {
