@@ -8,7 +8,8 @@ namespace mip {
 
 void FailRun(Program& program, std::int16_t message, const std::wstring& insert) {
     Outcome& outcome = program.Outcome;
-    outcome.ResultMessage = ReplaceAll(GetMessageText(program, message), L"@", insert);
+    const std::wstring text = GetMessageText(program, message);
+    outcome.ResultMessage = insert.empty() ? text : ReplaceAll(text, L"@", insert);
     outcome.ResultSubMessage = GetMessageText(program, messages::WhatNow);
     program.Log.Message(message, outcome.ResultMessage);
 }

@@ -69,12 +69,13 @@ void ReadInstallPaths(Program& program) {
 bool RereadInstallPaths(Program& program) {
     const Paths before = program.Paths;
     ReadInstallPaths(program);
-    const Paths& paths = program.Paths;
-    if (!paths.ProgramPath.empty() && !paths.ProgramFilesDir.empty() && !paths.ManualInstallDir.empty()) {
-        return true;
+    for (const auto path : {&Paths::ProgramPath, &Paths::ProgramFilesDir, &Paths::ManualInstallDir}) {
+        if ((program.Paths.*path).empty() && !(before.*path).empty()) {
+            program.Paths = before;
+            return false;
+        }
     }
-    program.Paths = before;
-    return false;
+    return true;
 }
 
 }  // namespace mip

@@ -48,6 +48,7 @@ inline constexpr std::uint32_t SharingViolation = 32;
 inline constexpr std::uint32_t FileExists = 80;
 inline constexpr std::uint32_t DiskFull = 112;
 inline constexpr std::uint32_t InsufficientBuffer = 122;
+inline constexpr std::uint32_t InvalidName = 123;
 inline constexpr std::uint32_t AlreadyExists = 183;
 }  // namespace errors
 

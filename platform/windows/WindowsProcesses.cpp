@@ -4,6 +4,7 @@
 
 #include <tlhelp32.h>
 
+#include "platform/PlatformError.h"
 #include "platform/ProgramSearch.h"
 #include "platform/ScopeGuard.h"
 #include "platform/windows/Handle.h"
@@ -70,7 +71,11 @@ StartedProcess StartBatch(const std::wstring& commandLine, WORD showCommand, DWO
     return CreateProcessFor(interpreter.c_str(), L"\"" + interpreter + L"\"" + arguments, showCommand, flags);
 }
 
+/// A name without a folder is left to the system's own search.
 bool IsFile(const std::wstring& path) {
+    if (!path.starts_with(L"\\\\") && path.find(L":\\") != 1) {
+        return false;
+    }
     const DWORD found = GetFileAttributesW(path.c_str());
     return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
@@ -78,9 +83,12 @@ bool IsFile(const std::wstring& path) {
 StartedProcess Start(const std::wstring& commandLine, WORD showCommand, DWORD batchFlags) {
     const std::optional<ProgramCall> call = FindProgram(commandLine, IsFile);
     if (call && IsBatchFile(call->Program)) {
+        if (!AreBatchArguments(call->Arguments)) {
+            throw PlatformError("CreateProcess", commandLine, errors::InvalidName);
+        }
         return StartBatch(L"\"" + call->Program + L"\"" + call->Arguments, showCommand, batchFlags);
     }
-    return CreateProcessFor(nullptr, commandLine, showCommand, 0);
+    return CreateProcessFor(call ? call->Program.c_str() : nullptr, commandLine, showCommand, 0);
 }
 
 }  // namespace

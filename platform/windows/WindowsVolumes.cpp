@@ -91,6 +91,9 @@ std::wstring WindowsVolumes::FileSystemName(const std::wstring& root) {
 }
 
 void WindowsVolumes::Flush(const std::wstring& folder) {
+    if (GetFileAttributesW(LongPath(folder).c_str()) == INVALID_FILE_ATTRIBUTES) {
+        ThrowLastError("GetFileAttributes", folder);
+    }
     const std::wstring device = DeviceOf(folder);
     if (device.empty() || !FlushVolume(device)) {
         WindowsClock clock;

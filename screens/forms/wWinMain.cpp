@@ -10,6 +10,7 @@
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/AdoEngine.h"
 #include "platform/windows/ComApartment.h"
+#include "platform/windows/ProcessHardening.h"
 #include "platform/windows/WindowsAccessControl.h"
 #include "platform/windows/WindowsAccountNames.h"
 #include "platform/windows/WindowsArchiveSystem.h"
@@ -32,20 +33,6 @@
 namespace mip {
 
 namespace {
-
-/// A disc that is taken out is an error of ours, not a box of the system's; and libraries come from the system's folder
-/// and the program's, never from the current one.
-void HardenProcess() {
-    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    constexpr DWORD defaultFolders = 0x00001000;
-    using SetFolders = BOOL(WINAPI*)(DWORD);
-    const auto address =
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "SetDefaultDllDirectories"));
-    if (address != nullptr) {
-        reinterpret_cast<SetFolders>(address)(defaultFolders);
-    }
-    SetDllDirectoryW(L"");
-}
 
 /// The real computer, and the program's state upon it.
 class Application {

@@ -1,5 +1,7 @@
-// The least that the system takes for a folder's files, by its bare calls: file_floor FOLDER NEW-FOLDER THREADS
+// The least that the system takes for a folder's files, by its bare calls: file_floor FOLDER NEW-FOLDER THREADS [FLUSH]
 // Prints the seconds for reading every file and for writing each as a new one, the files shared among the threads.
+// FLUSH also brings the new files to the drive: "close" flushes each before it is closed, "walk" opens and flushes each
+// afterwards, "volume" flushes drive C: as a whole.
 
 #include <windows.h>
 
@@ -59,7 +61,15 @@ void Read(const std::wstring& path, std::string& bytes) {
     CloseHandle(file);
 }
 
-void Write(const std::wstring& path, const std::string& bytes) {
+void Flush(const std::wstring& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    Require(file != INVALID_HANDLE_VALUE, "opening to flush");
+    Require(FlushFileBuffers(file), "flushing");
+    CloseHandle(file);
+}
+
+void Write(const std::wstring& path, const std::string& bytes, bool flush) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     Require(file != INVALID_HANDLE_VALUE, "creating");
     DWORD written = 0;
@@ -67,6 +77,7 @@ void Write(const std::wstring& path, const std::string& bytes) {
     FILE_BASIC_INFO basic{};
     basic.LastWriteTime.QuadPart = 130'000'000'000'000'000;
     Require(SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic), "setting the time");
+    Require(!flush || FlushFileBuffers(file), "flushing");
     CloseHandle(file);
 }
 
@@ -89,8 +100,8 @@ double SecondsOnThreads(std::vector<Content>& files, unsigned threads, const aut
 
 int main(int count, char** arguments) {
     using namespace mip;
-    if (count != 4) {
-        std::puts("file_floor FOLDER NEW-FOLDER THREADS");
+    if (count != 4 && count != 5) {
+        std::puts("file_floor FOLDER NEW-FOLDER THREADS [close|walk|volume]");
         return 2;
     }
     const std::wstring source = Widen(arguments[1]);
@@ -100,8 +111,16 @@ int main(int count, char** arguments) {
     std::vector<Content> files = List(source);
     const double reading =
         SecondsOnThreads(files, threads, [&](Content& file) { Read(source + file.Name, file.Bytes); });
-    const double writing =
-        SecondsOnThreads(files, threads, [&](Content& file) { Write(destination + file.Name, file.Bytes); });
-    std::printf("files %u read %.3f write %.3f\n", static_cast<unsigned>(files.size()), reading, writing);
+    const std::string flush = count == 5 ? arguments[4] : "";
+    const double writing = SecondsOnThreads(
+        files, threads, [&](Content& file) { Write(destination + file.Name, file.Bytes, flush == "close"); });
+    double flushing = 0;
+    if (flush == "walk") {
+        flushing = SecondsOnThreads(files, threads, [&](Content& file) { Flush(destination + file.Name); });
+    } else if (flush == "volume") {
+        flushing = SecondsOf([] { Flush(L"\\\\.\\C:"); });
+    }
+    std::printf("files %u read %.3f write %.3f flush %.3f\n", static_cast<unsigned>(files.size()), reading, writing,
+                flushing);
     return 0;
 }

@@ -38,6 +38,8 @@ class ContractHost {
     virtual bool ProtectsReadOnlyFiles() = 0;
     /// Holds the file open for reading, as a viewer does, until the result goes.
     virtual std::shared_ptr<void> OpenElsewhere(const std::wstring& path) = 0;
+    /// Makes a link to a folder. False where this computer has no way to.
+    virtual bool MakeLink(const std::wstring& path, const std::wstring& target) = 0;
     virtual void SetModified(const std::wstring& path, FileTime time) = 0;
     virtual void PutRegistryNumber(const std::wstring& key, const std::wstring& name) = 0;
 };

@@ -326,5 +326,31 @@ TEST_F(FoldersContract, ListTellsFilesFromFolders) {
     EXPECT_NE(0u, CodeOf([&] { Folders().List(At(L"file.txt")); }));
 }
 
+TEST_F(FoldersContract, LinksStandApart) {
+    Folders().Create(At(L"target"));
+    Files().Write(At(L"target\\file.txt"), "text");
+    Folders().Create(At(L"list"));
+    ASSERT_TRUE(host_->MakeLink(At(L"list\\link"), At(L"target")));
+
+    EXPECT_EQ((FolderListing{{}, {}, {L"link"}}), Folders().List(At(L"list")));
+    EXPECT_EQ((FolderListing{{}, {L"file.txt"}, {}}), Folders().List(At(L"list\\link")));
+    EXPECT_TRUE(Folders().Exists(At(L"list\\link")));
+    EXPECT_TRUE(Folders().IsLink(At(L"LIST\\link")) && Folders().IsLink(At(L"list\\link\\")));
+    for (const wchar_t* const other :
+         {L"list", L"target", L"target\\file.txt", L"none", L"list\\link\\file.txt", L"*"}) {
+        EXPECT_FALSE(Folders().IsLink(At(other))) << testing::PrintToString(other);
+    }
+    EXPECT_FALSE(Folders().IsLink(L"C:\\") || Folders().IsLink(L""));
+}
+
+TEST_F(FilesContract, ReadThroughNeedsEveryByte) {
+    Files().Write(At(L"file.txt"), std::string(1'300'000, 'x'));
+    Folders().Create(At(L"folder"));
+
+    Files().ReadThrough(At(L"file.txt"));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().ReadThrough(At(L"none.txt")); }));
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().ReadThrough(At(L"folder")); }));
+}
+
 }  // namespace
 }  // namespace mip

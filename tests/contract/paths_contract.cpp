@@ -37,8 +37,22 @@ TEST_F(VolumesContract, TheSystemDriveHasRoomAndAFileSystem) {
     }
 }
 
+TEST_F(VolumesContract, FlushingKeepsWhatWasWritten) {
+    Folders().Create(At(L"manual"));
+    Folders().Create(At(L"manual\\contents"));
+    Files().Write(At(L"manual\\contents\\page.html"), "text");
+    Files().SetAttributes(At(L"manual\\contents\\page.html"), attributes::ReadOnly);
+
+    host_->Volumes().Flush(At(L"manual"));
+    EXPECT_EQ("text", Files().Read(At(L"manual\\contents\\page.html")));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { host_->Volumes().Flush(At(L"none")); }));
+}
+
 TEST(ProgramSearch, FindsTheProgramAsTheSystemDoes) {
     const auto isFile = [](const std::wstring& path) {
+        if (path.find(L"..") != std::wstring::npos) {
+            return true;  // the system resolves it, and finds what the caller likes
+        }
         return path == L"C:\\my disc\\RmDir.bat" || path == L"C:\\Program.exe" || path == L"C:\\Program Files\\v.exe";
     };
     const struct {
@@ -51,8 +65,13 @@ TEST(ProgramSearch, FindsTheProgramAsTheSystemDoes) {
          L" \"C:\\x & y\""},
         {"quoted", L"\"C:\\my disc\\RmDir.bat\" a b", L"C:\\my disc\\RmDir.bat", L" a b"},
         {"no arguments", L"C:\\my disc\\RmDir.bat", L"C:\\my disc\\RmDir.bat", L""},
-        {"shortest first", L"C:\\Program Files\\v.exe x", L"C:\\Program", L" Files\\v.exe x"},
-        {"extension added", L"\"C:\\Program Files\\v\" x", L"C:\\Program Files\\v", L" x"},
+        {"longest first", L"C:\\Program Files\\v.exe x", L"C:\\Program Files\\v.exe", L" x"},
+        {"shorter, for want of the longer", L"C:\\Program Files\\none.exe x", L"C:\\Program.exe",
+         L" Files\\none.exe x"},
+        {"two blanks", L"C:\\Program Files\\v.exe  x", L"C:\\Program Files\\v.exe", L"  x"},
+        {"an argument that leads back", L"C:\\Program Files\\v.exe C:\\..\\..\\..\\evil", L"C:\\Program Files\\v.exe",
+         L" C:\\..\\..\\..\\evil"},
+        {"extension added", L"\"C:\\Program Files\\v\" x", L"C:\\Program Files\\v.exe", L" x"},
         {"quote not closed", L"\"C:\\Program Files\\v.exe", L"C:\\Program Files\\v.exe", L""},
         {"missing", L"C:\\none.exe x", nullptr, L""},
         {"missing, quoted", L"\"C:\\none.exe\" C:\\Program.exe", nullptr, L""},

@@ -68,6 +68,33 @@ TEST_F(ProcessesContract, TheBatchFileRefusesWhatIsNoFolderBelowARoot) {
     EXPECT_EQ("text", Files().Read(At(L"kept.txt")));
 }
 
+TEST_F(ProcessesContract, TheBatchFileRemovesALinkAndNotWhatItPointsTo) {
+    Folders().Create(At(L"target"));
+    Files().Write(At(L"target\\kept.txt"), "text");
+    Folders().Create(At(L"manual"));
+    ASSERT_TRUE(host_->MakeLink(At(L"manual\\inside"), At(L"target")));
+    ASSERT_TRUE(host_->MakeLink(At(L"link"), At(L"target")));
+
+    EXPECT_EQ(0u, Run(RmDir(At(L"manual"))));
+    EXPECT_EQ(0u, Run(RmDir(At(L"link"))));
+    EXPECT_FALSE(Folders().Exists(At(L"manual")) || Folders().Exists(At(L"link")));
+    EXPECT_EQ("text", Files().Read(At(L"target\\kept.txt")));
+}
+
+TEST_F(ProcessesContract, ABatchFileTakesNoCommandsAlong) {
+    Folders().Create(At(L"kept"));
+    const std::wstring trace = L"echo x>" + At(L"trace.txt");
+    for (const std::wstring& argument :
+         {At(L"kept") + L"\" & " + trace + L" & rem ", At(L"kept") + L"\" & " + trace + L" & \"",
+          At(L"kept") + L"\"|" + trace + L"&\"", At(L"kept\n") + trace, At(L"kept") + L"\""}) {
+        SCOPED_TRACE(testing::PrintToString(argument));
+        EXPECT_EQ(errors::InvalidName, CodeOf([&] { host_->Processes().StartHidden(RmDir(argument)); }));
+        EXPECT_EQ(errors::InvalidName, CodeOf([&] { host_->Processes().StartVisible(RmDir(argument)); }));
+    }
+    host_->Clock().Sleep(std::chrono::milliseconds{200});
+    EXPECT_TRUE(Folders().Exists(At(L"kept")) && !Files().Exists(At(L"trace.txt")));
+}
+
 TEST_F(ProcessesContract, ASnapshotNamesThePrograms) {
     const std::optional<std::vector<std::wstring>> names = host_->Processes().Snapshot();
     ASSERT_TRUE(names.has_value());

@@ -44,6 +44,9 @@ class WindowsContractHost : public ContractHost {
         return std::make_shared<FileHandle>(
             CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     }
+    bool MakeLink(const std::wstring& path, const std::wstring& target) override {
+        return CreateSymbolicLinkW(path.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    }
     void SetModified(const std::wstring& path, FileTime time) override {
         const FileHandle file(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         const FILETIME modified = ToSystemTime(time);

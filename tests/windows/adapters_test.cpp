@@ -1,16 +1,19 @@
 #include <windows.h>
 
 #include <array>
+#include <ctime>
 
 #include <gtest/gtest.h>
 
 #include "platform/PlatformError.h"
 #include "platform/windows/Handle.h"
+#include "platform/windows/ProcessHardening.h"
 #include "platform/windows/WindowsClock.h"
 #include "platform/windows/WindowsComputer.h"
 #include "platform/windows/WindowsFiles.h"
 #include "platform/windows/WindowsMessageBoxes.h"
 #include "platform/windows/WindowsProcesses.h"
+#include "platform/windows/WindowsVolumes.h"
 #include "tests/windows/ScratchFolder.h"
 
 namespace mip {
@@ -52,16 +55,43 @@ TEST(WindowsFilesTest, FilesThatOthersWriteCanBeCopied) {
     EXPECT_THROW(files.Remove(scratch.Path() + L"\\open.mdb"), PlatformError);
 }
 
+TEST(WindowsFilesTest, AFileThatCannotBeReadToItsEndIsNotReadThrough) {
+    EXPECT_THROW(WindowsFiles().ReadThrough(L"Z:\\proc\\self\\mem"), PlatformError);
+}
+
 TEST(WindowsClockTest, TellsLocalTimeToTheSecond) {
-    SYSTEMTIME system{};
-    GetLocalTime(&system);
+    const auto local = [] {
+        std::time_t now = std::time(nullptr);
+        std::tm parts = *std::localtime(&now);
+        return std::chrono::local_seconds{std::chrono::seconds{_mkgmtime(&parts)}};
+    };
+    const auto before = local();
     const DateTime now = WindowsClock().Now();
-    const auto day = std::chrono::floor<std::chrono::days>(now);
-    const std::chrono::year_month_day date{day};
-    const std::chrono::hh_mm_ss time{now - day};
-    EXPECT_EQ(int{system.wYear}, int{date.year()});
-    EXPECT_EQ(unsigned{system.wMonth}, unsigned{date.month()});
-    EXPECT_LE(time.hours().count() * 60 + time.minutes().count() - (system.wHour * 60 + system.wMinute), 1);
+    EXPECT_TRUE(before <= now && now <= local()) << (now - before).count() << " s from the C library's time";
+}
+
+TEST(WindowsVolumesTest, TellsAllFreeBytes) {
+    constexpr double OthersMayTake = 500e6;
+    ULARGE_INTEGER expected{};
+    ASSERT_TRUE(GetDiskFreeSpaceExW(L"C:\\", &expected, nullptr, nullptr));
+    EXPECT_NEAR(WindowsVolumes().FreeBytes(L"C:\\"), static_cast<double>(expected.QuadPart), OthersMayTake);
+}
+
+TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
+    const ScratchFolder scratch(L"planted");
+    // A program's file loads as a library too.
+    const std::wstring self = WindowsComputer(L"Contract instance").ProgramFolder() + L"\\windows_adapters.exe";
+    WindowsFiles().CopyToNew(self, scratch.Path() + L"\\planted.dll");
+    std::array<wchar_t, MAX_PATH> current{};
+    GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
+    SetCurrentDirectoryW(scratch.Path().c_str());
+    EXPECT_TRUE(Library(LoadLibraryW(L"planted.dll")));
+
+    HardenProcess();
+    EXPECT_FALSE(Library(LoadLibraryW(L"planted.dll")));
+    EXPECT_TRUE(Library(LoadLibraryW(L"version.dll")));
+    EXPECT_EQ(GetErrorMode() & SEM_FAILCRITICALERRORS, UINT{SEM_FAILCRITICALERRORS});
+    SetCurrentDirectoryW(current.data());
 }
 
 class MessageLoopTest : public testing::Test {

@@ -182,7 +182,7 @@ TEST_F(ModMdbTest, RegistrationCountsWholeOrNotAtAll) {
 TEST_F(ModMdbTest, UpdatesTouchOneRowOnly) {
     const std::wstring pubNo = SampleRecord(1).Pub_No;
     EXPECT_TRUE(MarkForAdjustment(*program_.CatalogDb, pubNo));
-    workshop_.Vfs.SettleAfterPowerCut(TreeVfs::Unflushed::Lost);  // the mark is on the drive all the same
+    workshop_.Tree.SettleAfterPowerCut(FileTree::Unflushed::Lost);  // the mark is on the drive all the same
     EXPECT_EQ(workshop_.Rows()[1].Adjust_flg, L"1");
     EXPECT_TRUE(ReregisterInstallPath(*program_.CatalogDb, pubNo, L"E:\\new's"));
     std::vector<InstalledRecord> expected = SampleRecords(3);

@@ -65,7 +65,7 @@ class UpgradeFaults : public testing::Test {
     }
 
     /// The power goes at the n-th call of the upgrade. False when the upgrade ended before.
-    bool CutUpgrade(Workshop& workshop, std::size_t n, TreeVfs::Unflushed unflushed) {
+    bool CutUpgrade(Workshop& workshop, std::size_t n, FileTree::Unflushed unflushed) {
         workshop.Faults.CutPowerAt(n);
         Upgrade(workshop);
         const bool cut = workshop.Faults.Hit();
@@ -73,10 +73,10 @@ class UpgradeFaults : public testing::Test {
         return cut;
     }
 
-    static void EndProcess(Workshop& workshop, TreeVfs::Unflushed unflushed) {
+    static void EndProcess(Workshop& workshop, FileTree::Unflushed unflushed) {
         workshop.Program().CatalogDb.reset();
         workshop.Faults.Reset();
-        workshop.Vfs.SettleAfterPowerCut(unflushed);
+        workshop.Tree.SettleAfterPowerCut(unflushed);
     }
 
     static constexpr char NotOurs[] = "the workshop's own copy";
@@ -125,7 +125,7 @@ TEST_F(UpgradeFaults, EverythingFailingFromACallOnIsMendedByTheNextStart) {
 
 TEST_F(UpgradeFaults, PowerCutAtAnyCallIsMendedByTheNextStart) {
     for (const auto unflushed :
-         {TreeVfs::Unflushed::Kept, TreeVfs::Unflushed::Lost, TreeVfs::Unflushed::EverySecondPage}) {
+         {FileTree::Unflushed::Kept, FileTree::Unflushed::Lost, FileTree::Unflushed::EverySecondPage}) {
         bool cut = true;
         for (std::size_t n = 1; cut; ++n) {
             const auto workshop = NewWorkshop();
@@ -144,7 +144,7 @@ TEST_F(UpgradeFaults, SecondPowerCutDuringTheMendingIsMendedToo) {
     bool cut = true;
     for (std::size_t n = 1; cut; ++n) {
         auto workshop = NewWorkshop();
-        cut = CutUpgrade(*workshop, n, TreeVfs::Unflushed::Kept);
+        cut = CutUpgrade(*workshop, n, FileTree::Unflushed::Kept);
         const auto left = workshop->Tree.Snapshot(Workshop::InstallDir);
         if (!mended.insert(left).second) {
             continue;
@@ -161,7 +161,7 @@ TEST_F(UpgradeFaults, SecondPowerCutDuringTheMendingIsMendedToo) {
             workshop->Faults.CutPowerAt(m);
             Recover(*workshop);
             cutAgain = workshop->Faults.Hit();
-            EndProcess(*workshop, TreeVfs::Unflushed::Kept);
+            EndProcess(*workshop, FileTree::Unflushed::Kept);
             ExpectWholeAfterRestart(*workshop);
         }
     }

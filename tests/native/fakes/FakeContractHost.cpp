@@ -36,6 +36,10 @@ class FakeContractHost : public ContractHost {
         ++file->OpenHandles;
         return {nullptr, [file](void*) { --file->OpenHandles; }};
     }
+    bool MakeLink(const std::wstring& path, const std::wstring& target) override {
+        windows_.Tree.PutLink(path, target);
+        return true;
+    }
     void SetModified(const std::wstring& path, FileTime time) override { windows_.Tree.Find(path)->Modified = time; }
     void PutRegistryNumber(const std::wstring& key, const std::wstring& name) override {
         windows_.Registry.PutNumber(Hive::CurrentUser, key, name);

@@ -1,6 +1,7 @@
 #include "tests/native/fakes/FakeFiles.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/DriveName.h"
 #include "platform/PlatformError.h"
@@ -79,8 +80,18 @@ void FakeFiles::CopyToNew(const std::wstring& source, const std::wstring& destin
 
 void FakeFiles::CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
                              const std::wstring& destination, const Copied& copied) {
-    for (const std::wstring& name : names) {
-        copied(name, CodeOf([&] { CopyToNew(source + L'\\' + name, destination + L'\\' + name); }));
+    constexpr std::size_t Writers = 2;
+    const auto copy = [&](const std::wstring& name) {
+        return CodeOf([&] { CopyToNew(source + L'\\' + name, destination + L'\\' + name); });
+    };
+    for (std::size_t start = 0; start < names.size(); start += Writers) {
+        std::vector<std::pair<std::wstring, std::uint32_t>> done;
+        for (std::size_t i = std::min(start + Writers, names.size()); i-- > start;) {
+            done.emplace_back(names[i], copy(names[i]));
+        }
+        for (const auto& [name, code] : done) {
+            copied(name, code);
+        }
     }
 }
 
@@ -97,6 +108,7 @@ void FakeFiles::Move(const std::wstring& source, const std::wstring& destination
         RefuseWhen(!replaceable, "Move", destination, errors::AccessDenied);
         tree_.Detach(to);
     }
+    from.Node->Flush();
     from.Parent->Children.erase(ToUpper(from.Leaf));
     from.Node->Name = to.Leaf;
     to.Parent->Children[ToUpper(to.Leaf)] = from.Node;
@@ -177,8 +189,10 @@ FolderListing FakeFolders::List(const std::wstring& folder) {
     RefuseWhen(tree_.IsDenied(folder), "List", folder, errors::AccessDenied);
     FolderListing listing;
     for (const auto& [key, child] : place.Node->Children) {
-        const bool isFolder = child->Kind == NodeKind::Folder;
-        auto& names = child->Kind == NodeKind::Link ? listing.Links : isFolder ? listing.Subfolders : listing.Files;
+        const NodeKind kind = child->Kind;
+        auto& names = kind == NodeKind::Link     ? listing.Links
+                      : kind == NodeKind::Folder ? listing.Subfolders
+                                                 : listing.Files;
         names.push_back(child->Name);
     }
     return listing;
@@ -206,7 +220,10 @@ std::wstring FakeVolumes::FileSystemName(const std::wstring& root) {
 }
 
 void FakeVolumes::Flush(const std::wstring& folder) {
-    DriveAt("Flush", folder);
+    faults_.Check("Volumes.Flush", folder);
+    const FileTree::Place place = tree_.Locate(folder);
+    RefuseWhen(!place.Node, "Flush", folder, place.Code);
+    place.Node->Flush();
 }
 
 }  // namespace mip

@@ -15,7 +15,7 @@ class FakeFiles : public Files {
     void SetAttributes(const std::wstring& path, std::uint32_t bits) override;
     /// A power cut in this call leaves half of the new file.
     void CopyToNew(const std::wstring& source, const std::wstring& destination) override;
-    /// One CopyToNew after the other.
+    /// As two writers do it: files are done out of order, and one more is done when `copied` throws.
     void CopyAllToNew(const std::wstring& source, const std::vector<std::wstring>& names,
                       const std::wstring& destination, const Copied& copied) override;
     void Move(const std::wstring& source, const std::wstring& destination) override;

@@ -23,18 +23,18 @@ class FakeRunningProcess : public RunningProcess {
     Faults& faults_;
 };
 
-/// Read-only files are removed too, open ones stay, and a link is removed without what it points to. True when
-/// nothing is left.
-bool RemoveTree(FileTree& tree, const std::wstring& path) {
+/// Removes a folder from its leaves on, as the interpreter does: read-only files too, a link without what it points to.
+/// What is open or fails stays, and so do the folders above it; the rest goes. True when nothing is left.
+bool RemoveTree(FileTree& tree, Faults& faults, const std::wstring& path) {
     const FileTree::Place place = tree.Locate(path, false);
     bool empty = true;
     if (place.Node->Kind == NodeKind::Folder) {
         const auto children = place.Node->Children;
         for (const auto& [key, child] : children) {
-            empty = RemoveTree(tree, path + L"\\" + child->Name) && empty;
+            empty = RemoveTree(tree, faults, path + L"\\" + child->Name) && empty;
         }
     }
-    if (!empty || place.Node->OpenHandles > 0) {
+    if (!empty || place.Node->OpenHandles > 0 || faults.Fails("RmDir")) {
         return false;
     }
     tree.Detach(place);
@@ -42,7 +42,7 @@ bool RemoveTree(FileTree& tree, const std::wstring& path) {
 }
 
 /// The disc's RmDir.bat: 1 when it refuses its argument or something stays, else 0.
-ScriptedEnd RunRmDir(FileTree& tree, const std::wstring& arguments) {
+ScriptedEnd RunRmDir(FileTree& tree, Faults& faults, const std::wstring& arguments) {
     std::wstring folder(TrimBlanks(arguments));
     std::erase(folder, L'"');
     const bool absolute = folder.starts_with(L"\\\\") || (folder.size() > 2 && folder.substr(1, 2) == L":\\");
@@ -54,7 +54,7 @@ ScriptedEnd RunRmDir(FileTree& tree, const std::wstring& arguments) {
     if (!place.Node || place.Node->Kind == NodeKind::File) {
         return {0};
     }
-    const bool removed = !place.Drive->ReadOnly && RemoveTree(tree, folder);
+    const bool removed = !place.Drive->ReadOnly && RemoveTree(tree, faults, folder);
     return {removed ? 0u : 1u};
 }
 
@@ -86,13 +86,16 @@ ScriptedEnd FakeProcesses::Start(const std::wstring& commandLine) {
     if (!call) {
         throw PlatformError("Start", commandLine, errors::FileNotFound);
     }
+    if (IsBatchFile(call->Program) && !AreBatchArguments(call->Arguments)) {
+        throw PlatformError("Start", commandLine, errors::InvalidName);
+    }
     const std::wstring name = ToUpper(LastComponent(call->Program));
     for (const std::wstring& key : {ToUpper(call->Program), name}) {
         if (const auto handler = handlers_.find(key); handler != handlers_.end()) {
             return handler->second(commandLine);
         }
     }
-    return name == L"RMDIR.BAT" ? RunRmDir(tree_, call->Arguments) : ScriptedEnd{};
+    return name == L"RMDIR.BAT" ? RunRmDir(tree_, faults_, call->Arguments) : ScriptedEnd{};
 }
 
 }  // namespace mip

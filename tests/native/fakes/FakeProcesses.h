@@ -19,7 +19,8 @@ struct ScriptedEnd {
 };
 
 /// Programs are files of the tree. What one does is the handler set for it; without a handler it ends with 0, and a
-/// file named "RmDir.bat" removes the folder of its one argument as the disc's batch file does.
+/// file named "RmDir.bat" removes the folder of its one argument as the disc's batch file does; each file and folder
+/// that it removes is a call of its own to Faults.
 class FakeProcesses : public Processes {
   public:
     using Handler = std::function<ScriptedEnd(const std::wstring& commandLine)>;

@@ -1,7 +1,7 @@
 #include "tests/native/fakes/FakeProfileFiles.h"
 
-#include "app/TextFile.h"
 #include "text/TextTools.h"
+#include "text/UnicodeText.h"
 
 namespace mip {
 
@@ -51,7 +51,10 @@ std::wstring FakeProfileFiles::ReadString(const std::wstring& section, const std
     if (faults_.Fails("ProfileFiles.ReadString") || !tree_.HasFile(file) || capacity == 0) {
         return L"";
     }
-    const std::wstring text = DecodeTextFile(tree_.BytesOf(file), computer_);
+    const std::string bytes = tree_.BytesOf(file);
+    const bool isUtf16 = bytes.starts_with("\xFF\xFE");
+    const std::wstring text = isUtf16 ? FromUtf16(std::string_view(bytes).substr(2), ByteOrder::LowFirst)
+                                      : computer_.FromSystemCodePage(bytes);
     return FindValue(text, section, key).substr(0, capacity - 1);
 }
 

@@ -7,6 +7,8 @@
 
 namespace mip {
 
+/// Reads as the system's profile calls do: UTF-16 with the mark FF FE, or the system's code page. They know no other
+/// mark, so the first line of a file that has one is not understood.
 class FakeProfileFiles : public ProfileFiles {
   public:
     FakeProfileFiles(FileTree& tree, FakeComputer& computer, Faults& faults)

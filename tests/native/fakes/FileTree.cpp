@@ -11,8 +11,8 @@ namespace mip {
 namespace {
 
 constexpr std::uint32_t NotReady = 21;
-constexpr std::uint32_t InvalidName = 123;
 constexpr std::uint32_t CannotResolveName = 1921;
+constexpr std::size_t PageSize = 4096;
 
 struct PathParts {
     std::wstring Drive;  ///< upper-cased "C:" or "\\SERVER\SHARE"
@@ -116,10 +116,20 @@ void FileNode::Resize(std::uint64_t size) {
     if (size > room) {
         throw PlatformError("Write", Name, errors::DiskFull);
     }
+    if (!flushed_) {
+        flushed_ = Bytes;
+    }
     drive_->FreeBytes = room - size;
     Bytes.resize(static_cast<std::size_t>(size));
     Modified = tree_->Now();
     Attributes |= attributes::Archive;
+}
+
+void FileNode::Flush() {
+    flushed_.reset();
+    for (const auto& [key, child] : Children) {
+        child->Flush();
+    }
 }
 
 FakeDrive& FileTree::AddDrive(FakeDrive drive) {
@@ -172,7 +182,7 @@ FileTree::Place FileTree::Walk(const std::wstring& path, bool followLast, int de
     const bool fileAsFolder = parts->TrailingSeparator && place.Node && place.Node->Kind == NodeKind::File;
     if (badName || fileAsFolder) {
         place.Node = nullptr;
-        place.Code = InvalidName;
+        place.Code = errors::InvalidName;
     } else if (!place.Node) {
         place.Code = errors::FileNotFound;
     }
@@ -282,6 +292,30 @@ std::map<std::wstring, std::string> FileTree::Snapshot(const std::wstring& folde
         CollectFiles(*node, folder.ends_with(L'\\') ? folder.substr(0, folder.size() - 1) : folder, result);
     }
     return result;
+}
+
+void FileTree::SettleAfterPowerCut(Unflushed unflushed) {
+    for (const auto& [name, volume] : volumes_) {
+        Settle(*volume.Root, unflushed);
+    }
+}
+
+void FileTree::Settle(FileNode& node, Unflushed unflushed) {
+    if (node.flushed_ && unflushed != Unflushed::Kept) {
+        std::string& bytes = node.Bytes;
+        std::string before = *node.flushed_;
+        if (unflushed == Unflushed::Lost) {
+            bytes = before;
+        }
+        before.resize(bytes.size());
+        for (std::size_t start = 0; start < bytes.size(); start += 2 * PageSize) {
+            bytes.replace(start, PageSize, before, start, PageSize);
+        }
+    }
+    node.flushed_.reset();
+    for (const auto& [key, child] : node.Children) {
+        Settle(*child, unflushed);
+    }
 }
 
 }  // namespace mip

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -45,15 +46,19 @@ class FileNode {
     /// Writes at `offset`, growing the file with zeros where needed. Throws PlatformError (AccessDenied, DiskFull).
     void Write(std::uint64_t offset, const void* data, std::size_t size);
     void Resize(std::uint64_t size);
+    /// Brings what was written, here and below, to the drive: a power cut takes it no more.
+    void Flush();
 
   private:
     friend class FileTree;
+    std::optional<std::string> flushed_;  ///< what is on the drive; nothing when that is all of `Bytes`
     class FileTree* tree_ = nullptr;
     FakeDrive* drive_ = nullptr;
 };
 
 /// The drives and files of the in-memory Windows. The operations here are for setting up and checking tests: no fault
-/// and no read-only drive stops them. The program's own access goes through FakeFiles and its companions.
+/// and no read-only drive stops them, and what they write is on the drive at once. The program's own access goes
+/// through FakeFiles and its companions.
 class FileTree {
   public:
     FakeDrive& AddDrive(FakeDrive drive);
@@ -80,6 +85,12 @@ class FileTree {
     /// appear with a trailing backslash. For comparing states.
     std::map<std::wstring, std::string> Snapshot(const std::wstring& folder);
 
+    /// What becomes of the bytes that were written but not flushed when the power went: all kept; all lost, so that a
+    /// file is what it was at its last flush; or every second page lost, the first to begin with. A page that was never
+    /// on the drive is then zeros. Names and removals are kept, as a file system with a journal keeps them.
+    enum class Unflushed { Kept, Lost, EverySecondPage };
+    void SettleAfterPowerCut(Unflushed unflushed);
+
     /// What a path leads to. `Code` is 0, or the Win32 code that an open of it gives.
     struct Place {
         std::shared_ptr<FileNode> Node;    ///< null when the last component does not exist
@@ -105,6 +116,7 @@ class FileTree {
         std::shared_ptr<FileNode> Root;
     };
 
+    static void Settle(FileNode& node, Unflushed unflushed);
     Place Walk(const std::wstring& path, bool followLast, int depth);
     std::shared_ptr<FileNode> MakeParents(const std::wstring& path);
 

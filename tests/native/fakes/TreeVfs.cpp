@@ -57,7 +57,6 @@ int Write(sqlite3_file* engineFile, const void* data, int size, sqlite3_int64 of
         return SQLITE_IOERR_WRITE;
     }
     const bool cut = verdict == Faults::Verdict::Cut;
-    file.Vfs->BeforeWrite(file.Node);
     try {
         file.Node->Write(static_cast<std::uint64_t>(offset), data, static_cast<std::size_t>(cut ? size / 2 : size));
         return cut ? SQLITE_IOERR_WRITE : SQLITE_OK;
@@ -71,7 +70,6 @@ int Truncate(sqlite3_file* engineFile, sqlite3_int64 size) noexcept {
     if (file.Vfs->Refuses("Vfs.Truncate")) {
         return SQLITE_IOERR_TRUNCATE;
     }
-    file.Vfs->BeforeWrite(file.Node);
     file.Node->Resize(static_cast<std::uint64_t>(size));
     return SQLITE_OK;
 }
@@ -81,7 +79,7 @@ int Sync(sqlite3_file* engineFile, int) noexcept {
     if (file.Vfs->Refuses("Vfs.Sync")) {
         return SQLITE_IOERR_FSYNC;
     }
-    file.Vfs->Flushed(file.Node);
+    file.Node->Flush();
     return SQLITE_OK;
 }
 
@@ -221,7 +219,6 @@ int Delete(sqlite3_vfs* engineVfs, const char* name, int) noexcept {
     if (!IsWritable(place) || place.Node->OpenHandles > 0) {
         return SQLITE_IOERR_DELETE;
     }
-    vfs.Flushed(place.Node);
     vfs.Tree().Detach(place);
     return SQLITE_OK;
 }
@@ -284,23 +281,6 @@ TreeVfs::TreeVfs(FileTree& tree, Faults& faults)
 
 TreeVfs::~TreeVfs() {
     sqlite3_vfs_unregister(&vfs_);
-}
-
-void TreeVfs::SettleAfterPowerCut(Unflushed unflushed) {
-    for (const auto& [node, before] : flushed_) {
-        std::string& bytes = node->Bytes;
-        if (unflushed == Unflushed::Lost) {
-            bytes = before;
-        } else if (unflushed == Unflushed::EverySecondPage) {
-            for (std::size_t start = 0; start < bytes.size(); start += 2 * PageSize) {
-                const std::size_t size = std::min(PageSize, bytes.size() - start);
-                std::string old = start < before.size() ? before.substr(start, size) : std::string();
-                old.resize(size);
-                bytes.replace(start, size, old);
-            }
-        }
-    }
-    flushed_.clear();
 }
 
 }  // namespace mip

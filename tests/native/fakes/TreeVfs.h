@@ -23,10 +23,6 @@ class TreeVfs {
     /// The name under which the engine knows this file layer.
     const std::string& Name() const { return name_; }
 
-    /// What becomes of the bytes that were written but not flushed when the power went.
-    enum class Unflushed { Kept, Lost, EverySecondPage };
-    void SettleAfterPowerCut(Unflushed unflushed);
-
     /// The locks on one file, as the engine's rules want them: many readers, or one writer once they are gone.
     struct Locks {
         int Readers = 0;
@@ -39,8 +35,6 @@ class TreeVfs {
     bool Refuses(const char* operation) { return faults_.Next(operation) != Faults::Verdict::Proceed; }
     Faults::Verdict Ask(const char* operation) { return faults_.Next(operation); }
     Locks& LocksOf(const FileNode& node) { return locks_[&node]; }
-    void BeforeWrite(const std::shared_ptr<FileNode>& node) { flushed_.try_emplace(node, node->Bytes); }
-    void Flushed(const std::shared_ptr<FileNode>& node) { flushed_.erase(node); }
 
   private:
     FileTree& tree_;
@@ -48,7 +42,6 @@ class TreeVfs {
     std::string name_;
     sqlite3_vfs vfs_{};
     std::map<const FileNode*, Locks> locks_;
-    std::map<std::shared_ptr<FileNode>, std::string> flushed_;  ///< content at the last flush of what is written since
 };
 
 }  // namespace mip

@@ -127,7 +127,7 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
         } catch (const PowerCut&) {
             cut = true;
             workshop.Run.CatalogDb.reset();
-            workshop.Vfs.SettleAfterPowerCut(TreeVfs::Unflushed::EverySecondPage);
+            workshop.Windows.Tree.SettleAfterPowerCut(FileTree::Unflushed::EverySecondPage);
         }
         const bool hit = workshop.Windows.Faults.Hit();
         const std::string operation = workshop.Windows.Faults.HitOperation();

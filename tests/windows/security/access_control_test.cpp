@@ -123,10 +123,12 @@ TEST_F(AccessControlTest, ListOfAFileIsReadMergedAndSet) {
     const auto entries = control_.ReadEntries(path_.wstring());
     ASSERT_TRUE(entries.has_value());
     EXPECT_FALSE(entries->empty());
+    const Sid everyone{1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0};
     for (const AccessEntry& entry : *entries) {
         Sid account = entry.Account;
         EXPECT_TRUE(IsValidSid(account.data()));
         EXPECT_EQ(account.size(), GetLengthSid(account.data()));
+        EXPECT_FALSE(account == everyone && entry.Mask == AllFileRights) << "open to everybody";
     }
 }
 
