@@ -89,7 +89,7 @@ void AddOnce(std::vector<std::uint64_t>& hashes, std::uint64_t hash) {
 
 void SortOut(std::vector<std::uint64_t>& hashes) {
     std::ranges::sort(hashes);
-    hashes.erase(std::ranges::unique(hashes).begin(), hashes.end());
+    hashes.erase(std::unique(hashes.begin(), hashes.end()), hashes.end());
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ std::int32_t WindowsArchives::Call(Entry entry, const std::wstring& commandLine)
     return entry(nullptr, computer_.ToSystemCodePage(commandLine).c_str(), noOutput, 0);
 }
 
-/// True when the command line reaches the library's ears as it is meant.
+/// True when the library takes the command line as it is meant.
 bool WindowsArchives::LibraryReads(const std::wstring& commandLine) {
     const auto command = ParseSevenZipCommand(commandLine);
     return command && command->Archive.find_first_of(L" \t") == std::wstring::npos &&

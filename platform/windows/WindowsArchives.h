@@ -7,8 +7,8 @@
 namespace mip {
 
 /// Extracts by the archive library "7-zip32.dll" where the program's folder or the system's holds one, else by the
-/// embedded extractor. That one looks at every archive first, and extracts itself what it refuses, and what the library
-/// would misread: the library takes its command line in the system's code page and splits it at blanks.
+/// embedded extractor. That one looks at every archive first, and what it refuses stays with it; so does what the
+/// library would misread, which takes its command line in the system's code page and splits it at blanks.
 class WindowsArchives : public Archives {
   public:
     WindowsArchives(Computer& computer, Archives& embedded) : computer_(computer), embedded_(embedded) {}

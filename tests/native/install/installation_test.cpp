@@ -306,6 +306,20 @@ INSTANTIATE_TEST_SUITE_P(
                     PlaceCase{"Command", L"C:\\x\" & evil.exe & rem ", L"", L"C:\\Manuals\\MMMM1MM", true}),
     [](const auto& testCase) { return testCase.param.Label; });
 
+TEST(Installation, AnEditionIsReplacedFromAFolderWithABlank) {
+    Workshop workshop;
+    FileTree& tree = workshop.Windows.Tree;
+    workshop.PutInstalledManual(L"MMMM1MM", 1);
+    workshop.PutArchiveManual(L"MMMM1MM", 3);
+    tree.PutFile(L"D:\\Ondari 2021\\car_info.ci", tree.BytesOf(L"D:\\MMMM1MM\\car_info.ci"));
+    tree.Erase(L"D:\\MMMM1MM");
+    workshop.Windows.Archives.Put(L"D:\\Ondari 2021\\install\\condense\\manual.zip",
+                                  Workshop::ManualPages(L"MMMM1MM", "MMMM1MM 3"));
+    EXPECT_TRUE(workshop.Install());
+    EXPECT_EQ(workshop.Rows().at(L"MMMM1MM"), (Row{L"3", L"C:\\Manuals\\MMMM1MM", L"0"}));
+    EXPECT_EQ(tree.BytesOf(L"C:\\Manuals\\MMMM1MM\\index.html"), "frame of MMMM1MM 3");
+}
+
 TEST(Installation, ManualsInstalledBeforeAFailureStay) {
     Workshop workshop;
     workshop.PutArchiveManual(L"AAAA1MM", 1);

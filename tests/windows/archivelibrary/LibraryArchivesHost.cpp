@@ -24,16 +24,16 @@ class LibraryArchivesHost : public ZipArchivesHost {
   private:
     class ProgramComputer : public WindowsComputer {
       public:
-        explicit ProgramComputer(const TemporaryFolder& program)
-            : WindowsComputer(L"archives contract"), program_(program) {}
-        std::wstring ProgramFolder() override { return program_.Path().wstring(); }
+        explicit ProgramComputer(std::wstring folder)
+            : WindowsComputer(L"archives contract"), folder_(std::move(folder)) {}
+        std::wstring ProgramFolder() override { return folder_; }
 
       private:
-        const TemporaryFolder& program_;
+        std::wstring folder_;
     };
 
     TemporaryFolder program_;
-    ProgramComputer computer_{program_};
+    ProgramComputer computer_{program_.Path().wstring()};
     WindowsArchiveSystem system_;
     CountingClock clock_;
     EmbeddedArchives embedded_{system_, clock_};
