@@ -30,11 +30,9 @@ class RaisedError {
         if (info_.pfnDeferredFillIn) {
             info_.pfnDeferredFillIn(&info_);
         }
-        std::wstring object = member;
-        if (info_.bstrDescription) {
-            object.append(L": ").append(info_.bstrDescription, SysStringLen(info_.bstrDescription));
-        }
-        throw PlatformError("Automation call", object, Code());
+        const std::wstring text(info_.bstrDescription ? info_.bstrDescription : L"",
+                                SysStringLen(info_.bstrDescription));
+        throw PlatformError("Automation call", member, Code(), text);
     }
 
   private:

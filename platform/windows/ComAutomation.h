@@ -82,8 +82,8 @@ class ComValue {
 };
 
 /// An automation object whose members are reached by name. Every operation throws PlatformError with the HRESULT of
-/// the call, or the object's own error code where it raised one; the error's object is the member and the object's
-/// description of what went wrong.
+/// the call, or the object's own error code where it raised one; the error's object is the member, its text the
+/// object's description of what went wrong.
 class ComObject {
   public:
     /// A new object by its program identifier ("WScript.Shell").

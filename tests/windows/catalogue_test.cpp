@@ -6,9 +6,11 @@
 #include "app/modFile.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
+#include "platform/ScopeGuard.h"
 #include "platform/archive/EmbeddedArchives.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/AdoEngine.h"
+#include "platform/windows/ComApartment.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/WindowsAccessControl.h"
 #include "platform/windows/WindowsAccountNames.h"
@@ -25,7 +27,9 @@
 #include "platform/windows/WindowsShell.h"
 #include "platform/windows/WindowsVolumes.h"
 #include "tests/windows/ScratchFolder.h"
+#include "tests/windows/automation/AdoStandIn.h"
 #include "text/DateText.h"
+#include "text/TextTools.h"
 
 /// The catalogue on real files: what the in-memory Windows cannot show.
 namespace mip {
@@ -113,6 +117,68 @@ TEST_F(CatalogueOnFiles, ReadOnlySourceUpgradesTheCatalogueWhichStaysWritable) {
     ASSERT_EQ(FindInstalledRecord(program_, L"k'2"), MdbOk);
     EXPECT_EQ(program_.Installed.Model_desc, manual.Model_desc);
     EXPECT_EQ(program_.Installed.INSPath, scratch_.Path());
+}
+
+/// Stands in for Jet: a file of the embedded engine that begins as Jet's do whenever it is closed.
+class JetFiles : public DatabaseEngine {
+  public:
+    explicit JetFiles(SqliteEngine& embedded) : embedded_(embedded) {}
+
+    std::unique_ptr<DatabaseConnection> Open(const std::wstring& path) override {
+        Begin(path, SqliteStart);
+        return std::make_unique<Connection>(embedded_.Open(path), path);
+    }
+
+    static void Begin(const std::wstring& path, const std::string& start) {
+        WindowsFiles files;
+        files.Write(path, start + files.Read(path).substr(start.size()));
+    }
+
+    inline static const std::string JetStart{"\0\1\0\0Standard Jet DB\0", 20};
+    inline static const std::string SqliteStart{"SQLite format 3\0\x10\0\1\1", 20};
+
+  private:
+    struct Connection : DatabaseConnection {
+        Connection(std::unique_ptr<DatabaseConnection> opened, std::wstring path)
+            : Opened(std::move(opened)), Path(std::move(path)) {}
+        ~Connection() override {
+            Opened.reset();
+            Begin(Path, JetStart);
+        }
+        void Execute(const std::wstring& sql) override { Opened->Execute(sql); }
+        std::unique_ptr<Recordset> Query(const std::wstring& sql) override { return Opened->Query(sql); }
+        void BeginTransaction() override { Opened->BeginTransaction(); }
+        void CommitTransaction() override { Opened->CommitTransaction(); }
+        void RollbackTransaction() override { Opened->RollbackTransaction(); }
+
+        std::unique_ptr<DatabaseConnection> Opened;
+        std::wstring Path;
+    };
+
+    SqliteEngine& embedded_;
+};
+
+TEST_F(CatalogueOnFiles, JetCatalogueIsUpgradedThroughAdoAndReleased) {
+    const ComApartment apartment;
+    Script script;
+    JetFiles jet(engine_);
+    AdoStandIn ado(script, jet);
+    const RegisteredClass connections(L"ADODB.Connection", [&] { return ado.MakeConnection(); });
+    const ScopeGuard close([&] { program_.CatalogDb.reset(); });
+    files_.SetAttributes(newSource_, attributes::Normal);
+    program_.CatalogDb = std::make_unique<clsMDB>(program_.Platform);
+    JetFiles::Begin(newSource_, JetFiles::JetStart);
+    JetFiles::Begin(database_, JetFiles::JetStart);
+    ASSERT_TRUE(program_.CatalogDb->Pcls_MdbOpen(database_));
+    ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"INSERT INTO M_manage (Pub_No) VALUES ('K9')"), MdbOk);
+    ASSERT_TRUE(CheckDatabaseVersion(program_)) << ToUtf8(program_.Log.Text());
+    ExpectCatalogue(3);
+    ASSERT_EQ(FindInstalledRecord(program_, L"K9"), MdbOk);
+    EXPECT_EQ(program_.Installed.INSDate, ZeroDate);
+    EXPECT_TRUE(MarkForAdjustment(*program_.CatalogDb, L"K9"));
+    program_.CatalogDb.reset();
+    EXPECT_EQ(script.LiveObjects, 0);
+    EXPECT_TRUE(files_.Read(database_).starts_with(JetFiles::JetStart));
 }
 
 TEST_F(CatalogueOnFiles, CatalogueHeldByAnotherProgramIsNotUpgraded) {

@@ -14,6 +14,8 @@ constexpr char Help[] =
     R"(Usage: mkcatalogue DESCRIPTION.txt OUTPUT.mdb
 
 Makes an empty catalogue database, as it lies beside the program on a disc.
+It is an SQLite database: it upgrades the catalogues of workshops that use
+SQLite, and a workshop whose catalogue is a Jet database refuses it.
 An existing output file is replaced when the new one is complete.
 
 The description is UTF-8 text with one entry a line:
