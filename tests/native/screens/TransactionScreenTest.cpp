@@ -64,8 +64,8 @@ TEST_F(TransactionScreenTest, AManualWithoutItsFilesIsMarkedFirstAndDeletedAtThe
 TEST_F(TransactionScreenTest, RemovingOneManualTakesFolderAndRow) {
     Install(L"K1210MM");
     Install(L"K2310MM");
-    Put(L"K1210MM\\index.html");
-    Put(L"K2310MM\\index.html");
+    Put(L"K1210MM\\contents\\index.html");
+    Put(L"K2310MM\\contents\\index.html");
     program_.Switches.Remove = L"K1210MM";
     RunTransaction(program_);
     EXPECT_EQ(program_.Outcome.ExitCode, 0U);
