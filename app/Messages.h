@@ -76,6 +76,8 @@ inline constexpr std::int16_t Unforeseen = 98;
 inline constexpr std::int16_t DesktopShortcut = 99;
 inline constexpr std::int16_t Legend = 100;
 inline constexpr std::int16_t ManualInUse = 101;
+/// The highest number.
+inline constexpr std::int16_t Last = ManualInUse;
 }  // namespace messages
 
 /// Sets the run's two result texts: what failed, and what the user can do about it. `insert` stands for "@" in the

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -78,6 +79,12 @@ struct Installation {
     DateTime InstallTime2{};  ///< recorded for updated manuals
 };
 
+/// The disc's texts as they were at the start, for the time after the disc has been taken out.
+struct KeptTexts {
+    std::map<std::wstring, std::wstring> Messages;  ///< the language's numbered messages, by key
+    std::wstring Agreement;
+};
+
 /// The names that start-up learns about the user and the computer.
 struct Identity {
     std::wstring LanguageCode;  ///< "11", "09", "04S", ...
@@ -104,6 +111,7 @@ struct Program {
     mip::Settings Settings;
     mip::Paths Paths;
     mip::Identity Identity;
+    mip::KeptTexts KeptTexts;
     std::vector<std::wstring> ProcessNames;  ///< entry 0 is "", the running processes from 1
 
     std::unique_ptr<clsMDB> CatalogDb;

@@ -16,6 +16,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
 #include "platform/Processes.h"
+#include "screens/AgreementScreen.h"
 #include "screens/modBrowser.h"
 #include "security/modGetUsersName.h"
 #include "text/TextTools.h"
@@ -115,6 +116,12 @@ void FindPlacesAndNames(Program& program) {
     identity.FolderTrustee = GetUsersGroupName(platform);
 }
 
+/// From here on the screens do without the disc.
+void KeepTexts(Program& program) {
+    KeepMessageTexts(program);
+    program.KeptTexts.Agreement = LoadAgreementText(program);
+}
+
 /// The computer lacks the diagnostic program: the disc's start page is all that it gets.
 [[noreturn]] void EndWithStartPage(Program& program) {
     program.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::NoDiagnosticProgram);
@@ -180,6 +187,7 @@ void StartUp(Program& program, Screens& screens, const std::vector<std::wstring>
     if (!IsManualLinkInstalled(program)) {
         EndWithStartPage(program);
     }
+    KeepTexts(program);
     program.DiscCatalogue.Clear();
     const std::int16_t failure = OpenCatalogue(program);
     if (failure == NoFailure) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "app/Messages.h"
 #include "install/modShell.h"
 #include "platform/Files.h"
 #include "platform/ProfileFiles.h"
@@ -26,6 +27,22 @@ std::wstring ReadValue(Platform& platform, const std::wstring& file, const std::
         platform.FaultLog.Trapped("reading " + ToUtf8(file), error);
         return L"";
     }
+}
+
+std::wstring ReadMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key) {
+    const std::wstring file = MessageFile(program, program.Identity.LanguageCode);
+    if (program.Platform.Files.Exists(file)) {
+        return ReadValue(program.Platform, file, section, key);
+    }
+    return GetProfileValue(program.Platform, MessageFile(program, L"09"), section, key);
+}
+
+std::wstring MessageKey(std::int16_t number) {
+    std::wstring digits = std::to_wstring(number);
+    if (digits.size() < 3) {
+        digits.insert(0, 3 - digits.size(), L'0');
+    }
+    return L"M" + digits;
 }
 
 void ReadColumnLengths(const Program& program, ColumnLengths& columns) {
@@ -55,19 +72,23 @@ std::wstring GetSystemParameter(const Program& program, const std::wstring& key,
 }
 
 std::wstring GetMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key) {
-    const std::wstring file = MessageFile(program, program.Identity.LanguageCode);
-    if (program.Platform.Files.Exists(file)) {
-        return ReadValue(program.Platform, file, section, key);
+    std::wstring value = ReadMessageIniValue(program, section, key);
+    if (value.empty() && section == MessageSection) {
+        const auto kept = program.KeptTexts.Messages.find(key);
+        value = kept == program.KeptTexts.Messages.end() ? L"" : kept->second;
     }
-    return GetProfileValue(program.Platform, MessageFile(program, L"09"), section, key);
+    return value;
+}
+
+void KeepMessageTexts(Program& program) {
+    for (std::int16_t number = 1; number <= messages::Last; ++number) {
+        const std::wstring key = MessageKey(number);
+        program.KeptTexts.Messages[key] = ReadMessageIniValue(program, MessageSection, key);
+    }
 }
 
 std::wstring GetMessageText(const Program& program, std::int16_t number) {
-    std::wstring digits = std::to_wstring(number);
-    if (digits.size() < 3) {
-        digits.insert(0, 3 - digits.size(), L'0');
-    }
-    return GetMessageIniValue(program, MessageSection, L"M" + digits);
+    return GetMessageIniValue(program, MessageSection, MessageKey(number));
 }
 
 bool ReadSystemParameters(Program& program) {

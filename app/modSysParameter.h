@@ -16,8 +16,11 @@ std::wstring GetProfileValue(Platform& platform, const std::wstring& file, const
                              const std::wstring& key);
 /// One value of SysParameter.ini.
 std::wstring GetSystemParameter(const Program& program, const std::wstring& key, const std::wstring& section);
-/// One value of the language's message file, or of M09.ini when the language has no file.
+/// One value of the language's message file, or of M09.ini when the language has no file. What cannot be read is taken
+/// from the messages that were kept.
 std::wstring GetMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key);
+/// Keeps all messages of the language for when they cannot be read from the disc any more.
+void KeepMessageTexts(Program& program);
 /// The message of a number, as stored; "" when there is none.
 std::wstring GetMessageText(const Program& program, std::int16_t number);
 

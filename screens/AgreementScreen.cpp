@@ -9,22 +9,22 @@ namespace mip {
 
 std::wstring LoadAgreementText(const Program& program) {
     Platform& platform = program.Platform;
-    std::wstring text;
     for (const std::wstring& language : {program.Identity.LanguageCode, std::wstring(L"09")}) {
         const std::wstring file = JoinPath(program.Paths.SysDirPath, L"Licence_" + language + L".txt");
         if (!platform.Files.Exists(file)) {
             continue;
         }
+        std::wstring text;
         try {
             for (const std::wstring& line : ReadTextLines(platform, file)) {
                 text += line + L"\r\n";
             }
         } catch (const PlatformError&) {
-            text.clear();
+            return program.KeptTexts.Agreement;
         }
-        break;
+        return text;
     }
-    return text;
+    return program.KeptTexts.Agreement;
 }
 
 }  // namespace mip

@@ -6,7 +6,8 @@
 
 namespace mip {
 
-/// The terms of use in the user's language, else in English; "" when neither is there. Every line ends in CR LF.
+/// The terms of use in the user's language, else in English; Program::KeptTexts::Agreement when they cannot be read.
+/// Every line ends in CR LF.
 std::wstring LoadAgreementText(const Program& program);
 
 }  // namespace mip

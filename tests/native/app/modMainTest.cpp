@@ -4,6 +4,8 @@
 
 #include <functional>
 
+#include "app/modSysParameter.h"
+#include "screens/AgreementScreen.h"
 #include "tests/native/app/Workshop.h"
 
 namespace mip {
@@ -72,6 +74,16 @@ TEST(StartUp, EachFailureIsShownAndEndsWithOne) {
             EXPECT_EQ(shop.Program.Outcome.ResultSubMessage, L"stopped");
         }
     }
+}
+
+TEST(StartUp, TextsStayWhenTheDiscIsTakenOut) {
+    Workshop shop;
+    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\Licence_09.txt", "Terms");
+    shop.Start();
+    shop.Windows.Tree.Erase(SysDir);
+    EXPECT_EQ(GetMessageText(shop.Program, 24), L"stopped");
+    EXPECT_EQ(GetMessageText(shop.Program, 96), L"Bad switch: ");
+    EXPECT_EQ(LoadAgreementText(shop.Program), L"Terms\r\n");
 }
 
 TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
