@@ -7,6 +7,7 @@
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "install/modShortcut.h"
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "security/modAcl.h"
 #include "text/Checked.h"
@@ -163,7 +164,7 @@ bool NothingWasInstalled(const Outcome& outcome) {
 
 void FinishRun(Program& program) {
     (void)RemoveFolder(program, program.Paths.UnZipTempPath);
-    (void)SecureInstalledManualFolders(program);
+    (void)SecureInstalledManualFolders(program, [&program] { program.Platform.Clock.YieldToMessages(); });
 }
 
 }  // namespace mip

@@ -71,7 +71,7 @@ void MakeDesktopShortcut(Program& program);
 /// Nothing changed on the computer: neither did the manager program's setup run nor was a manual recorded.
 bool NothingWasInstalled(const Outcome& outcome);
 /// After a run that installed something: removes the temporary extraction folder and opens the manuals' folders to all
-/// users. Failures do not stop the program.
+/// users, serving messages between them. Failures do not stop the program.
 void FinishRun(Program& program);
 
 }  // namespace mip

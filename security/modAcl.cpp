@@ -76,7 +76,7 @@ std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid&
 
 }  // namespace
 
-bool SecureInstalledManualFolders(Program& program) {
+bool SecureInstalledManualFolders(Program& program, const std::function<void()>& folderDone) {
     clsMDB database(program.Platform);
     if (!database.Pcls_MdbOpen(program.Paths.MdbPath)) {
         return false;
@@ -86,6 +86,9 @@ bool SecureInstalledManualFolders(Program& program) {
         MdbStatus status = ReadAllInstalled(program.Platform, database, WalkSlot, record);
         while (status == MdbOk) {
             SecureInstalledManual(program, database, record);
+            if (folderDone) {
+                folderDone();
+            }
             status = ReadNextInstalled(program.Platform, database, WalkSlot, record);
         }
     } catch (const std::exception& error) {

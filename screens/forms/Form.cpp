@@ -1,6 +1,7 @@
 #include "screens/forms/Form.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/modLanguage.h"
 #include "screens/forms/resource.h"
@@ -74,6 +75,16 @@ void Form::Finish(int width) {
 
 void Form::DisableClosing() {
     EnableMenuItem(GetSystemMenu(Window(), FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
+}
+
+bool Form::BeginsToEnd() {
+    DisableClosing();
+    return !std::exchange(isEnding_, true);
+}
+
+void Form::ShowBusy(bool busy) {
+    isBusy_ = busy;
+    SetCursor(LoadCursorW(nullptr, busy ? IDC_WAIT : IDC_ARROW));
 }
 
 void Form::ArrangeAgain() {
@@ -153,6 +164,12 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
             return ColourOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
+        case WM_SETCURSOR:
+            if (!isBusy_) {
+                return {};
+            }
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+            return TRUE;
         case WM_SYSCOLORCHANGE:
         case WM_SETTINGCHANGE:
             Redraw();

@@ -38,6 +38,10 @@ class Form : public Dialog {
     void Finish(int width);
     /// The user cannot close the window; the default OnClose does nothing.
     void DisableClosing();
+    /// True at the first call, which also disables closing: for what ends the form and must not be begun twice.
+    bool BeginsToEnd();
+    /// The hourglass while the form works.
+    void ShowBusy(bool busy);
     /// Arranges again after texts or visible controls have changed.
     void ArrangeAgain();
     void Redraw(bool now = false);
@@ -91,6 +95,8 @@ class Form : public Dialog {
     int width_ = 0;
     int footerTop_ = 0;
     int shortage_ = 0;
+    bool isEnding_ = false;
+    bool isBusy_ = false;
 };
 
 }  // namespace mip

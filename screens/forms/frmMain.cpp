@@ -94,23 +94,15 @@ void frmMain::DrawStep(HDC dc, const Palette& colours, int step) {
 }
 
 std::optional<LRESULT> frmMain::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_TIMER:
-            if (wParam == Timer1) {
-                driver_.Timer1();
-            } else {
-                driver_.Timer2();
-            }
-            return 0;
-        case WM_SETCURSOR:
-            if (!busy_) {
-                return {};
-            }
-            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-            return TRUE;
-        default:
-            return Form::OnMessage(message, wParam, lParam);
+    if (message != WM_TIMER) {
+        return Form::OnMessage(message, wParam, lParam);
     }
+    if (wParam == Timer1) {
+        driver_.Timer1();
+    } else {
+        driver_.Timer2();
+    }
+    return 0;
 }
 
 void frmMain::SetCaption(const std::wstring& caption) {
@@ -135,11 +127,6 @@ void frmMain::SetBar(Bar bar, const BarState& state) {
     if (shown != state.Visible) {
         ShowWindow(control, state.Visible ? SW_SHOW : SW_HIDE);
     }
-}
-
-void frmMain::SetBusyPointer(bool busy) {
-    busy_ = busy;
-    SetCursor(LoadCursorW(nullptr, busy ? IDC_WAIT : IDC_ARROW));
 }
 
 void frmMain::Repaint() {

@@ -36,14 +36,13 @@ class frmMain final : public Form, private InstallationView {
     void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
     void SetBar(Bar bar, const BarState& state) override;
     void SetManual(const std::wstring& name) override { SetItemText(ids::L_Manual, name); }
-    void SetBusyPointer(bool busy) override;
+    void SetBusyPointer(bool busy) override { ShowBusy(busy); }
     void Repaint() override;
     void AskForFolder() override;
 
     void DrawStep(HDC dc, const Palette& colours, int step);
 
     std::array<StepFrame, 3> frames_;
-    bool busy_ = false;
     InstallationDriver driver_;
 };
 

@@ -136,6 +136,10 @@ void frmResult::OnCommand(int control, int notification) {
 }
 
 void frmResult::End() {
+    if (!BeginsToEnd()) {
+        return;
+    }
+    ShowBusy(true);
     if (IsDlgButtonChecked(Window(), ids::C_Shortcut) == BST_CHECKED) {
         MakeDesktopShortcut(Program());
     }
@@ -148,6 +152,7 @@ void frmResult::End() {
     EnableWindow(Item(ids::B_OK), FALSE);
     Redraw(true);
     Flow().CloseResult();
+    ShowBusy(false);
     Close();
 }
 

@@ -23,6 +23,12 @@ int frmTarm::Arrange(int left, int top, int width) {
 
 void frmTarm::OnCommand(int control, int notification) {
     if (control == ids::B_OK && notification == BN_CLICKED) {
+        End();
+    }
+}
+
+void frmTarm::End() {
+    if (BeginsToEnd()) {
         Flow().CloseTerms();
     }
 }

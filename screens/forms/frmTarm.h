@@ -12,8 +12,11 @@ class frmTarm final : public Form {
   protected:
     void OnLoad() override;
     void OnCommand(int control, int notification) override;
-    void OnClose() override { Flow().CloseTerms(); }
+    void OnClose() override { End(); }
     int Arrange(int left, int top, int width) override;
+
+  private:
+    void End();
 };
 
 }  // namespace mip

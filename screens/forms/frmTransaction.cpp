@@ -24,19 +24,11 @@ int frmTransaction::Arrange(int left, int top, int width) {
 
 void frmTransaction::OnShown() {
     Redraw(true);
-    SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    ShowBusy(true);
     RunTransaction(Program());
-    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    ShowBusy(false);
     Close();
     Flow().EndTransaction();
-}
-
-std::optional<LRESULT> frmTransaction::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_SETCURSOR) {
-        SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-        return TRUE;
-    }
-    return Form::OnMessage(message, wParam, lParam);
 }
 
 }  // namespace mip

@@ -13,7 +13,6 @@ class frmTransaction final : public Form {
     void OnLoad() override;
     void OnShown() override;
     int Arrange(int left, int top, int width) override;
-    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 };
 
 }  // namespace mip

@@ -9,6 +9,7 @@
 
 #include "app/modSysParameter.h"
 
+#include "screens/AgreementScreen.h"
 #include "screens/forms/ControlIds.h"
 #include "screens/forms/frmDirectorySelect.h"
 #include "screens/forms/frmMain.h"
@@ -66,6 +67,11 @@ class FormsTest : public ScreensTest {
 
     /// The texts fit at the screen's own resolution and after a change to one and a half times of it.
     static void ExpectTextsFit(const Form& form) {
+        EXPECT_NE(GetWindowTextLengthW(form.Window()), 0) << "the caption";
+        for (const int id : {ids::lblTitle, ids::T_CONTRACT, ids::B_OK, ids::L_TarmMsg, ids::L_TransactionMsg}) {
+            const HWND control = GetDlgItem(form.Window(), id);
+            EXPECT_TRUE(control == nullptr || GetWindowTextLengthW(control) > 0) << id;
+        }
         EXPECT_EQ(TextsThatDoNotFit(form.Window()), std::vector<std::string>{});
         RECT place{};
         GetWindowRect(form.Window(), &place);
@@ -85,6 +91,9 @@ class FormTexts : public FormsTest, public testing::WithParamInterface<const wch
     FormTexts() {
         UseLanguage(GetParam());
         FillDisc();
+        KeepMessageTexts(program_);
+        program_.KeptTexts.Agreement = LoadAgreementText(program_);
+        windows_.Tree.Erase(L"D:\\programs");
     }
 };
 
@@ -199,6 +208,24 @@ TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
         EXPECT_EQ(screens_.Shown.back(), "menu");
         EXPECT_EQ(form->Window(), nullptr);
     }
+}
+
+TEST_F(FormsTest, TheResultScreenIsFinishedOnceHoweverOftenItIsClosed) {
+    windows_.Tree.PutFile(program_.Paths.UnZipTempPath + L"\\rest.html");
+    program_.Outcome.ManualsRecorded = 1;
+    const auto form = Open<frmResult>();
+    int closings = 0;
+    windows_.Clock.OnYield = [&] {
+        if (closings < 3) {
+            ++closings;
+            EXPECT_EQ(SendMessageW(form->Window(), WM_SETCURSOR, 0, 0), TRUE) << "the hourglass";
+            SendMessageW(form->Window(), WM_CLOSE, 0, 0);
+        }
+    };
+    Press(*form, ids::B_OK);
+    EXPECT_GT(closings, 0);
+    EXPECT_EQ(screens_.Shown, std::vector<std::string>{"menu"});
+    EXPECT_EQ(windows_.Processes.StartedHidden.size(), 1U);
 }
 
 TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {

@@ -52,7 +52,7 @@ TEST_F(ScreenFlowTest, TheResultButtonEndsTheProgramWhenNothingWasInstalled) {
 
 TEST_F(ScreenFlowTest, TheResultButtonClearsUpAndOpensTheManuals) {
     windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
-    windows_.Tree.PutFile(L"C:\\Manuals\\K1\\index.html");
+    windows_.Tree.PutFile(L"C:\\Manuals\\K1\\contents\\index.html");
     InstalledRecord manual;
     manual.Pub_No = L"K1";
     manual.INSPath = L"C:\\Manuals\\K1";
@@ -61,7 +61,10 @@ TEST_F(ScreenFlowTest, TheResultButtonClearsUpAndOpensTheManuals) {
     program_.Identity.FullAccessTrustee = L"Users";
     program_.Identity.FolderTrustee = L"Users";
     program_.Outcome.ManagerInstalled = true;
+    bool servesMessages = false;
+    windows_.Clock.OnYield = [&] { servesMessages = windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size() == 1; };
     flow_.CloseResult();
+    EXPECT_TRUE(servesMessages) << "after the grant";
     EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
     EXPECT_EQ(windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size(), 1U);
     EXPECT_EQ(screens_.Shown, Names{"menu"});
