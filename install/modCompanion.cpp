@@ -76,10 +76,9 @@ bool RunLoggedSetup(Program& program, const std::wstring& commandLine, LogPlace 
     if (!time || (log == oldLog && time == oldTime)) {
         throw std::runtime_error("the setup has left no log: " + ToUtf8(log));
     }
-    const std::wstring lastLine = ReadLastLine(platform, log);
+    const std::int32_t result = TextToInt32(ReadLastLine(platform, log));
     TryToDelete(platform, log);
-    program.Log.Write(L"setup", L"", L"result " + lastLine + L" in " + log);
-    return TextToInt32(lastLine) == 0;
+    return result == 0;
 }
 
 /// Whatever a setup throws is its failure.

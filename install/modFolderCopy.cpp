@@ -60,11 +60,8 @@ class FolderCopy {
 
   private:
     void Visit(const std::wstring& source, const std::wstring& destination) {
-        if (refusesLinks_ && platform_.Folders.IsLink(destination)) {
-            throw Failure(messages::ManualFailed, "the folder to copy into is a link: " + ToUtf8(destination));
-        }
-        if (!countsOnly_ && !platform_.Folders.Exists(destination)) {
-            MakeFolderPath(platform_, destination);
+        if (!countsOnly_) {
+            PrepareFolder(destination);
         }
         const FolderListing listing = platform_.Folders.List(source);
         fileTotal_ = AddCount(fileTotal_, listing.Files.size());
@@ -73,6 +70,14 @@ class FolderCopy {
         }
         if (!countsOnly_) {
             CopyFiles(listing.Files, source, destination);
+        }
+    }
+
+    void PrepareFolder(const std::wstring& destination) {
+        if (!platform_.Folders.Exists(destination)) {
+            MakeFolderPath(platform_, destination);
+        } else if (refusesLinks_ && platform_.Folders.IsLink(destination)) {
+            throw Failure(messages::ManualFailed, "the folder to copy into is a link: " + ToUtf8(destination));
         }
     }
 

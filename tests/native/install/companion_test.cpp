@@ -28,6 +28,7 @@ TEST_P(SetupLog, OfThisRunDecides) {
     workshop.Windows.Tree.PutFile(LinkSetup);
     workshop.Windows.Tree.PutFile(LinkLog, "0\r\n").OpenHandles = GetParam().OldLogIsOpen ? 1 : 0;
     workshop.Windows.Processes.On(LinkSetup, [&](const std::wstring&) {
+        workshop.Windows.Clock.Time += std::chrono::seconds(1);
         if (GetParam().Log) {
             workshop.Windows.Tree.PutFile(LinkLog, *GetParam().Log);
         }

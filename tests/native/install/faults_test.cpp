@@ -80,7 +80,7 @@ std::map<std::wstring, std::string> OutsideTheLibrary(Workshop& workshop) {
     auto files = workshop.Windows.Tree.Snapshot(L"C:\\");
     std::erase_if(files, [](const auto& file) {
         return file.first.starts_with(L"C:\\Manuals") || file.first.starts_with(L"C:\\Vantor") ||
-               file.first.starts_with(L"C:\\man_info") || file.first.starts_with(L"C:\\Program Files\\Vantor\\");
+               file.first.starts_with(L"C:\\man_info") || file.first.starts_with(L"C:\\Program Files\\");
     });
     return files;
 }

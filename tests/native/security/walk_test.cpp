@@ -63,9 +63,11 @@ TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
                                                                           {L"K5", L"F:\\K5"},
                                                                           {L"K6", L"\\\\server\\share\\K6"}}) {
         Record(pubNo, path);
-        windows_.Tree.PutFolder(path);
+        windows_.Tree.PutFolder(path + L"\\contents");
     }
     Record(L"K7", L"C:\\Manuals\\removed");
+    Record(L"K8", L"C:\\Precious");
+    windows_.Tree.PutFile(L"C:\\Precious\\data.txt");
     ListOf(L"C:\\Manuals\\K2") = {{{0, ModifyMask, Users}, 0}};
     ListOf(L"C:\\Manuals\\K3") = {{{1, 0x1, Users}, 0}};
     ListOf(L"C:\\Manuals\\K4") = {{{0, AllMask, Users}, 0}, {{0, AllMask, Administrators}, 0}};
@@ -78,6 +80,7 @@ TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
     EXPECT_TRUE(UsersHoldOnly(L"C:\\Manuals\\K4", ModifyRights, 3)) << "full control is granted again";
     EXPECT_EQ(ListOf(L"C:\\Manuals\\K4").size(), 2u);
     EXPECT_TRUE(ListOf(L"F:\\K5").empty());
+    EXPECT_TRUE(ListOf(L"C:\\Precious").empty()) << "no manual's folder";
     EXPECT_TRUE(ListOf(L"\\\\server\\share\\K6").empty());
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
 }
@@ -85,7 +88,7 @@ TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
 TEST_F(FolderWalk, FolderThatRefusesTheGrantDoesNotStopTheWalk) {
     for (const std::wstring pubNo : {L"K1", L"K2"}) {
         Record(pubNo, L"C:\\Manuals\\" + pubNo);
-        windows_.Tree.PutFolder(L"C:\\Manuals\\" + pubNo);
+        windows_.Tree.PutFolder(L"C:\\Manuals\\" + pubNo + L"\\contents");
     }
     windows_.AccessControl.FailWith = [](const std::string& operation, const std::wstring& object) {
         return operation == "SetList" && object == L"C:\\Manuals\\K1" ? errors::AccessDenied : 0;
@@ -115,6 +118,7 @@ TEST_F(FolderWalk, FollowsAManualIntoItsVariantsFolder) {
         Record(each.PubNo, each.Folder);
         for (const std::wstring& page : each.Pages) {
             windows_.Tree.PutFile(page);
+            windows_.Tree.PutFolder(each.Path + L"\\contents");
         }
     }
     EXPECT_TRUE(SecureInstalledManualFolders(program_));
