@@ -23,7 +23,7 @@ std::int32_t ExtractArchive(Platform& platform, const std::wstring& archivePath,
                             const std::wstring& quotedOutputFolder) {
     constexpr std::int32_t NotCalled = -1;
     try {
-        return platform.Archives.SevenZip(ExtractionCommand(archivePath, quotedOutputFolder));
+        return platform.Archives.SevenZip(ExtractionCommand(archivePath, quotedOutputFolder), platform.FaultLog);
     } catch (const std::exception& error) {
         platform.FaultLog.Trapped("extracting an archive", error);
         return NotCalled;

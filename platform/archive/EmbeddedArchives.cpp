@@ -15,11 +15,15 @@ constexpr std::int32_t Failed = 2;
 constexpr std::int32_t UnknownCommand = 7;
 constexpr std::uint32_t InvalidParameter = 87;
 
+PlatformError UnknownCommandLine(const std::wstring& commandLine) {
+    return {"reading an extraction's command line", commandLine, InvalidParameter};
+}
+
 /// The archive of the command line, looked at by a function that takes its path.
 ArchiveFacts LookAt(const std::wstring& commandLine, const auto& look) {
     const auto command = ParseSevenZipCommand(commandLine);
     if (!command) {
-        throw PlatformError("reading an extraction's command line", commandLine, InvalidParameter);
+        throw UnknownCommandLine(commandLine);
     }
     try {
         return look(command->Archive);
@@ -30,17 +34,21 @@ ArchiveFacts LookAt(const std::wstring& commandLine, const auto& look) {
 
 }  // namespace
 
-std::int32_t EmbeddedArchives::SevenZip(const std::wstring& commandLine) {
+std::int32_t EmbeddedArchives::SevenZip(const std::wstring& commandLine, FaultLog& log) {
+    const auto command = ParseSevenZipCommand(commandLine);
+    if (!command) {
+        log.Trapped("extracting an archive", UnknownCommandLine(commandLine));
+        return UnknownCommand;
+    }
     try {
-        const auto command = ParseSevenZipCommand(commandLine);
-        if (!command) {
-            return UnknownCommand;
-        }
         ExtractArchiveTo(command->Archive, command->OutputFolder, system_, clock_);
         return Done;
-    } catch (const std::exception&) {
-        return Failed;
+    } catch (const BadArchive& fault) {
+        log.Trapped("extracting an archive", fault.In(command->Archive));
+    } catch (const std::exception& error) {
+        log.Trapped("extracting an archive", error);
     }
+    return Failed;
 }
 
 ArchiveFacts EmbeddedArchives::Inspect(const std::wstring& commandLine) {

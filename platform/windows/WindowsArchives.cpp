@@ -70,9 +70,17 @@ bool WindowsArchives::IsAccepted(const std::wstring& commandLine) {
     }
 }
 
-std::int32_t WindowsArchives::SevenZip(const std::wstring& commandLine) {
+std::int32_t WindowsArchives::SevenZip(const std::wstring& commandLine, FaultLog& log) {
     const Entry entry = EntryFor(commandLine);
-    return entry && IsAccepted(commandLine) ? Call(entry, commandLine) : embedded_.SevenZip(commandLine);
+    if (!entry || !IsAccepted(commandLine)) {
+        return embedded_.SevenZip(commandLine, log);
+    }
+    const std::int32_t result = Call(entry, commandLine);
+    if (result != 0) {
+        log.Trapped("extracting an archive",
+                    PlatformError("SevenZip of the library", commandLine, static_cast<std::uint32_t>(result)));
+    }
+    return result;
 }
 
 ArchiveFacts WindowsArchives::Test(const std::wstring& commandLine) {

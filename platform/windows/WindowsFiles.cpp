@@ -74,8 +74,11 @@ DWORD AttributesOf(const std::wstring& path) {
 }
 
 /// Whether a reparse point stands for another object. Others (files kept compressed or in the cloud) are the object.
+/// One whose kind the file system does not tell may lead anywhere.
 bool IsLinkEntry(const WIN32_FIND_DATAW& found) {
-    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && IsReparseTagNameSurrogate(found.dwReserved0);
+    const DWORD kind = found.dwReserved0;
+    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           (kind == 0 || IsReparseTagNameSurrogate(kind));
 }
 
 }  // namespace

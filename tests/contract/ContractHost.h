@@ -34,8 +34,8 @@ class ContractHost {
     /// The disc's RmDir.bat, in a folder with a blank in its name.
     virtual std::wstring RmDirBat() = 0;
     virtual std::wstring CommandThatExitsWith(std::uint32_t code) = 0;
-    /// False where read-only files can be written and replaced all the same, as they can under Wine.
-    virtual bool ProtectsReadOnlyFiles() = 0;
+    /// False under Wine, which lets read-only files be written and replaced, and removes what a link points to.
+    virtual bool IsStrict() = 0;
     /// Holds the file open for reading, as a viewer does, until the result goes.
     virtual std::shared_ptr<void> OpenElsewhere(const std::wstring& path) = 0;
     /// Makes a link to a folder. False where this computer has no way to.

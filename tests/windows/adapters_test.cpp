@@ -86,6 +86,7 @@ TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
     GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
     SetCurrentDirectoryW(scratch.Path().c_str());
     EXPECT_TRUE(Library(LoadLibraryW(L"planted.dll")));
+    SetErrorMode(0);  // the starter's may have been inherited
 
     HardenProcess();
     EXPECT_FALSE(Library(LoadLibraryW(L"planted.dll")));

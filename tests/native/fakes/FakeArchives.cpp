@@ -74,7 +74,7 @@ const FakeArchives::Archive& FakeArchives::Approved(const std::wstring& commandL
     return archive->second;
 }
 
-std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine) {
+std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine, FaultLog& log) {
     if (faults_.Fails("Archives.SevenZip")) {
         return SevenZipFatal;
     }
@@ -86,7 +86,8 @@ std::int32_t FakeArchives::SevenZip(const std::wstring& commandLine) {
         const Archive& archive = Approved(commandLine);
         Extract(archive, ParseSevenZipCommand(commandLine)->OutputFolder);
         return 0;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        log.Trapped("extracting an archive", error);
         return SevenZipFatal;
     }
 }

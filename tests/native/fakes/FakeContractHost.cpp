@@ -30,7 +30,7 @@ class FakeContractHost : public ContractHost {
     std::wstring CommandThatExitsWith(std::uint32_t code) override {
         return L"C:\\Windows\\System32\\cmd.exe /c exit " + std::to_wstring(code);
     }
-    bool ProtectsReadOnlyFiles() override { return true; }
+    bool IsStrict() override { return true; }
     std::shared_ptr<void> OpenElsewhere(const std::wstring& path) override {
         const std::shared_ptr<FileNode> file = windows_.Tree.Find(path);
         ++file->OpenHandles;

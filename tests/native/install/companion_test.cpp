@@ -30,7 +30,7 @@ TEST_P(SetupLog, OfThisRunDecides) {
     workshop.Windows.Processes.On(LinkSetup, [&](const std::wstring&) {
         workshop.Windows.Clock.Time += std::chrono::seconds(1);
         if (GetParam().Log) {
-            workshop.Windows.Tree.PutFile(LinkLog, *GetParam().Log);
+            workshop.Windows.Tree.PutFile(LinkLog, *GetParam().Log).OpenHandles = GetParam().OldLogIsOpen ? 1 : 0;
         }
         return ScriptedEnd{};
     });

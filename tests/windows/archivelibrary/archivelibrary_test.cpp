@@ -20,7 +20,8 @@ constexpr auto LibraryName = L"7-zip32.dll";
 /// Notes what the embedded extractor is asked for.
 class NotedExtractor : public Archives {
   public:
-    std::int32_t SevenZip(const std::wstring& commandLine) override {
+    using Archives::SevenZip;
+    std::int32_t SevenZip(const std::wstring& commandLine, FaultLog&) override {
         CommandLines.push_back(commandLine);
         return 7;
     }
