@@ -2,6 +2,7 @@
 
 #include "app/TextFile.h"
 #include "app/modFile.h"
+#include "platform/FaultLog.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 
@@ -19,7 +20,8 @@ std::wstring LoadAgreementText(const Program& program) {
             for (const std::wstring& line : ReadTextLines(platform, file)) {
                 text += line + L"\r\n";
             }
-        } catch (const PlatformError&) {
+        } catch (const PlatformError& error) {
+            platform.FaultLog.Trapped("reading the terms of use", error);
             return program.KeptTexts.Agreement;
         }
         return text;

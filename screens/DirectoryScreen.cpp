@@ -8,6 +8,7 @@
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "install/modPdf.h"
+#include "platform/FaultLog.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "text/Checked.h"
@@ -120,7 +121,8 @@ double GetUsableFreeSpace(const Program& program, const std::wstring& path) {
         }
         const bool holdsPrograms = ToUpper(drive) == ToUpper(volumes.DriveName(program.Paths.ProgramFilesDir));
         return volumes.FreeBytes(drive + L"\\") - (holdsPrograms ? ProgramDriveReserve : 0);
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped("asking for free space", error);
         return 0;
     }
 }
@@ -128,7 +130,8 @@ double GetUsableFreeSpace(const Program& program, const std::wstring& path) {
 double GetFileSize(Platform& platform, const std::wstring& path) {
     try {
         return platform.Files.Exists(path) ? static_cast<double>(platform.Files.Status(path).Size) : 0;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("asking for a file's size", error);
         return 0;
     }
 }

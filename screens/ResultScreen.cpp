@@ -99,7 +99,7 @@ const std::wstring& StatusTexts::StatusTextForDate(const Installation& run, Date
 }
 
 ResultList::ResultList(Program& program, SpreadForm& form, SpreadGrid& grid)
-    : program_(program), form_(form), grid_(spread_.SpdIni(grid)) {}
+    : program_(program), form_(form), spread_(program.Log), grid_(spread_.SpdIni(grid)) {}
 
 bool ResultList::Load() {
     SetGridHeaders();
@@ -119,7 +119,7 @@ bool ResultList::FillGrid() {
     try {
         const StatusTexts statusTexts(program_);
         spread_.SpdClear(grid_, 0);
-        clsSpread::SplListingStart(form_);
+        spread_.SplListingStart(form_);
         std::int32_t row = 0;
         std::wstring status;
         for (const DiscCatalogueRecord& manual : program_.DiscCatalogue.Records) {
@@ -128,9 +128,10 @@ bool ResultList::FillGrid() {
                 AddRow(++row, manual, status);
             }
         }
-        clsSpread::SplListingEnd(form_);
+        spread_.SplListingEnd(form_);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program_.Log.Trapped("listing the manuals", error);
         return false;
     }
 }

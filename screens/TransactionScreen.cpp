@@ -62,7 +62,8 @@ ExitCode RunMode(Program& program) {
             return RemoveAsked(program);
         }
         return CheckInstalledManuals(program) ? ExitCode::Done : ExitCode::FailedPartWay;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        program.Log.Trapped("the maintenance run", error);
         return ExitCode::FailedPartWay;
     }
 }

@@ -35,10 +35,11 @@ const std::vector<std::pair<const wchar_t*, GridValue>> StandardSettings{
 
 /// A control that rejects something never stops the screen: the operation ends where it is.
 template <typename Operation>
-void Trapped(Operation operation) {
+void Trapped(FaultLog& log, Operation operation) {
     try {
         operation();
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        log.Trapped("working on the list", error);
     }
 }
 
@@ -54,9 +55,9 @@ void SetPicture(SpreadGrid& grid, const std::wstring& file) {
     grid.SetProperty(L"TypePictPicture", file);
 }
 
-void SetReDraw(SpreadForm& form, bool reDraw) {
+void SetReDraw(FaultLog& log, SpreadForm& form, bool reDraw) {
     for (SpreadGrid* grid : form.SpreadGrids()) {
-        Trapped([&] { grid->SetProperty(L"ReDraw", reDraw); });
+        Trapped(log, [&] { grid->SetProperty(L"ReDraw", reDraw); });
     }
 }
 
@@ -65,7 +66,7 @@ void SetReDraw(SpreadForm& form, bool reDraw) {
 std::int16_t clsSpread::SpdIni(SpreadGrid& grid) {
     const std::size_t slot = FreeSlot();
     grids_[slot].Grid = &grid;
-    Trapped([&] {
+    Trapped(log_, [&] {
         grids_[slot].InitialRowHeight = grid.GetProperty(L"RowHeight", 1);
         for (const auto& [name, value] : StandardSettings) {
             grid.SetProperty(name, value);
@@ -87,7 +88,7 @@ void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t co
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped([&] {
+    Trapped(log_, [&] {
         grid.SetProperty(L"Row", row == Default ? 1 : row);
         grid.SetProperty(L"Col", col == Default ? 1 : col);
         grid.SetProperty(L"Row2", row2 == Default ? Number(grid, L"MaxRows") : row2);
@@ -118,7 +119,7 @@ void clsSpread::SpdItemSet(std::int16_t handle, std::int32_t row, std::int32_t c
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped([&] {
+    Trapped(log_, [&] {
         grid.SetProperty(L"Row", row);
         grid.SetProperty(L"Col", col);
         grid.SetProperty(L"BackColor", colourFlag == L"0" ? LightBlue : White);
@@ -141,7 +142,7 @@ void clsSpread::SpdItemRowSet(std::int16_t handle, std::int32_t row, const std::
 std::wstring clsSpread::SpdItemGet(std::int16_t handle, std::int32_t row, std::int32_t col) const {
     std::wstring text;
     if (const RegisteredGrid* registered = Find(handle)) {
-        Trapped([&] { text = registered->Grid->GetText(col, row); });
+        Trapped(log_, [&] { text = registered->Grid->GetText(col, row); });
     }
     return text;
 }
@@ -152,7 +153,7 @@ void clsSpread::SpdMaxRowsChg(std::int16_t handle, std::int32_t rows) {
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped([&] {
+    Trapped(log_, [&] {
         const GridValue headerHeight = grid.GetProperty(L"RowHeight", 0);
         grid.SetProperty(L"MaxRows", rows);
         grid.SetProperty(L"RowHeight", -1, registered->InitialRowHeight);
@@ -167,7 +168,7 @@ void clsSpread::SpdCmboSet(std::int16_t handle, std::int32_t col, const std::wst
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped([&] {
+    Trapped(log_, [&] {
         grid.SetProperty(L"ReDraw", false);
         grid.SetProperty(L"Col", col);
         grid.SetProperty(L"Row", row == Default ? 1 : row);
@@ -181,12 +182,12 @@ void clsSpread::SpdCmboSet(std::int16_t handle, std::int32_t col, const std::wst
     });
 }
 
-void clsSpread::SplListingStart(SpreadForm& form) {
-    SetReDraw(form, false);
+void clsSpread::SplListingStart(SpreadForm& form) const {
+    SetReDraw(log_, form, false);
 }
 
-void clsSpread::SplListingEnd(SpreadForm& form) {
-    SetReDraw(form, true);
+void clsSpread::SplListingEnd(SpreadForm& form) const {
+    SetReDraw(log_, form, true);
 }
 
 std::size_t clsSpread::FreeSlot() {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/FaultLog.h"
 #include "screens/SpreadGrid.h"
 
 namespace mip {
@@ -14,6 +15,9 @@ class clsSpread {
   public:
     /// Stands for the default of a block's bound: the first row or column, the last row or column.
     static constexpr std::int32_t Default = -1;
+
+    /// What a control rejects is said to `log`.
+    explicit clsSpread(FaultLog& log) : log_(log) {}
 
     /// Registers a grid, applies the standard settings and gives its handle. The grid outlives its registration.
     std::int16_t SpdIni(SpreadGrid& grid);
@@ -38,8 +42,8 @@ class clsSpread {
                     std::int32_t row2 = Default);
 
     /// Screens bracket a bulk fill with these two, so that every grid repaints once.
-    static void SplListingStart(SpreadForm& form);
-    static void SplListingEnd(SpreadForm& form);
+    void SplListingStart(SpreadForm& form) const;
+    void SplListingEnd(SpreadForm& form) const;
 
   private:
     struct RegisteredGrid {
@@ -50,6 +54,7 @@ class clsSpread {
     std::size_t FreeSlot();
     const RegisteredGrid* Find(std::int16_t handle) const;
 
+    FaultLog& log_;
     std::vector<RegisteredGrid> grids_{1};  ///< slot 0 is never handed out
 };
 

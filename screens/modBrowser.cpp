@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "platform/Clock.h"
+#include "platform/FaultLog.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 #include "platform/Processes.h"
@@ -56,13 +57,15 @@ bool ShowInBrowser(const Program& program) {
     }
     try {
         browser.Window->Navigate(DriveIndexPage(program));
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Platform.FaultLog.Trapped("sending the browser to the start page", error);
         return false;
     }
     try {
         WaitUntilLoaded(*browser.Window, program.Platform.Clock);
         browser.Window->Show();
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Platform.FaultLog.Trapped("showing the browser", error);
         // The user closed the browser while it was loading.
     }
     return true;
@@ -72,7 +75,8 @@ bool StartViewer(const Program& program, const std::wstring& viewer, const std::
     try {
         program.Platform.Processes.StartVisible(viewer + L" " + page);
         return true;
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Platform.FaultLog.Trapped("starting the viewer", error);
         return false;
     }
 }
@@ -87,12 +91,14 @@ FoundBrowser GetBrowserWindow(const Program& program) {
                 return {std::move(window.Window), 1};
             }
         }
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Platform.FaultLog.Trapped("looking through the open windows", error);
         // A shell without a collection of windows has none to reuse.
     }
     try {
         return {browsers.StartBrowser(), 0};
-    } catch (const PlatformError&) {
+    } catch (const PlatformError& error) {
+        program.Platform.FaultLog.Trapped("starting a browser", error);
         return {};
     }
 }

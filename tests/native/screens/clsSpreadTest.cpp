@@ -49,7 +49,7 @@ class SpreadTest : public testing::Test {
     }
 
     GridModel grid_{3, 3};
-    clsSpread spread_;
+    clsSpread spread_{NoFaultLog::Instance()};
     std::int16_t handle_ = spread_.SpdIni(grid_);
 };
 
@@ -82,7 +82,7 @@ TEST_F(SpreadTest, ClearingABlockLeavesTheRest) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.Name);
         GridModel grid(3, 3);
-        clsSpread spread;
+        clsSpread spread(NoFaultLog::Instance());
         const std::int16_t handle = spread.SpdIni(grid);
         for (std::int32_t row = 1; row <= 3; ++row) {
             spread.SpdItemRowSet(handle, row, L"1", {L"a", L"b", L"c"});
@@ -141,11 +141,11 @@ TEST_F(SpreadTest, ABulkFillIsDrawnOnce) {
     } form(grid_);
     int drawn = 0;
     grid_.OnChange([&] { ++drawn; });
-    clsSpread::SplListingStart(form);
+    spread_.SplListingStart(form);
     spread_.SpdMaxRowsChg(handle_, 10);
     spread_.SpdItemRowSet(handle_, 10, L"0", {L"x", L"y", L"z"});
     EXPECT_EQ(drawn, 0);
-    clsSpread::SplListingEnd(form);
+    spread_.SplListingEnd(form);
     EXPECT_EQ(drawn, 1);
 }
 
