@@ -170,6 +170,17 @@ std::wstring GridModel::GetText(std::int32_t col, std::int32_t row) const {
                       : ListItem(std::get<std::wstring>(CellProperty(col, row, L"TypeComboBoxList")), chosen);
 }
 
+std::wstring GridModel::AllText() const {
+    std::wstring text;
+    for (std::int32_t row = 0; row <= Rows(); ++row) {
+        for (std::int32_t col = 1; col <= Cols(); ++col) {
+            text += (col == 1 ? L"" : L"\t") + GetText(col, row);
+        }
+        text += L"\r\n";
+    }
+    return text;
+}
+
 void GridModel::SetActiveRow(std::int32_t row) {
     activeRow_ = std::clamp(row, std::min(1, Rows()), Rows());
     Changed();

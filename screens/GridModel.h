@@ -31,6 +31,9 @@ class GridModel final : public SpreadGrid {
     void SetText(std::int32_t col, std::int32_t row, const GridValue& value) override;
     std::wstring GetText(std::int32_t col, std::int32_t row) const override;
 
+    /// The header and the rows, a line for each and a tab between columns.
+    std::wstring AllText() const;
+
     std::int32_t Rows() const { return Number(L"MaxRows"); }
     std::int32_t Cols() const { return Number(L"MaxCols"); }
     std::int32_t ActiveRow() const { return activeRow_; }

@@ -148,6 +148,15 @@ bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& m
     return !program.Outcome.ResultKind && manual.InstallFlag == Yes && manual.DoneFlag == Yes;
 }
 
+std::wstring TextToCopy(const Program& program, const GridModel& list) {
+    const OutcomeTexts outcome = GetOutcomeTexts(program);
+    std::wstring text = outcome.Message + L"\r\n" + outcome.SubMessage + L"\r\n\r\n";
+    if (list.Rows() > 0) {
+        text += list.AllText() + L"\r\n";
+    }
+    return text + program.Log.Text();
+}
+
 bool MayOfferDesktopShortcut(const Program& program) {
     Files& files = program.Platform.Files;
     return program.Settings.ShortcutIconFlag != 0 && files.Exists(ManagerProgram(program)) &&

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/Program.h"
+#include "screens/GridModel.h"
 #include "screens/clsSpread.h"
 
 namespace mip {
@@ -63,6 +64,9 @@ class ResultList {
 
 /// True for a manual that this run installed although the run as a whole failed; such rows are coloured.
 bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& manual);
+
+/// What the user can pass on to somebody who helps: the outcome, the list, and the log's lines.
+std::wstring TextToCopy(const Program& program, const GridModel& list);
 
 /// True when the result screen offers a shortcut to the manager program on the desktop.
 bool MayOfferDesktopShortcut(const Program& program);

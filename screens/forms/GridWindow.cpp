@@ -1,7 +1,6 @@
 #include "screens/forms/GridWindow.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace mip {
 
@@ -49,7 +48,7 @@ LRESULT GridWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(font_);
         case WM_GETTEXTLENGTH:
-            return static_cast<LRESULT>(AllText().size());
+            return static_cast<LRESULT>(model_.AllText().size());
         case WM_GETTEXT:
             return GiveText(wParam, lParam);
         case WM_GETDLGCODE:
@@ -187,11 +186,6 @@ void GridWindow::OnKey(WPARAM key) {
             return Scroll(SB_HORZ, SB_LINELEFT);
         case VK_RIGHT:
             return Scroll(SB_HORZ, SB_LINERIGHT);
-        case 'C':
-            if (GetKeyState(VK_CONTROL) < 0) {
-                CopyActiveRow();
-            }
-            return;
         default:
             return;
     }
@@ -209,45 +203,11 @@ void GridWindow::OnClick(int y) {
     }
 }
 
-void GridWindow::CopyActiveRow() const {
-    if (model_.ActiveRow() == 0 || OpenClipboard(window_) == 0) {
-        return;
-    }
-    const std::wstring text = RowText(model_.ActiveRow());
-    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-    if (memory != nullptr) {
-        std::memcpy(GlobalLock(memory), text.c_str(), bytes);
-        GlobalUnlock(memory);
-        EmptyClipboard();
-        if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) {
-            GlobalFree(memory);
-        }
-    }
-    CloseClipboard();
-}
-
-std::wstring GridWindow::RowText(std::int32_t row) const {
-    std::wstring text;
-    for (std::int32_t col = 1; col <= model_.Cols(); ++col) {
-        text += (col == 1 ? L"" : L"\t") + model_.GetText(col, row);
-    }
-    return text;
-}
-
-std::wstring GridWindow::AllText() const {
-    std::wstring text;
-    for (std::int32_t row = 0; row <= model_.Rows(); ++row) {
-        text += RowText(row) + L"\r\n";
-    }
-    return text;
-}
-
 LRESULT GridWindow::GiveText(WPARAM capacity, LPARAM buffer) const {
     if (capacity == 0) {
         return 0;
     }
-    const std::wstring text = AllText();
+    const std::wstring text = model_.AllText();
     auto* target = reinterpret_cast<wchar_t*>(buffer);
     const std::size_t length = text.copy(target, capacity - 1);
     target[length] = L'\0';

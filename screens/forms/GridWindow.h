@@ -44,9 +44,6 @@ class GridWindow {
     void OnWheel(int turn);
     void OnKey(WPARAM key);
     void OnClick(int y);
-    void CopyActiveRow() const;
-    std::wstring RowText(std::int32_t row) const;
-    std::wstring AllText() const;
     LRESULT GiveText(WPARAM capacity, LPARAM buffer) const;
 
     RECT Client() const;

@@ -4,6 +4,7 @@
 
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
+#include "screens/forms/Clipboard.h"
 #include "screens/forms/ControlIds.h"
 
 namespace mip {
@@ -29,6 +30,14 @@ LRESULT CALLBACK MoveOnWithEnter(HWND window, UINT message, WPARAM wParam, LPARA
     return DefSubclassProc(window, message, wParam, lParam);
 }
 
+LRESULT CALLBACK CopyWithCtrlC(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+    if (message == WM_KEYDOWN && wParam == 'C' && GetKeyState(VK_CONTROL) < 0) {
+        SendMessageW(GetParent(window), WM_COPY, 0, 0);
+        return 0;
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
 }  // namespace
 
 void frmResult::OnLoad() {
@@ -40,6 +49,9 @@ void frmResult::OnLoad() {
     AddLegend();
     AddShortcutChoice();
     AddFooterButton(ids::B_OK, GetMessageText(Program(), messages::Ok), true);
+    for (const int control : {ids::vaSpread, ids::C_Shortcut, ids::B_OK}) {
+        SetWindowSubclass(Item(control), CopyWithCtrlC, 1, 0);
+    }
     Finish(720);
 }
 
@@ -133,6 +145,14 @@ void frmResult::OnCommand(int control, int notification) {
     if (control == ids::B_OK && notification == BN_CLICKED) {
         End();
     }
+}
+
+std::optional<LRESULT> frmResult::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_COPY) {
+        return Form::OnMessage(message, wParam, lParam);
+    }
+    PutOnClipboard(Window(), TextToCopy(Program(), grid_.Model()));
+    return 0;
 }
 
 void frmResult::End() {

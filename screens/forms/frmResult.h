@@ -16,6 +16,8 @@ class frmResult final : public Form, private SpreadForm {
     void OnShown() override;
     void OnCommand(int control, int notification) override;
     void OnClose() override { End(); }
+    /// Ctrl+C in any control arrives as WM_COPY.
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     int Arrange(int left, int top, int width) override;
     void Paint(HDC dc, const Palette& colours) override;
 

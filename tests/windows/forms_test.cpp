@@ -210,6 +210,36 @@ TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
     }
 }
 
+std::wstring ClipboardText(HWND reader) {
+    std::wstring text;
+    if (OpenClipboard(reader) != 0) {
+        if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+            text = static_cast<const wchar_t*>(GlobalLock(data));
+            GlobalUnlock(data);
+        }
+        CloseClipboard();
+    }
+    return text;
+}
+
+TEST_F(FormsTest, CtrlCCopiesTheResultWhereverTheFocusIs) {
+    FillDisc();
+    const auto form = Open<frmResult>();
+    BYTE keys[256]{};
+    for (const int control : {ids::B_OK, ids::vaSpread}) {
+        for (const bool held : {false, true}) {
+            program_.Outcome.ResultMessage = std::to_wstring(control) + (held ? L" copied" : L" typed");
+            keys[VK_CONTROL] = held ? 0x80 : 0;
+            SetKeyboardState(keys);
+            SendMessageW(GetDlgItem(form->Window(), control), WM_KEYDOWN, 'C', 1);
+            EXPECT_EQ(ClipboardText(form->Window()).starts_with(program_.Outcome.ResultMessage), held) << control;
+        }
+    }
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    EXPECT_NE(ClipboardText(form->Window()).find(L"Talis 2.0 Hybrid\t2019\tEN\tK1210MM\t12\t"), std::wstring::npos);
+}
+
 TEST_F(FormsTest, TheResultScreenIsFinishedOnceHoweverOftenItIsClosed) {
     windows_.Tree.PutFile(program_.Paths.UnZipTempPath + L"\\rest.html");
     program_.Outcome.ManualsRecorded = 1;

@@ -111,6 +111,21 @@ TEST_F(ResultScreenTest, TheOutcomeIsAFailureAsSoonAsOneTextIsSet) {
     EXPECT_EQ(GetOutcomeTexts(program_), (OutcomeTexts{false, L"", L"what now"}));
 }
 
+TEST_F(ResultScreenTest, TheCopyHoldsTheOutcomeTheListAndTheLog) {
+    program_.Log.Write(L"copy", L"K1", L"failed");
+    program_.Outcome.ResultMessage = L"what happened";
+    program_.Outcome.ResultSubMessage = L"what now";
+    EXPECT_EQ(TextToCopy(program_, grid_), L"what happened\r\nwhat now\r\n\r\n" + program_.Log.Text());
+    AddManual(L"K1").Version = L"3";
+    Load();
+    EXPECT_EQ(TextToCopy(program_, grid_),
+              L"what happened\r\nwhat now\r\n\r\n"
+              L"message 35\tmessage 37\tmessage 38\tmessage 68\tmessage 69\tmessage 55\r\n"
+              L"\t\t\tK1\t3\tmessage 52\r\n\r\n" +
+                  program_.Log.Text());
+    EXPECT_NE(program_.Log.Text().find(L"copy\tK1\tfailed\r\n"), std::wstring::npos);
+}
+
 TEST_F(ResultScreenTest, StatusByDateComparesToTheSecond) {
     using namespace std::chrono_literals;
     const StatusTexts texts(program_);
