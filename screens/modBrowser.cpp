@@ -65,8 +65,8 @@ bool ShowInBrowser(const Program& program) {
         WaitUntilLoaded(*browser.Window, program.Platform.Clock);
         browser.Window->Show();
     } catch (const PlatformError& error) {
-        program.Platform.FaultLog.Trapped("showing the browser", error);
         // The user closed the browser while it was loading.
+        program.Platform.FaultLog.Trapped("showing the browser", error);
     }
     return true;
 }
@@ -92,8 +92,8 @@ FoundBrowser GetBrowserWindow(const Program& program) {
             }
         }
     } catch (const PlatformError& error) {
-        program.Platform.FaultLog.Trapped("looking through the open windows", error);
         // A shell without a collection of windows has none to reuse.
+        program.Platform.FaultLog.Trapped("looking through the open windows", error);
     }
     try {
         return {browsers.StartBrowser(), 0};
