@@ -80,15 +80,22 @@ bool IsFile(const std::wstring& path) {
     return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
+/// The program is named to the system, which then searches for no other. Where the command line names it with a blank
+/// and no quotes, it is quoted as the system does after a search: a program takes its arguments apart at the blanks.
 StartedProcess Start(const std::wstring& commandLine, WORD showCommand, DWORD batchFlags) {
     const std::optional<ProgramCall> call = FindProgram(commandLine, IsFile);
-    if (call && IsBatchFile(call->Program)) {
-        if (!AreBatchArguments(call->Arguments)) {
-            throw PlatformError("CreateProcess", commandLine, errors::InvalidName);
-        }
-        return StartBatch(L"\"" + call->Program + L"\"" + call->Arguments, showCommand, batchFlags);
+    if (!call) {
+        return CreateProcessFor(nullptr, commandLine, showCommand, 0);
     }
-    return CreateProcessFor(call ? call->Program.c_str() : nullptr, commandLine, showCommand, 0);
+    const std::wstring quoted = L"\"" + call->Program + L"\"" + call->Arguments;
+    if (!IsBatchFile(call->Program)) {
+        const bool needsQuotes = !commandLine.starts_with(L'"') && call->Program.find(L' ') != std::wstring::npos;
+        return CreateProcessFor(call->Program.c_str(), needsQuotes ? quoted : commandLine, showCommand, 0);
+    }
+    if (!AreBatchArguments(call->Arguments)) {
+        throw PlatformError("CreateProcess", commandLine, errors::InvalidName);
+    }
+    return StartBatch(quoted, showCommand, batchFlags);
 }
 
 }  // namespace

@@ -33,6 +33,12 @@ std::wstring Succeeded() {
     return Message(64) + L"\n" + Message(65);
 }
 
+/// Another program has the manual of this name open.
+std::wstring InUseTexts(const std::wstring& name) {
+    std::wstring text = Message(101);
+    return text.replace(text.find(L'@'), 1, name) + L"\n" + Message(24);
+}
+
 /// Holds a file open as a program does that shares it with nobody.
 FileHandle HoldAlone(const std::wstring& path) {
     FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -139,7 +145,7 @@ TEST(Failures, ANewManualThatFailsIsNotRecorded) {
         const FileHandle lock = HoldAlone(pdf);
         const WorkshopUser user;
         user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
+        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"All models  K8040PD"));
         EXPECT_EQ(user.Leave(), 4U);
     }
     EXPECT_EQ(ReadCatalogue(), rows);
@@ -196,7 +202,7 @@ TEST(Failures, AManualThatIsOpenElsewhereStaysAsItIs) {
     {
         const FileHandle lock = HoldAlone(FolderOf(Brescot) + L"\\contents\\index.html");
         user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
+        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"Brescot  K3420MM"));
     }
     EXPECT_EQ(ReadCatalogue(), rows);
     EXPECT_TRUE(FilesBelow(Manuals) == installed);
@@ -205,7 +211,7 @@ TEST(Failures, AManualThatIsOpenElsewhereStaysAsItIs) {
     {
         const FileHandle lock = HoldAlone(FolderOf(Ondari) + L"\\contents\\index.html");
         user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(83));
+        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"Ondari  K4710MM"));
     }
     EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
     EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
