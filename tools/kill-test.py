@@ -266,9 +266,9 @@ def faults_after_repair(work, computer, status):
         faults.append("the catalogue's tables are not those of a whole run")
     fixed = [{path: "" if path.endswith(VARYING) else digest for path, digest in files.items()}
              for files in (reference["files"], computer_files(work, computer))]
-    for name, mode in access(computer).items():
-        if mode != reference["access"].get(name, mode):
-            faults.append(f"{name} is open to others than after a whole run: {mode}, not {reference['access'][name]}")
+    closed = [name for name, mode in access(computer).items() if mode != reference["access"].get(name, mode)]
+    if closed:
+        faults.append(f"other access than after a whole run: {', '.join(sorted(closed))}")
     found = differences(*fixed)
     return faults + ([f"compared with a whole run {found}"] if found else [])
 
@@ -494,4 +494,7 @@ def main(command, work, *arguments):
 if __name__ == "__main__":
     if len(sys.argv) < 3 or sys.argv[1] not in ("prepare", "reference", "round", "check"):
         sys.exit(__doc__)
-    sys.exit(main(*sys.argv[1:]))
+    try:
+        sys.exit(main(*sys.argv[1:]))
+    except KeyboardInterrupt:
+        sys.exit(130)

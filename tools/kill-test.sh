@@ -50,6 +50,7 @@ one_round() {
         on_computer "round-$number" round "$work" "$number" "$seed" "$attempt" || status=$?
         [ $status -eq 75 ] || break
     done
+    [ $status -ne 130 ] || return 0  # interrupted
     if [ $status -eq 0 ]; then
         rm -rf "$work/round-$number" "$work/round-$number.lock"
     else
@@ -59,10 +60,22 @@ one_round() {
     echo "$status" >"$work/status-$number"
 }
 
+# What has failed is kept, also when the rest is interrupted.
+close_test() {
+    local lock
+    for lock in "$work"/*.lock; do
+        flock -w 30 "$lock" true || true  # a session holds it until it has ended
+    done
+    cat "$work"/status-* 2>/dev/null | grep -qvx 0 || rm -rf "$work"
+}
+
 work=$(mktemp -d "${TMPDIR:-/tmp}/mip-kill.XXXXXX")
+trap close_test EXIT
+trap 'exit 130' INT TERM
 prepare
 say "A whole run, to compare with"
-on_computer reference reference "$work" || die "the whole run is not in order; it is kept in $work/reference"
+on_computer reference reference "$work" ||
+    { echo 1 >"$work/status-reference"; die "the whole run is not in order; it is kept in $work/reference"; }
 echo "seed $seed, $(cat "$work/reference.txt")"
 
 export work root seed
@@ -73,4 +86,3 @@ repaired=$(cat "$work"/status-* | grep -cx 0 || true)
 kills=$(find "$work" -maxdepth 1 -name 'killed-*' | wc -l)
 echo "$kills kills, $repaired repaired"
 [ "$repaired" -eq "$rounds" ] || { echo "What failed is kept in $work"; exit 1; }
-rm -rf "$work"
