@@ -16,6 +16,7 @@
 #include "install/modUnZip.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "security/modAcl.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -55,6 +56,7 @@ bool ManualWorker::InstallAllManuals() {
     const std::wstring lastRoot = RootBeside(program_, GetLastInstallPath(program_));
     run.InstallPath = lastRoot.empty() ? program_.Paths.InstallDir : lastRoot;
 
+    RemoveLeftovers();
     bool succeeded = true;
     for (run.CurrentManual = 1; run.CurrentManual <= program_.DiscCatalogue.LastIndex();
          run.CurrentManual = Add16(run.CurrentManual, 1)) {
@@ -67,6 +69,14 @@ bool ManualWorker::InstallAllManuals() {
     view_.SetManual(L"");
     ResetBars();
     return succeeded;
+}
+
+/// What an interrupted run has left in the temporary folder goes even when this one has nothing to install.
+void ManualWorker::RemoveLeftovers() {
+    const std::wstring& temporary = program_.Paths.UnZipTempPath;
+    if (program_.Platform.Folders.Exists(temporary)) {
+        (void)RemoveFolder(program_, temporary);
+    }
 }
 
 bool ManualWorker::InstallSelected() {
@@ -241,6 +251,8 @@ void ManualWorker::ExtractAndCopyManual() {
     }
     Manual().InstalledPath = JoinPath(program_.Installation.InstallPath, topLevelFolders.back());
     NoteNewFolder(Manual().InstalledPath);
+    MakeFolderPath(program_.Platform, Manual().InstalledPath);
+    OpenNewFolder();
     CopyExtractedManual();
 }
 
@@ -269,6 +281,7 @@ void ManualWorker::CopyPdfManual() {
     NoteNewFolder(folder);
     MakeManualFolder(GetParentFolder(folder));
     MakeManualFolder(folder);
+    OpenNewFolder();
     const auto repaint = [this](std::int32_t) { view_.Repaint(); };
     if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, 0, Manual().SourcePath, folder, repaint) == -1) {
         throw Failure(messages::ManualFailed, "the files could not be copied");
@@ -292,6 +305,16 @@ void ManualWorker::NoteNewFolder(const std::wstring& folder) {
     }
     if (!folders.Exists(folder)) {
         program_.Installation.MadeFolders.push_back(folder);
+    }
+}
+
+/// Opens a new manual's folder to local users while it is empty: its files inherit that, and no run that ends early
+/// leaves a recorded manual that they cannot use.
+void ManualWorker::OpenNewFolder() {
+    const std::wstring& folder = Manual().InstalledPath;
+    if (IsNtfsVolume(program_.Platform, folder) && MayTouchFolder(program_, folder)) {
+        // The result screen's button tries again.
+        (void)GrantModifyToUsers(program_, folder);
     }
 }
 

@@ -33,6 +33,7 @@ class ManualWorker {
     void CopyPlainManual();
     bool RemoveOlderEdition(std::int16_t manualIndex);
 
+    void RemoveLeftovers();
     void EmptyTemporaryFolder();
     void ChooseRoot();
     void AskForRoot();
@@ -42,6 +43,7 @@ class ManualWorker {
     void MarkEdition(const std::wstring& pubNo);
     void RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder);
     void NoteNewFolder(const std::wstring& folder);
+    void OpenNewFolder();
     void CopyExtractedManual();
     CopyProgress CopyBarProgress();
     void MakeManualFolder(const std::wstring& folder);

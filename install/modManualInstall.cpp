@@ -93,6 +93,8 @@ bool InstallationDriver::StepManagerProgram() {
     const std::wstring setupPath = FindManagerSetup();
     if (IsManagerUpToDate(setupPath)) {
         program_.Log.Write(L"manager", L"", L"up to date");
+        // A run may have ended between the setup and the stamp.
+        StampManagerVersion();
         WaitSeconds(program_.Platform.Clock, 1);
     } else {
         const bool installed = InstallManagerProgram(program_, setupPath);
@@ -136,8 +138,11 @@ void InstallationDriver::StampManagerVersion() {
     }
     const auto& [first, second, third, fourth] = *version;
     (void)third;  // the manager's version is known to its users without it
-    const bool written = WriteVersionStamp(
-        program_, std::to_wstring(first) + L"." + std::to_wstring(second) + L"." + std::to_wstring(fourth));
+    const std::wstring text = std::to_wstring(first) + L"." + std::to_wstring(second) + L"." + std::to_wstring(fourth);
+    if (IsVersionStamped(program_, text)) {
+        return;
+    }
+    const bool written = WriteVersionStamp(program_, text);
     program_.Log.Write(L"version stamp", L"", written ? L"written" : L"not written");
 }
 

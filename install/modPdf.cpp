@@ -38,6 +38,15 @@ std::wstring StampText(const std::wstring& version, const std::wstring& pdfFileN
     return text;
 }
 
+std::wstring StampPath(const Program& program) {
+    return program.Paths.InstallDir + L"\\mam_man.fdf";
+}
+
+std::string StampBytes(const Program& program, const std::wstring& version) {
+    return program.Platform.Computer.ToSystemCodePage(
+        StampText(version, GetMessageText(program, messages::PdfFileName)));
+}
+
 void ClearReadOnly(Files& files, const std::wstring& path) {
     if (files.Exists(path) && (files.Status(path).Attributes & attributes::ReadOnly) != 0) {
         files.SetAttributes(path, attributes::Normal);
@@ -63,12 +72,21 @@ bool RootedManualPdfExists(const Program& program, const std::wstring& manualFol
     return program.Platform.Files.Exists(GetRootedManualPdfPath(program, manualFolder, pdfName));
 }
 
+bool IsVersionStamped(const Program& program, const std::wstring& version) {
+    const std::wstring path = StampPath(program);
+    try {
+        return program.Platform.Files.Exists(path) && program.Platform.Files.Read(path) == StampBytes(program, version);
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped("reading the version stamp", error);
+        return false;
+    }
+}
+
 bool WriteVersionStamp(Program& program, const std::wstring& version) {
     try {
-        const std::wstring path = program.Paths.InstallDir + L"\\mam_man.fdf";
+        const std::wstring path = StampPath(program);
         ClearReadOnly(program.Platform.Files, path);
-        const std::wstring text = StampText(version, GetMessageText(program, messages::PdfFileName));
-        program.Platform.Files.Write(path, program.Platform.Computer.ToSystemCodePage(text));
+        program.Platform.Files.Write(path, StampBytes(program, version));
         return GrantFullAccess(program, path);
     } catch (const std::exception& error) {
         program.Log.Trapped("writing the version stamp", error);
