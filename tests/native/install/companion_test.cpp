@@ -122,6 +122,12 @@ TEST(Companions, ManagerIsSetUpOnlyWhenOlderAndThenStamped) {
     EXPECT_EQ(workshop.Windows.Tree.BytesOf(L"C:\\Vantor\\mam_man.fdf"),
               "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
               "/F (./message 60) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
+
+    workshop.Windows.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified += std::chrono::hours(1);
+    workshop.Windows.Tree.Erase(L"C:\\Vantor\\mam_man.fdf");
+    ASSERT_TRUE(workshop.Install());
+    EXPECT_FALSE(workshop.Run.Outcome.ManagerInstalled);
+    EXPECT_TRUE(workshop.Windows.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf")) << "a run ended before it was written";
 }
 
 TEST(Companions, UserMayGoOnWithoutAProgramThatFailed) {

@@ -47,8 +47,13 @@ TEST(Installation, InstallsUpdatesAndReplacesEveryManualOfTheDisc) {
     EXPECT_EQ(workshop.Run.Outcome.ResultMessage, L"");
     EXPECT_EQ(workshop.Run.Outcome.ExitCode, static_cast<std::uint32_t>(ExitCode::Done));
 
+    for (const wchar_t* made : {L"C:\\Manuals\\AAAA1MM", L"C:\\Manuals\\DDDD1MM"}) {
+        EXPECT_FALSE(workshop.Windows.AccessControl.ListOf(made).empty()) << "open before it is recorded";
+    }
+
     const auto before = workshop.Windows.Tree.Snapshot(L"C:\\Manuals");
     ASSERT_TRUE(workshop.Install()) << "a second run";
+    EXPECT_FALSE(workshop.Windows.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp")) << "left by the first";
     EXPECT_EQ(workshop.Run.Outcome.ManualsRecorded, 0);
     EXPECT_EQ(workshop.Windows.Tree.Snapshot(L"C:\\Manuals"), before);
 }
