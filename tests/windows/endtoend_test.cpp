@@ -21,6 +21,10 @@ void ExpectInstalled() {
         versions[pubNo] = row.Version;
         const bool isPdf = pubNo == L"K8040PD";
         EXPECT_TRUE(Exists(row.Path + (isPdf ? L"\\contents\\K8040PD.pdf" : L"\\contents\\index.html")));
+        const std::wstring folder = row.Path.substr(row.Path.rfind(L'\\') + 1);
+        EXPECT_EQ(row.Path, std::wstring(Manuals) + L'\\' + folder);
+        EXPECT_TRUE(!Exists(L"D:\\" + folder) || IsDiscEdition(row.Path, folder))
+            << std::string(pubNo.begin(), pubNo.end());
     }
     EXPECT_EQ(versions, (std::map<std::wstring, std::wstring>{{L"K1211MM", L"1"},
                                                               {L"K1220WJ", L"1"},
