@@ -405,10 +405,16 @@ def wait_for_rest(computer):
     """Until what the program has started has ended. Several looks: a process has its command line a moment later."""
     deadline = time.monotonic() + 60
     quiet = 0
+    cut_off = set()
     while quiet < 4:
         running = [word for word in ("ManualInstall.exe", "cmd.exe", "setup.exe") if processes_with(computer, word)]
         quiet = 0 if running else quiet + 1
-        if time.monotonic() > deadline:
+        if time.monotonic() > deadline and running == ["setup.exe"] and not cut_off:
+            # Its parent went while it was being started: such a process never runs, and nobody waits for it.
+            cut_off = processes_with(computer, "setup.exe")
+            kill(cut_off)
+            deadline += 10
+        elif time.monotonic() > deadline:
             sys.exit(f"{running} does not end")
         time.sleep(0.1)
 
