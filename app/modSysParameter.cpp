@@ -29,12 +29,15 @@ std::wstring ReadValue(Platform& platform, const std::wstring& file, const std::
     }
 }
 
-std::wstring ReadMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key) {
-    const std::wstring file = MessageFile(program, program.Identity.LanguageCode);
-    if (program.Platform.Files.Exists(file)) {
-        return ReadValue(program.Platform, file, section, key);
+/// The message file of the language, or the English one; "" when neither is there.
+std::wstring FindMessageFile(const Program& program) {
+    for (const std::wstring& language : {program.Identity.LanguageCode, std::wstring(L"09")}) {
+        const std::wstring file = MessageFile(program, language);
+        if (program.Platform.Files.Exists(file)) {
+            return file;
+        }
     }
-    return GetProfileValue(program.Platform, MessageFile(program, L"09"), section, key);
+    return {};
 }
 
 std::wstring MessageKey(std::int16_t number) {
@@ -72,7 +75,8 @@ std::wstring GetSystemParameter(const Program& program, const std::wstring& key,
 }
 
 std::wstring GetMessageIniValue(const Program& program, const std::wstring& section, const std::wstring& key) {
-    std::wstring value = ReadMessageIniValue(program, section, key);
+    const std::wstring file = FindMessageFile(program);
+    std::wstring value = file.empty() ? L"" : ReadValue(program.Platform, file, section, key);
     if (value.empty() && section == MessageSection) {
         const auto kept = program.KeptTexts.Messages.find(key);
         value = kept == program.KeptTexts.Messages.end() ? L"" : kept->second;
@@ -81,9 +85,10 @@ std::wstring GetMessageIniValue(const Program& program, const std::wstring& sect
 }
 
 void KeepMessageTexts(Program& program) {
-    for (std::int16_t number = 1; number <= messages::Last; ++number) {
+    const std::wstring file = FindMessageFile(program);
+    for (std::int16_t number = 1; !file.empty() && number <= messages::Last; ++number) {
         const std::wstring key = MessageKey(number);
-        program.KeptTexts.Messages[key] = ReadMessageIniValue(program, MessageSection, key);
+        program.KeptTexts.Messages[key] = ReadValue(program.Platform, file, MessageSection, key);
     }
 }
 
