@@ -5,9 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Program;
+
+/// The program's name, the title of boxes that are shown before there are message files.
+inline constexpr wchar_t ProgramTitle[] = L"Manual Install Program";
 
 /// The numbered texts of the language files, by what they say. disc/README.md tells where each is used.
 namespace messages {

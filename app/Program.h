@@ -1,23 +1,23 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "app/CommandLine.h"
 #include "app/RunBoxes.h"
 #include "app/RunLog.h"
-#include "catalogue/DiscCatalogue.h"
-#include "catalogue/InstalledRecord.h"
-#include "catalogue/ModelOrder.h"
-#include "catalogue/clsMDB.h"
-#include "platform/Clock.h"
+#include "app/Switches.h"
+#include "app/DiscCatalogue.h"
+#include "app/ExitCode.h"
+#include "app/InstalledRecord.h"
+#include "app/ModelOrder.h"
 #include "platform/Platform.h"
 
 namespace mip {
+
+class clsMDB;
 
 /// The settings of SysDir\SysParameter.ini.
 struct Settings {
@@ -65,7 +65,7 @@ struct Outcome {
     bool ManagerInstalled = false;  ///< the manager program's setup ran in this run
     int ManualsRecorded = 0;        ///< manuals recorded in this run
     bool RunFinished = false;       ///< an installation run has ended since the program started
-    std::uint32_t ExitCode = 0;     ///< what the process ends with, see app/ExitCode.h
+    mip::ExitCode ExitCode = ExitCode::Done;
 };
 
 /// The installation run's own values.
@@ -114,7 +114,7 @@ struct Program {
     mip::KeptTexts KeptTexts;
     std::vector<std::wstring> ProcessNames;  ///< entry 0 is "", the running processes from 1
 
-    std::unique_ptr<clsMDB> CatalogDb;
+    std::shared_ptr<clsMDB> CatalogDb;  ///< null while no catalogue is open; the program is its one owner
     mip::DiscCatalogue DiscCatalogue;
     mip::ModelOrderList ModelOrder;
     InstalledRecord Installed;  ///< the installed-record fields, overwritten by every look-up

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "app/CommandLine.h"
+#include "app/Switches.h"
 #include "app/RunLog.h"
 #include "platform/MessageBoxes.h"
 

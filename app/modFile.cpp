@@ -1,13 +1,11 @@
 #include "app/modFile.h"
 
 #include "app/Program.h"
-#include "install/modShell.h"
+#include "app/modShell.h"
 #include "platform/Clock.h"
 #include "platform/Computer.h"
 #include "platform/Files.h"
-#include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
-#include "security/modAcl.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -26,17 +24,7 @@ void RemoveForced(Platform& platform, const std::wstring& file) {
     platform.Files.Remove(file);
 }
 
-/// Gives other programs (a virus scanner, the system's own services) time with a file between two steps.
-void PauseBetweenSteps(Platform& platform) {
-    PauseSeconds(platform.Clock, 1);
-    platform.Clock.YieldToMessages();
-}
-
 }  // namespace
-
-std::wstring QuoteSql(std::wstring_view value) {
-    return L"'" + ReplaceAll(value, L"'", L"''") + L"'";
-}
 
 std::wstring GetLoginUserName(Platform& platform) {
     try {
@@ -143,25 +131,6 @@ void CopyFileReplacing(Platform& platform, const std::wstring& source, const std
 void CopyOverExisting(Platform& platform, const std::wstring& source, const std::wstring& destination) {
     RemoveForced(platform, destination);
     platform.Files.CopyToNew(source, destination);
-}
-
-void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination) {
-    Platform& platform = program.Platform;
-    if (platform.Files.Exists(destination)) {
-        RemoveForced(platform, destination);
-        PauseBetweenSteps(platform);
-    }
-    platform.Files.CopyToNew(source, destination);
-    PauseBetweenSteps(platform);
-    platform.Files.SetAttributes(destination, attributes::Normal);
-    PauseBetweenSteps(platform);
-    if (!GrantFullAccess(program, destination)) {
-        ShowAccessError(program, destination);
-    }
-}
-
-void ShowAccessError(Program& program, const std::wstring& file) {
-    program.Platform.MessageBoxes.Show(L"Set Access Error = " + file, boxes::Ok, L"");
 }
 
 void DeleteFileForced(Platform& platform, const std::wstring& file) {

@@ -9,8 +9,6 @@ namespace mip {
 
 struct Program;
 
-/// A SQL string literal: quoted, every apostrophe doubled.
-std::wstring QuoteSql(std::wstring_view value);
 /// The current user's log-on name, "" when it cannot be had.
 std::wstring GetLoginUserName(Platform& platform);
 /// Removes every occurrence of the last backslash-component from the path.
@@ -38,11 +36,6 @@ void MakeFolderPath(Platform& platform, const std::wstring& folder);
 void CopyFileReplacing(Platform& platform, const std::wstring& source, const std::wstring& destination);
 /// The same when the destination is known to exist.
 void CopyOverExisting(Platform& platform, const std::wstring& source, const std::wstring& destination);
-/// CopyFileReplacing with a pause between the steps, then full access for local users. Throws PlatformError when the
-/// copy fails; a failed grant is reported by a box.
-void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination);
-/// The box that says that a file could not be opened to local users.
-void ShowAccessError(Program& program, const std::wstring& file);
 /// Deletes a file, a read-only one included; absence is no error. Throws PlatformError.
 void DeleteFileForced(Platform& platform, const std::wstring& file);
 /// True when `second` does not exist or is newer than `first`. Throws PlatformError when `first` cannot be asked.

@@ -1,5 +1,7 @@
 #include "app/modRegistry.h"
 
+#include "app/Program.h"
+
 #include <cstddef>
 
 #include "app/modFile.h"

@@ -2,10 +2,11 @@
 
 #include <string>
 
-#include "app/Program.h"
 #include "platform/Registry.h"
 
 namespace mip {
+
+struct Program;
 
 /// A string value, at most 255 characters; "" when the key or the value is absent.
 std::wstring ReadRegistryString(Registry& registry, Hive hive, const std::wstring& key, const std::wstring& valueName);

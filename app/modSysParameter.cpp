@@ -1,9 +1,11 @@
 #include "app/modSysParameter.h"
 
+#include "app/Program.h"
+
 #include <cstddef>
 
 #include "app/Messages.h"
-#include "install/modShell.h"
+#include "app/modShell.h"
 #include "platform/Files.h"
 #include "platform/ProfileFiles.h"
 #include "text/Checked.h"

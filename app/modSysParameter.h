@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <string>
 
-#include "app/Program.h"
-
 namespace mip {
+
+class Clock;
+struct Platform;
+struct Program;
 
 inline constexpr wchar_t SystemSection[] = L"SYSTEM INFORMATION";
 inline constexpr wchar_t ColumnLengthSection[] = L"MDB COLUMN LENGTH";

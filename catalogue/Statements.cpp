@@ -1,7 +1,15 @@
 #include "catalogue/Statements.h"
 
-#include "app/modFile.h"
 #include "text/DateText.h"
+#include "text/TextTools.h"
+
+namespace mip {
+
+std::wstring QuoteSql(const std::wstring& value) {
+    return L"'" + ReplaceAll(value, L"'", L"''") + L"'";
+}
+
+}  // namespace mip
 
 namespace mip::statements {
 namespace {

@@ -2,9 +2,16 @@
 
 #include <string>
 
-#include "catalogue/InstalledRecord.h"
+#include "app/InstalledRecord.h"
 
-/// The text of every statement that goes to the catalogue database. Values are quoted here and nowhere else.
+namespace mip {
+
+/// A string literal of a statement: quoted, every apostrophe doubled.
+std::wstring QuoteSql(const std::wstring& value);
+
+}  // namespace mip
+
+/// The text of every statement that the program sends to the catalogue database.
 namespace mip::statements {
 
 inline constexpr wchar_t ReadAllInstalled[] = L"SELECT * FROM M_manage";

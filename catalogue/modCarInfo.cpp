@@ -1,5 +1,7 @@
 #include "catalogue/modCarInfo.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -10,8 +12,8 @@
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
-#include "install/modFolderCopy.h"
-#include "install/modPdf.h"
+#include "app/modFolderCopy.h"
+#include "app/modPdf.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 #include "text/Checked.h"

@@ -2,9 +2,12 @@
 
 #include <string>
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct ColumnLengths;
+struct DiscCatalogue;
+struct DiscCatalogueRecord;
+struct Program;
 
 /// Reads every manual folder of the disc into Program::DiscCatalogue and classifies it against the catalogue database.
 /// False after a fatal error; its texts are in the disc catalogue, which has none when the disc could not be listed.

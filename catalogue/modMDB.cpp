@@ -1,12 +1,14 @@
 #include "catalogue/modMDB.h"
 
+#include "app/Program.h"
+
 #include <exception>
 #include <initializer_list>
 
 #include "catalogue/FieldValues.h"
 #include "catalogue/Statements.h"
 #include "catalogue/Transaction.h"
-#include "install/modPdf.h"
+#include "app/modPdf.h"
 #include "platform/PlatformError.h"
 
 namespace mip {

@@ -2,9 +2,14 @@
 
 #include <string>
 
-#include "app/Program.h"
+#include "catalogue/clsMDB.h"
 
 namespace mip {
+
+struct DiscCatalogueRecord;
+struct InstalledRecord;
+struct Platform;
+struct Program;
 
 /// Looks a publication up; when found its row is in Program::Installed.
 [[nodiscard]] MdbStatus FindInstalledRecord(Program& program, const std::wstring& pubNo);

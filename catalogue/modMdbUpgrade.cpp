@@ -1,5 +1,7 @@
 #include "catalogue/modMdbUpgrade.h"
 
+#include "app/Program.h"
+
 #include <exception>
 #include <map>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Program;
 
 /// Upgrades the catalogue database in use when the disc brings a newer layout for the same engine, and loads the model
 /// order from the disc's database. False, with the reason in the log, when the check or the upgrade failed; the old

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "catalogue/ModelOrder.h"
+#include "app/ModelOrder.h"
 #include "catalogue/clsMDB.h"
 
 namespace mip {

@@ -60,7 +60,7 @@ function(mip_declare_test executable prefix)
         PROPERTIES TIMEOUT 120 ${arg_PROPERTIES})
 endfunction()
 
-# mip_native_test(catalogue a_test.cpp LIBS mip_fakes): the executable native_catalogue, its tests "native.catalogue.*".
+# mip_native_test(catalogue ATest.cpp LIBS mip_fakes): the executable native_catalogue, its tests "native.catalogue.*".
 function(mip_native_test name)
     mip_declare_test(native_${name} native.${name}. ${ARGN})
 endfunction()

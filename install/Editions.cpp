@@ -1,5 +1,7 @@
 #include "install/Editions.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <exception>
 #include <functional>
@@ -9,7 +11,7 @@
 #include "app/Failure.h"
 #include "app/Messages.h"
 #include "app/modFile.h"
-#include "install/modPdf.h"
+#include "app/modPdf.h"
 #include "install/modUnZip.h"
 #include "platform/Archives.h"
 #include "platform/Clusters.h"

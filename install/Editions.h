@@ -3,10 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "app/Program.h"
 #include "platform/Platform.h"
 
 namespace mip {
+
+struct DiscCatalogueRecord;
+struct Program;
 
 /// The base edition of a publication: the same number with 0 as its fifth character. "" for a base edition itself.
 /// Throws ConversionError when the fifth character is not a digit.

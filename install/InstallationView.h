@@ -41,9 +41,6 @@ class InstallationView {
     virtual void SetBusyPointer(bool busy) = 0;
     /// Draws what has changed, now.
     virtual void Repaint() = 0;
-    /// Shows the directory screen, modal. On return Installation.InstallPath is the chosen folder, or "" after Cancel.
-    /// A run without questions takes the proposed folder and throws, with the run's texts set, when it has no room.
-    virtual void AskForFolder() = 0;
 };
 
 }  // namespace mip

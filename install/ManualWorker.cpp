@@ -1,5 +1,7 @@
 #include "install/ManualWorker.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -11,8 +13,8 @@
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
 #include "install/Editions.h"
-#include "install/modFolderCopy.h"
-#include "install/modShell.h"
+#include "app/modFolderCopy.h"
+#include "app/modShell.h"
 #include "install/modUnZip.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -42,8 +44,8 @@ std::wstring RootBeside(const Program& program, const std::wstring& edition) {
 
 }  // namespace
 
-ManualWorker::ManualWorker(Program& program, InstallationView& view, ProgressBars& bars)
-    : program_(program), view_(view), bars_(bars) {}
+ManualWorker::ManualWorker(Program& program, InstallationView& view, ProgressBars& bars, FolderQuestion& question)
+    : program_(program), view_(view), bars_(bars), question_(question) {}
 
 bool ManualWorker::InstallAllManuals() {
     Installation& run = program_.Installation;
@@ -133,10 +135,12 @@ void ManualWorker::ChooseRoot() {
 void ManualWorker::AskForRoot() {
     program_.Installation.NoFolderCount = Add16(program_.Installation.NoFolderCount, 1);
     view_.SetBusyPointer(false);
-    view_.AskForFolder();
+    std::wstring& root = program_.Installation.InstallPath;
+    const std::optional<std::wstring> chosen = question_.AskForFolder(Manual(), root);
     view_.SetBusyPointer(true);
     program_.Platform.Clock.YieldToMessages();
-    if (program_.Installation.InstallPath.empty()) {
+    root = chosen.value_or(L"");
+    if (!chosen) {
         program_.Outcome.InstallCancelled = true;
         throw std::runtime_error("the question for the folder was cancelled");
     }
@@ -374,6 +378,18 @@ void ManualWorker::FailWithManual(const std::exception& error) {
     } else {
         FailRun(program_, messages::ManualFailed, "installing the manual", error);
     }
+}
+
+DiscCatalogueRecord& ManualWorker::Manual() {
+    return program_.DiscCatalogue.Records.at(static_cast<std::size_t>(program_.Installation.CurrentManual));
+}
+
+std::wstring ManualWorker::ManualName() {
+    return Manual().Model_desc + L"  " + Manual().Pub_No;
+}
+
+float ManualWorker::ExpectedSeconds() const {
+    return static_cast<float>(program_.Settings.ZipExtractTime);
 }
 
 void ManualWorker::ResetBars() {

@@ -4,12 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "app/Program.h"
+#include "install/FolderQuestion.h"
 #include "install/InstallationView.h"
 #include "install/ProgressBars.h"
-#include "install/modFolderCopy.h"
+#include "app/modFolderCopy.h"
 
 namespace mip {
+
+struct DiscCatalogueRecord;
+struct Program;
 
 /// Installs the manuals that the disc catalogue marks, one after the other. What stops one is thrown and ends the run,
 /// with its texts; what was installed before stays installed and recorded.
@@ -20,7 +23,7 @@ namespace mip {
 /// the drive. A folder that is no place for a manual is left alone, whatever row names it.
 class ManualWorker {
   public:
-    ManualWorker(Program& program, InstallationView& view, ProgressBars& bars);
+    ManualWorker(Program& program, InstallationView& view, ProgressBars& bars, FolderQuestion& question);
 
     bool InstallAllManuals();
 
@@ -51,14 +54,14 @@ class ManualWorker {
     void FailWithManual(const std::exception& error);
     void ResetBars();
 
-    DiscCatalogueRecord& Manual() { return program_.DiscCatalogue.Records.at(Index()); }
-    std::wstring ManualName() { return Manual().Model_desc + L"  " + Manual().Pub_No; }
-    std::size_t Index() const { return static_cast<std::size_t>(program_.Installation.CurrentManual); }
-    float ExpectedSeconds() const { return static_cast<float>(program_.Settings.ZipExtractTime); }
+    DiscCatalogueRecord& Manual();
+    std::wstring ManualName();
+    float ExpectedSeconds() const;
 
     Program& program_;
     InstallationView& view_;
     ProgressBars& bars_;
+    FolderQuestion& question_;
 };
 
 }  // namespace mip

@@ -1,5 +1,7 @@
 #include "install/modCompanion.h"
 
+#include "app/Program.h"
+
 #include <exception>
 #include <functional>
 #include <stdexcept>
@@ -9,7 +11,7 @@
 #include "app/modFile.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
-#include "install/modShell.h"
+#include "app/modShell.h"
 #include "install/modShortcut.h"
 #include "platform/FileVersions.h"
 #include "platform/Files.h"

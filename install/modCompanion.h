@@ -5,9 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Platform;
+struct Program;
 
 /// Runs the manager program's setup silently and makes its Start-menu shortcut where the settings ask for it. False,
 /// with the result texts set, when there is no setup of that path.

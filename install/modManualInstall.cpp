@@ -1,5 +1,7 @@
 #include "install/modManualInstall.h"
 
+#include "app/Program.h"
+
 #include <exception>
 
 #include "app/ExitCode.h"
@@ -9,7 +11,7 @@
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMdbUpgrade.h"
 #include "install/modCompanion.h"
-#include "install/modPdf.h"
+#include "install/VersionStamp.h"
 #include "manualinfo/modManualInfo.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -40,8 +42,8 @@ StepCaptions CaptionsOf(Step step) {
 
 }  // namespace
 
-InstallationDriver::InstallationDriver(Program& program, InstallationView& view)
-    : program_(program), view_(view), bars_(view), worker_(program, view, bars_) {}
+InstallationDriver::InstallationDriver(Program& program, InstallationView& view, FolderQuestion& question)
+    : program_(program), view_(view), bars_(view), worker_(program, view, bars_, question) {}
 
 void InstallationDriver::FormLoad() {
     program_.WindowTitle = GetMessageText(program_, messages::Caption);
@@ -249,7 +251,7 @@ void InstallationDriver::CloseOutcome(bool succeeded) {
                : changedSomething        ? ExitCode::CancelledPartWay
                                          : ExitCode::NotAccepted;
     }
-    outcome.ExitCode = static_cast<std::uint32_t>(code);
+    outcome.ExitCode = code;
     program_.Log.Write(L"run", L"", succeeded ? L"done" : outcome.ResultMessage);
 }
 

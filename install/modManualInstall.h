@@ -2,18 +2,19 @@
 
 #include <string>
 
-#include "app/Program.h"
 #include "install/InstallationView.h"
 #include "install/ManualWorker.h"
 #include "install/ProgressBars.h"
 
 namespace mip {
 
+struct Program;
+
 /// The installation run behind the progress screen: four steps, the first failure ends it. The run's outcome is in
 /// Program::Outcome, its texts included.
 class InstallationDriver {
   public:
-    InstallationDriver(Program& program, InstallationView& view);
+    InstallationDriver(Program& program, InstallationView& view, FolderQuestion& question);
 
     /// Prepares captions, frames and bars. Called when the screen loads.
     void FormLoad();

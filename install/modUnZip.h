@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "catalogue/DiscCatalogue.h"
+#include "app/DiscCatalogue.h"
 #include "platform/Platform.h"
 
 namespace mip {

@@ -1,13 +1,15 @@
 #include "manualinfo/modManualInfo.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <cstddef>
 
 #include "app/Messages.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
-#include "app/modMain.h"
 #include "app/modSysParameter.h"
+#include "manualinfo/FileWithAccess.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
@@ -22,7 +24,6 @@ constexpr wchar_t LocalFolder[] = L"C:\\man_info";
 constexpr wchar_t LocalManualInfoPath[] = L"C:\\man_info\\man_info_do.ci";
 constexpr wchar_t InfoFile[] = L"man_info_do.ci";
 constexpr wchar_t UserInfoFile[] = L"man_info_us.ci";
-constexpr std::int16_t KeepTemporary = 1;
 
 /// One line of a manual information file. Fields 2 and 4 are not used.
 struct ManualInfoEntry {
@@ -97,14 +98,13 @@ Comparison CompareManualInfo(const Program& program) try {
     return {false, false, {}};
 }
 
-void MakeLocalFolder(Program& program) {
-    Platform& platform = program.Platform;
+/// False, after a box, when the folder is not there and cannot be made.
+bool HasLocalFolder(Platform& platform) {
     if (platform.Folders.Exists(LocalFolder) || MakeFolder(platform, LocalFolder)) {
-        return;
+        return true;
     }
     platform.MessageBoxes.Show(L"Vantos Service System Error", boxes::Ok, L"");
-    program.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::CouldNotStart);
-    EndProgram(program, KeepTemporary);
+    return false;
 }
 
 /// A copy that fails is reported as a grant on it that fails.
@@ -133,17 +133,19 @@ void CopyWhenNewer(Program& program, const wchar_t* name, const std::wstring& fo
 
 }  // namespace
 
-ManualInfoCheck CheckLocalManualInfo(Program& program) {
-    MakeLocalFolder(program);
+std::optional<ManualInfoCheck> CheckLocalManualInfo(Program& program) {
+    if (!HasLocalFolder(program.Platform)) {
+        return std::nullopt;
+    }
     if (!program.Platform.Files.Exists(LocalManualInfoPath)) {
         CopyToLocal(program);
-        return {};
+        return ManualInfoCheck{};
     }
     Comparison comparison = CompareManualInfo(program);
     if (comparison.Result && comparison.CopyNeeded) {
         CopyToLocal(program);
     }
-    return {comparison.Result, std::move(comparison.OlderEntryLines)};
+    return ManualInfoCheck{comparison.Result, std::move(comparison.OlderEntryLines)};
 }
 
 int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {

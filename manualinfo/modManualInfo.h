@@ -1,11 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Program;
 
 /// What comparing the disc's manual information with the local copy found.
 struct ManualInfoCheck {
@@ -13,9 +14,9 @@ struct ManualInfoCheck {
     std::vector<std::wstring> OlderEntryLines;  ///< the disc's entries that are older than the local copy
 };
 
-/// Compares the disc's file with the copy in C:\man_info and replaces the copy when the disc is newer. Ends the program
-/// with a box when the folder cannot be made.
-ManualInfoCheck CheckLocalManualInfo(Program& program);
+/// Compares the disc's file with the copy in C:\man_info and replaces the copy when the disc is newer. Nothing,
+/// after a box, when the folder cannot be made.
+std::optional<ManualInfoCheck> CheckLocalManualInfo(Program& program);
 /// Shows the older entries and asks whether to go on; the box's answer, 6 or 7.
 int AskAboutManualInfo(Program& program, const ManualInfoCheck& check);
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Program;
 
 /// The terms of use in the user's language, else in English; Program::KeptTexts::Agreement when they cannot be read.
 /// Every line ends in CR LF.

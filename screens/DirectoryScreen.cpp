@@ -2,12 +2,13 @@
 
 #include <cmath>
 #include <exception>
-#include <stdexcept>
 
+#include "app/Failure.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
-#include "install/modPdf.h"
+#include "app/modPdf.h"
 #include "platform/FaultLog.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
@@ -30,31 +31,18 @@ bool IsPdfManual(const DiscCatalogueRecord& entry) {
     }
 }
 
-const DiscCatalogueRecord& CurrentEntry(const Program& program) {
-    return program.DiscCatalogue.Records.at(static_cast<std::size_t>(program.Installation.CurrentManual));
-}
-
-bool Fits(const Program& program) {
-    return GetUsableFreeSpace(program, program.Installation.InstallPath) >=
-           RequiredBytes(program, CurrentEntry(program));
-}
-
-void ProposeSwitchFolder(Program& program) {
-    if (!program.Switches.Directory.empty()) {
-        program.Installation.InstallPath = TrimFolderPath(program.Switches.Directory);
-    }
+bool Fits(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
+    return GetUsableFreeSpace(program, folder) >= RequiredBytes(program, manual);
 }
 
 }  // namespace
 
-DirectoryTexts LoadDirectoryScreen(Program& program) {
-    ProposeSwitchFolder(program);
-    const DiscCatalogueRecord& entry = CurrentEntry(program);
+DirectoryTexts LoadDirectoryScreen(const Program& program, const DiscCatalogueRecord& manual) {
     const auto message = [&](std::int16_t number) { return GetMessageText(program, number); };
 
     DirectoryTexts texts;
     texts.Caption = message(messages::Caption);
-    texts.Name = entry.Model_desc + L" (Ver." + entry.Version + L")";
+    texts.Name = manual.Model_desc + L" (Ver." + manual.Version + L")";
     texts.Instructions = {
         ReplaceAll(message(messages::WhichNewManual), L"@", std::to_wstring(program.Installation.NoFolderCount)),
         message(messages::FolderInstructions1), message(messages::FolderInstructions2)};
@@ -66,15 +54,17 @@ DirectoryTexts LoadDirectoryScreen(Program& program) {
     return texts;
 }
 
-void ChangeFolder(Program& program, const std::wstring& chosen) {
-    if (!chosen.empty()) {
-        program.Installation.InstallPath = TrimFolderPath(chosen);
-    }
+std::wstring ProposedFolder(const Program& program, const std::wstring& proposal) {
+    const std::wstring& given = program.Switches.Directory;
+    return given.empty() ? proposal : TrimFolderPath(given);
 }
 
-bool ConfirmFolder(Program& program, const std::wstring& shownFolder) {
-    program.Installation.InstallPath = shownFolder;
-    if (Fits(program)) {
+std::wstring ChangedFolder(const std::wstring& shown, const std::wstring& chosen) {
+    return chosen.empty() ? shown : TrimFolderPath(chosen);
+}
+
+bool ConfirmFolder(Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
+    if (Fits(program, manual, folder)) {
         return true;
     }
     program.Platform.MessageBoxes.Show(GetMessageText(program, messages::NotEnoughSpace), boxes::Information,
@@ -89,16 +79,16 @@ bool CancelFolder(Program& program) {
         return false;
     }
     FailRun(program, messages::Cancelled);
-    program.Installation.InstallPath.clear();
     return true;
 }
 
-void ChooseFolderUnasked(Program& program) {
-    ProposeSwitchFolder(program);
-    if (!Fits(program)) {
-        FailRun(program, messages::NotEnoughSpace);
-        throw std::runtime_error("not enough space in the installation folder");
+std::wstring ChooseFolderUnasked(const Program& program, const DiscCatalogueRecord& manual,
+                                 const std::wstring& proposal) {
+    std::wstring folder = ProposedFolder(program, proposal);
+    if (!Fits(program, manual, folder)) {
+        throw Failure(messages::NotEnoughSpace, "the folder's drive has no room for the manual");
     }
+    return folder;
 }
 
 std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& entry) {

@@ -3,9 +3,12 @@
 #include <array>
 #include <string>
 
-#include "app/Program.h"
+#include "platform/Platform.h"
 
 namespace mip {
+
+struct DiscCatalogueRecord;
+struct Program;
 
 /// The texts of the installation directory screen.
 struct DirectoryTexts {
@@ -19,19 +22,20 @@ struct DirectoryTexts {
     std::wstring FolderQuestion;  ///< title of the folder browser
 };
 
-/// Called when the screen loads: a folder given by /DIR= becomes the one that is proposed.
-DirectoryTexts LoadDirectoryScreen(Program& program);
-/// Takes over what the folder browser gave; "" (cancelled) changes nothing.
-void ChangeFolder(Program& program, const std::wstring& chosen);
-/// OK: true when the manual fits into the folder, which is then Installation.InstallPath. Otherwise a box says so.
-[[nodiscard]] bool ConfirmFolder(Program& program, const std::wstring& shownFolder);
+DirectoryTexts LoadDirectoryScreen(const Program& program, const DiscCatalogueRecord& manual);
+/// The folder that is proposed: the one given by /DIR=, else the run's own proposal.
+std::wstring ProposedFolder(const Program& program, const std::wstring& proposal);
+/// The folder after the folder browser gave one; "" (cancelled) changes nothing.
+std::wstring ChangedFolder(const std::wstring& shown, const std::wstring& chosen);
+/// OK: true when the manual fits into the folder. Otherwise a box says so.
+[[nodiscard]] bool ConfirmFolder(Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder);
 /// Cancel: true when the user does want to cancel the installation, whose texts are then set.
 [[nodiscard]] bool CancelFolder(Program& program);
-/// Settles the folder of a run that asks no questions. Throws std::runtime_error, with the run's texts set, when the
-/// manual does not fit.
-void ChooseFolderUnasked(Program& program);
+/// The folder of a run that asks no questions. Throws Failure when the manual does not fit.
+std::wstring ChooseFolderUnasked(const Program& program, const DiscCatalogueRecord& manual,
+                                 const std::wstring& proposal);
 
-/// The path of the current manual's PDF on the disc.
+/// The path of a manual's PDF on the disc.
 std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& entry);
 /// Bytes that a folder's drive must have free for a manual.
 double RequiredBytes(const Program& program, const DiscCatalogueRecord& entry);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/Program.h"
-
 namespace mip {
+
+struct Program;
 
 /// Opens the disc's installation guide; a box says so when that fails.
 void OpenInstallationGuide(Program& program);

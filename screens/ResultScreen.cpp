@@ -1,5 +1,7 @@
 #include "screens/ResultScreen.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <exception>
 
@@ -9,7 +11,7 @@
 #include "install/modShortcut.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "security/modAcl.h"
+#include "catalogue/ManualFolderAccess.h"
 #include "text/Checked.h"
 #include "text/DateText.h"
 

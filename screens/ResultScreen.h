@@ -5,11 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "app/Program.h"
 #include "screens/GridModel.h"
 #include "screens/clsSpread.h"
+#include "text/DateTime.h"
 
 namespace mip {
+
+struct DiscCatalogue;
+struct DiscCatalogueRecord;
+struct Installation;
+struct Outcome;
+struct Program;
 
 /// What the result screen says above the list, in the colours of success or failure.
 struct OutcomeTexts {

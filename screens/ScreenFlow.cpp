@@ -1,95 +1,82 @@
 #include "screens/ScreenFlow.h"
 
-#include "app/ExitCode.h"
-#include "app/modMain.h"
-#include "install/modManualInstall.h"
+#include <cstdlib>
+
+#include "app/Messages.h"
+#include "app/Program.h"
 #include "platform/MessageBoxes.h"
-#include "screens/DirectoryScreen.h"
 #include "screens/ResultScreen.h"
-#include "screens/TransactionScreen.h"
 
 namespace mip {
 
-namespace {
+ScreenFlow::ScreenFlow(Program& program, Screens& shown, EndOfProgram end)
+    : program_(program), quiet_(program, *this, shown), screens_(&shown), end_(end) {}
 
-constexpr std::int16_t KeepTemporary = 1;
-constexpr std::int16_t RemoveTemporary = 0;
-
-/// Leaving before any run has ended: nothing was installed. Otherwise the last run's code stands.
-[[noreturn]] void Leave(Program& program) {
-    if (!program.Outcome.RunFinished) {
-        program.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::NotAccepted);
+void ScreenFlow::ChooseScreens() {
+    if (program_.Switches.IsQuiet()) {
+        screens_ = &quiet_;
     }
-    EndProgram(program, KeepTemporary);
 }
 
-}  // namespace
+void ScreenFlow::Begin() {
+    program_.Switches.IsMaintenance() ? screens_->ShowMaintenance() : screens_->ShowMenu();
+}
+
+void ScreenFlow::ShowStartPage() {
+    screens_->ShowStartPage();
+}
 
 void ScreenFlow::StartInstallation() {
-    screens_.ShowStartUp();
+    screens_->ShowAgreement();
 }
 
 void ScreenFlow::CloseMenu() {
     if (!program_.Outcome.RunFinished) {
-        Leave(program_);
+        Leave();
     }
-    screens_.ShowTerms();
+    screens_->ShowClosing();
 }
 
 void ScreenFlow::AnswerAgreement(bool agreed) {
     if (!agreed) {
-        Leave(program_);
+        Leave();
     }
-    screens_.ShowInstallation();
+    screens_->ShowInstallation();
 }
 
-void ScreenFlow::EndInstallation() {
-    screens_.ShowResult();
+std::optional<std::wstring> ScreenFlow::AskForFolder(const DiscCatalogueRecord& manual, const std::wstring& proposal) {
+    return screens_->AskForFolder(manual, proposal);
+}
+
+void ScreenFlow::ShowResult() {
+    screens_->ShowResult();
 }
 
 void ScreenFlow::FailResult() {
-    program_.Platform.MessageBoxes.Show(L"MDB READ ERROR", boxes::Exclamation, L"Manual Install Program");
-    program_.Outcome.ExitCode = static_cast<std::uint32_t>(ExitCode::FailedPartWay);
-    EndProgram(program_, RemoveTemporary);
+    program_.Platform.MessageBoxes.Show(L"MDB READ ERROR", boxes::Exclamation, ProgramTitle);
+    program_.Outcome.ExitCode = ExitCode::FailedPartWay;
+    End(TemporaryFolder::Remove);
 }
 
 void ScreenFlow::CloseResult() {
     if (NothingWasInstalled(program_.Outcome)) {
-        EndProgram(program_, KeepTemporary);
+        End();
     }
     FinishRun(program_);
-    screens_.ShowMenu();
+    screens_->ShowMenu();
 }
 
-void ScreenFlow::CloseTerms() {
-    EndProgram(program_, KeepTemporary);
+void ScreenFlow::End(TemporaryFolder temporary) {
+    end_(program_, temporary);
+    std::abort();
 }
 
-void ScreenFlow::EndTransaction() {
-    EndProgram(program_, KeepTemporary);
-}
-
-void SilentInstallation::AskForFolder() {
-    ChooseFolderUnasked(program_);
-}
-
-void InstallSilently(Program& program) {
-    SilentInstallation view(program);
-    InstallationDriver driver(program, view);
-    driver.FormLoad();
-    driver.RunInstallation();
-}
-
-void EndQuietRun(Program& program) {
-    if (!NothingWasInstalled(program.Outcome)) {
-        FinishRun(program);
+/// Leaving before any run has ended: nothing was installed. Otherwise the last run's code stands.
+void ScreenFlow::Leave() {
+    if (!program_.Outcome.RunFinished) {
+        program_.Outcome.ExitCode = ExitCode::NotAccepted;
     }
-    EndProgram(program, KeepTemporary);
-}
-
-void RunTransactionSilently(Program& program) {
-    RunTransaction(program);
-    EndProgram(program, KeepTemporary);
+    End();
 }
 
 }  // namespace mip

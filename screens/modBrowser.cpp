@@ -1,5 +1,7 @@
 #include "screens/modBrowser.h"
 
+#include "app/Program.h"
+
 #include <algorithm>
 #include <chrono>
 

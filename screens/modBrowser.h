@@ -3,10 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "app/Program.h"
 #include "platform/Shell.h"
 
 namespace mip {
+
+struct Program;
 
 /// The browser window to use, and whether an open one was found (1) or a new one started (0).
 struct FoundBrowser {

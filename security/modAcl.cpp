@@ -5,9 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "app/ManualPlace.h"
-#include "catalogue/modMDB.h"
-#include "platform/Files.h"
+#include "app/Program.h"
 #include "platform/PlatformError.h"
 #include "text/TextTools.h"
 
@@ -20,44 +18,6 @@ constexpr std::uint8_t AccessDeniedAce = 1;
 constexpr std::uint32_t ModifyRights = 0xE0010000;
 constexpr std::uint32_t SetAccess = 2;
 constexpr std::uint32_t ContainersAndObjectsInherit = 3;
-constexpr std::int16_t WalkSlot = 0;
-
-/// A manual whose files may have been delivered in the folder of a variant.
-struct Variant {
-    const wchar_t* PubNo;
-    const wchar_t* VariantPubNo;
-};
-constexpr Variant Variants[] = {{L"K4710MM", L"K4710MMD"}, {L"K4750MM", L"K4750MMA"}};
-
-bool HasIndexPage(Platform& platform, const std::wstring& folder) {
-    return platform.Files.Exists(folder + L"\\index.html");
-}
-
-/// Follows the manual to the variant's folder beside its own when the pages are there.
-void RelinkToVariant(Platform& platform, clsMDB& database, InstalledRecord& record, const std::wstring& variantPubNo) {
-    const std::wstring parent = record.INSPath.substr(0, record.INSPath.rfind(L'\\') + 1);
-    const std::wstring candidate = parent + variantPubNo;
-    if (!platform.Folders.Exists(candidate) || !HasIndexPage(platform, candidate)) {
-        return;
-    }
-    record.INSPath = candidate;
-    record.Adjust_flg = L"0";
-    // The folder is secured below even where its new place could not be recorded.
-    static_cast<void>(ReregisterInstallPath(database, record.Pub_No, candidate));
-}
-
-void SecureInstalledManual(Program& program, clsMDB& database, InstalledRecord& record) {
-    Platform& platform = program.Platform;
-    for (const Variant& variant : Variants) {
-        if (record.Pub_No == variant.PubNo && !HasIndexPage(platform, record.INSPath)) {
-            RelinkToVariant(platform, database, record, variant.VariantPubNo);
-        }
-    }
-    if (platform.Folders.Exists(record.INSPath) && IsNtfsVolume(platform, record.INSPath) &&
-        !UsersHaveModifyAccess(program, record.INSPath) && MayTouchFolder(program, record.INSPath)) {
-        static_cast<void>(GrantModifyToUsers(program, record.INSPath));
-    }
-}
 
 /// Account name of a SID on the local system; nothing when it has none.
 std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid& sid) {
@@ -75,28 +35,6 @@ std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid&
 }
 
 }  // namespace
-
-bool SecureInstalledManualFolders(Program& program, const std::function<void()>& folderDone) {
-    clsMDB database(program.Platform);
-    if (!database.Pcls_MdbOpen(program.Paths.MdbPath)) {
-        return false;
-    }
-    InstalledRecord& record = program.Installed;
-    try {
-        MdbStatus status = ReadAllInstalled(program.Platform, database, WalkSlot, record);
-        while (status == MdbOk) {
-            SecureInstalledManual(program, database, record);
-            if (folderDone) {
-                folderDone();
-            }
-            status = ReadNextInstalled(program.Platform, database, WalkSlot, record);
-        }
-    } catch (const std::exception& error) {
-        program.Log.Trapped("opening the manual folders to users", error);
-        return false;
-    }
-    return true;
-}
 
 bool UsersHaveModifyAccess(Program& program, const std::wstring& path) {
     Platform& platform = program.Platform;

@@ -1,17 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
-#include "app/Program.h"
 #include "security/modAddFullAccess.h"
 
 namespace mip {
 
-/// Opens every installed manual's folder to the Users group; `folderDone`, where given, is called after each. False
-/// when the catalogue could not be opened.
-bool SecureInstalledManualFolders(Program& program, const std::function<void()>& folderDone = {});
+struct Program;
+
 /// True when the folder already holds a qualifying entry for the Users group.
 bool UsersHaveModifyAccess(Program& program, const std::wstring& path);
 /// Grants reading, writing, running and deleting to the Users group, inherited by everything below. Shows nothing.

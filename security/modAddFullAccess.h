@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <string>
 
-#include "app/Program.h"
 #include "platform/Security.h"
 
 namespace mip {
+
+struct Platform;
+struct Program;
 
 /// True when the volume of the path's drive is NTFS; UNC paths never count.
 bool IsNtfsVolume(Platform& platform, const std::wstring& path);

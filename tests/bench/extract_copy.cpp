@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "install/modFolderCopy.h"
+#include "app/modFolderCopy.h"
 #include "install/modUnZip.h"
 #include "platform/Platform.h"
 #include "platform/archive/EmbeddedArchives.h"

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "platform/sqlite/SqliteEngine.h"
-#include "screens/forms/ControlIds.h"
+#include "forms/ControlIds.h"
 
 namespace mip {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/ModelOrder.h"
+#include "app/ModelOrder.h"
 
 namespace mip {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/modFile.h"
+#include "catalogue/Statements.h"
 #include "platform/ScopeGuard.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "text/TextTools.h"

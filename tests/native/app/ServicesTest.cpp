@@ -5,8 +5,8 @@
 #include "app/modLanguage.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
-#include "install/modShell.h"
-#include "tests/native/app/Workshop.h"
+#include "app/modShell.h"
+#include "tests/native/startup/Workshop.h"
 #include "text/TextTools.h"
 
 namespace mip {

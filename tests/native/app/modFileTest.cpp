@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/native/app/Workshop.h"
+#include "catalogue/Statements.h"
+#include "manualinfo/FileWithAccess.h"
+#include "tests/native/startup/Workshop.h"
 
 namespace mip {
 namespace {

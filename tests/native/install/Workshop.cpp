@@ -55,11 +55,9 @@ void RecordingView::SetBar(Bar bar, const BarState& state) {
     }
 }
 
-void RecordingView::AskForFolder() {
+std::optional<std::wstring> RecordingView::AskForFolder(const DiscCatalogueRecord&, const std::wstring& proposal) {
     ++FoldersAsked;
-    if (OnAskForFolder) {
-        OnAskForFolder();
-    }
+    return OnAskForFolder ? OnAskForFolder(proposal) : proposal;
 }
 
 Workshop::Workshop() {
@@ -87,7 +85,7 @@ Workshop::Workshop() {
     disc.ReadOnly = true;
     Engine.Create(Run.Paths.MdbPath, Layout);
     OpenCatalogue(Run);
-    View.OnAskForFolder = [this] { Run.Installation.InstallPath = L"C:\\Manuals"; };
+    View.OnAskForFolder = [](const std::wstring&) { return L"C:\\Manuals"; };
 }
 
 Workshop::Pages Workshop::ManualPages(const std::wstring& folder, const std::string& edition) {
@@ -149,7 +147,7 @@ void Workshop::OpenCatalogue(Program& program) {
 }
 
 bool Workshop::Install() {
-    InstallationDriver driver(Run, View);
+    InstallationDriver driver(Run, View, View);
     driver.FormLoad();
     return driver.RunInstallation();
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/Program.h"
+#include "install/FolderQuestion.h"
 #include "install/InstallationView.h"
 #include "install/ProgressBars.h"
 #include "platform/sqlite/SqliteEngine.h"
@@ -15,8 +16,8 @@
 
 namespace mip {
 
-/// What the progress screen was told, in order; the directory screen is answered by `OnAskForFolder`.
-class RecordingView : public InstallationView {
+/// What the progress screen was told, in order; the folder question is answered by `OnAskForFolder`.
+class RecordingView : public InstallationView, public FolderQuestion {
   public:
     void SetCaption(const std::wstring& caption) override { Caption = caption; }
     void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
@@ -24,7 +25,7 @@ class RecordingView : public InstallationView {
     void SetManual(const std::wstring&) override {}
     void SetBusyPointer(bool busy) override { Busy = busy; }
     void Repaint() override {}
-    void AskForFolder() override;
+    std::optional<std::wstring> AskForFolder(const DiscCatalogueRecord& manual, const std::wstring& proposal) override;
 
     struct StepState {
         std::wstring Caption;
@@ -39,7 +40,7 @@ class RecordingView : public InstallationView {
     std::map<Bar, std::vector<BarState>> ShownBars;  ///< every state in which a bar could be seen
     bool Busy = false;
     int FoldersAsked = 0;
-    std::function<void()> OnAskForFolder;
+    std::function<std::optional<std::wstring>(const std::wstring& proposal)> OnAskForFolder;
 };
 
 /// A workshop computer with the diagnostic program and an empty catalogue, and a disc without manuals. Every message

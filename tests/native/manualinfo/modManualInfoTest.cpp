@@ -1,4 +1,5 @@
 #include "manualinfo/modManualInfo.h"
+#include "app/Program.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +28,7 @@ struct ManualInfo : testing::Test {
     ManualInfoCheck Compare(const std::string& local, const std::string& disc) {
         windows.Tree.PutFile(Local, local);
         windows.Tree.PutFile(Disc, disc);
-        return CheckLocalManualInfo(program);
+        return CheckLocalManualInfo(program).value();
     }
 
     InMemoryWindows windows;
@@ -36,22 +37,22 @@ struct ManualInfo : testing::Test {
 
 TEST_F(ManualInfo, WithoutALocalFileTheDiscsIsTaken) {
     windows.Tree.PutFile(Disc, "anything");
-    EXPECT_TRUE(CheckLocalManualInfo(program).MayOpen);
+    EXPECT_TRUE(CheckLocalManualInfo(program).value().MayOpen);
     EXPECT_EQ(windows.Tree.BytesOf(Local), "anything");
     EXPECT_EQ(windows.AccessControl.ListOf(Local).size(), 1u);
     EXPECT_TRUE(windows.MessageBoxes.Shown.empty());
 }
 
 TEST_F(ManualInfo, MissingDiscFileIsReportedAndThePageOpens) {
-    EXPECT_TRUE(CheckLocalManualInfo(program).MayOpen);
+    EXPECT_TRUE(CheckLocalManualInfo(program).value().MayOpen);
     EXPECT_EQ(
         windows.MessageBoxes.Shown,
         (std::vector<ShownBox>{{L"Set Access Error = C:\\man_info\\man_info_do.ci", 0, L"Manual Install Program"}}));
 }
 
-TEST_F(ManualInfo, FolderThatCannotBeMadeEndsTheProgram) {
+TEST_F(ManualInfo, FolderThatCannotBeMadeIsSaid) {
     windows.Tree.DriveOf(L"C:")->ReadOnly = true;
-    EXPECT_THROW(CheckLocalManualInfo(program), ProcessEnded);
+    EXPECT_FALSE(CheckLocalManualInfo(program));
     EXPECT_EQ(windows.MessageBoxes.Shown,
               (std::vector<ShownBox>{{L"Vantos Service System Error", 0, L"Manual Install Program"}}));
 }

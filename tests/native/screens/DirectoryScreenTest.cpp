@@ -1,5 +1,7 @@
 #include "screens/DirectoryScreen.h"
 
+#include "app/Failure.h"
+#include "app/Messages.h"
 #include "tests/native/screens/ScreensTest.h"
 
 namespace mip {
@@ -11,7 +13,6 @@ class DirectoryScreenTest : public ScreensTest {
         DiscCatalogueRecord& manual = AddManual(L"K1210MM");
         manual.Model_desc = L"Talis";
         manual.Version = L"3";
-        program_.Installation.InstallPath = L"C:\\Manuals";
         windows_.Tree.AddDrive({L"E:"});
         windows_.Tree.AddDrive({L"\\\\server\\share"});
     }
@@ -55,21 +56,18 @@ TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
 
 TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
     SetFree(L"C:\\", 499'999'999);
-    EXPECT_FALSE(ConfirmFolder(program_, L"C:\\Other"));
+    EXPECT_FALSE(ConfirmFolder(program_, Manual(), L"C:\\Other"));
     EXPECT_EQ(windows_.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 22", boxes::Information, L"title"}}));
     SetFree(L"C:\\", 500'000'000);
-    EXPECT_TRUE(ConfirmFolder(program_, L"C:\\Other"));
-    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Other");
+    EXPECT_TRUE(ConfirmFolder(program_, Manual(), L"C:\\Other"));
     EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 1U);
 }
 
 TEST_F(DirectoryScreenTest, CancelCountsOnlyAfterYes) {
     windows_.MessageBoxes.Answers = {boxes::AnswerNo, boxes::AnswerYes};
     EXPECT_FALSE(CancelFolder(program_));
-    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
     EXPECT_EQ(program_.Outcome.ResultMessage, L"");
     EXPECT_TRUE(CancelFolder(program_));
-    EXPECT_EQ(program_.Installation.InstallPath, L"");
     EXPECT_EQ(program_.Outcome.ResultMessage, L"message 25");
     EXPECT_EQ(program_.Outcome.ResultSubMessage, L"message 24");
     EXPECT_EQ(windows_.MessageBoxes.Shown.back(), (ShownBox{L"message 29", 52, L"title"}));
@@ -78,28 +76,29 @@ TEST_F(DirectoryScreenTest, CancelCountsOnlyAfterYes) {
 TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumber) {
     windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini", "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\n");
     program_.Installation.NoFolderCount = 12;
-    const DirectoryTexts texts = LoadDirectoryScreen(program_);
+    const DirectoryTexts texts = LoadDirectoryScreen(program_, Manual());
     EXPECT_EQ(texts.Name, L"Talis (Ver.3)");
     EXPECT_EQ(texts.Instructions[0], L"12 of 12");
     EXPECT_EQ(texts.Frame, L"  Folder  ");
 }
 
 TEST_F(DirectoryScreenTest, TheChosenFolderIsNormalisedAndACancelledBrowseChangesNothing) {
-    ChangeFolder(program_, L"");
-    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
-    ChangeFolder(program_, L"E:\\");
-    EXPECT_EQ(program_.Installation.InstallPath, L"E:");
+    EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L""), L"C:\\Manuals");
+    EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L"E:\\"), L"E:");
 }
 
 TEST_F(DirectoryScreenTest, ARunWithoutQuestionsTakesTheSwitchFolderOrFails) {
-    ChooseFolderUnasked(program_);
-    EXPECT_EQ(program_.Installation.InstallPath, L"C:\\Manuals");
+    const auto choose = [this] { return ChooseFolderUnasked(program_, Manual(), L"C:\\Manuals"); };
+    EXPECT_EQ(choose(), L"C:\\Manuals");
     program_.Switches.Directory = L"E:\\Library\\";
-    ChooseFolderUnasked(program_);
-    EXPECT_EQ(program_.Installation.InstallPath, L"E:\\Library");
+    EXPECT_EQ(choose(), L"E:\\Library");
     SetFree(L"E:\\", 149'999'999);
-    EXPECT_THROW(ChooseFolderUnasked(program_), std::runtime_error);
-    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 22");
+    try {
+        (void)choose();
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Message(), messages::NotEnoughSpace);
+    }
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ class ScreenFlowTest : public ScreensTest {
         return screens_.Shown;
     }
 
-    RecordedScreens screens_;
-    ScreenFlow flow_{program_, screens_};
+    RecordedScreens screens_{program_};
+    ScreenFlow flow_{program_, screens_, EndProgram};
 };
 
 using Names = std::vector<std::string>;
@@ -23,12 +23,12 @@ using Names = std::vector<std::string>;
 TEST_F(ScreenFlowTest, ScreensFollowFromMenuToClosing) {
     program_.Outcome.ManualsRecorded = 1;
     program_.Outcome.RunFinished = true;
-    EXPECT_EQ(ShownBy([this] { flow_.StartInstallation(); }), Names{"start-up"});
+    EXPECT_EQ(ShownBy([this] { flow_.StartInstallation(); }), Names{"agreement"});
     EXPECT_EQ(ShownBy([this] { flow_.AnswerAgreement(true); }), Names{"installation"});
-    EXPECT_EQ(ShownBy([this] { flow_.EndInstallation(); }), Names{"result"});
+    EXPECT_EQ(ShownBy([this] { flow_.ShowResult(); }), Names{"result"});
     EXPECT_EQ(ShownBy([this] { flow_.CloseResult(); }), Names{"menu"});
-    EXPECT_EQ(ShownBy([this] { flow_.CloseMenu(); }), Names{"terms"});
-    EXPECT_EQ(ExitCodeOf([this] { flow_.CloseTerms(); }), 0U);
+    EXPECT_EQ(ShownBy([this] { flow_.CloseMenu(); }), Names{"closing"});
+    EXPECT_EQ(ExitCodeOf([this] { flow_.End(); }), 0U);
 }
 
 TEST_F(ScreenFlowTest, LeavingBeforeARunIsNotSuccess) {
@@ -40,12 +40,12 @@ TEST_F(ScreenFlowTest, LeavingBeforeARunIsNotSuccess) {
 
 TEST_F(ScreenFlowTest, RefusingASecondRunKeepsTheFirstOnesExitCode) {
     program_.Outcome.RunFinished = true;
-    program_.Outcome.ExitCode = 0;
+    program_.Outcome.ExitCode = ExitCode::Done;
     EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 0U);
 }
 
 TEST_F(ScreenFlowTest, TheResultButtonEndsTheProgramWhenNothingWasInstalled) {
-    program_.Outcome.ExitCode = 4;
+    program_.Outcome.ExitCode = ExitCode::FailedPartWay;
     EXPECT_EQ(ExitCodeOf([this] { flow_.CloseResult(); }), 4U);
     EXPECT_TRUE(windows_.Processes.StartedHidden.empty()) << "the temporary folder is kept";
 }
@@ -79,14 +79,16 @@ TEST_F(ScreenFlowTest, AnUnreadableCatalogueIsSaidAndTheTemporaryFolderRemoved) 
 }
 
 TEST_F(ScreenFlowTest, AQuietRunEndsWithItsOwnExitCode) {
-    program_.Outcome.ExitCode = 5;
+    program_.Outcome.ExitCode = ExitCode::CancelledPartWay;
     program_.Outcome.ManualsRecorded = 1;
+    program_.Switches.VerySilent = true;
+    flow_.ChooseScreens();
     windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
-    EXPECT_EQ(ExitCodeOf([this] { EndQuietRun(program_); }), 5U);
+    EXPECT_EQ(ExitCodeOf([this] { flow_.ShowResult(); }), 5U);
     EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
     program_.Switches.Remove = L"K9999MM";
     program_.CatalogDb = std::make_unique<clsMDB>(windows_.Platform);
-    EXPECT_EQ(ExitCodeOf([this] { RunTransactionSilently(program_); }), 1U);
+    EXPECT_EQ(ExitCodeOf([this] { flow_.Begin(); }), 1U);
 }
 
 }  // namespace

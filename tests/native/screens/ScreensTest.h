@@ -7,7 +7,8 @@
 #include <string>
 
 #include "app/Program.h"
-#include "tests/native/app/Workshop.h"
+#include "catalogue/clsMDB.h"
+#include "tests/native/startup/Workshop.h"
 #include "tests/native/fakes/CatalogueWindows.h"
 #include "text/TextTools.h"
 

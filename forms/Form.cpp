@@ -1,0 +1,298 @@
+#include "forms/Form.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/modLanguage.h"
+#include "forms/resource.h"
+
+namespace mip {
+
+namespace {
+
+constexpr int Margin = 24;
+constexpr int FooterMargin = 14;
+constexpr int ButtonHeight = 28;
+constexpr int SignSize = 32;
+
+std::wstring TextOf(HWND control) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)), L'\0');
+    GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
+    return text;
+}
+
+RECT MeasureText(HWND control, int width, UINT format) {
+    const HDC dc = GetDC(control);
+    const HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT area{0, 0, width, 0};
+    const std::wstring text = TextOf(control);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
+    SelectObject(dc, previous);
+    ReleaseDC(control, dc);
+    return area;
+}
+
+/// The part of a window's screen that no task bar covers.
+RECT WorkArea(HWND window) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
+    return monitor.rcWork;
+}
+
+}  // namespace
+
+Form::Form(FormHost& host) : Dialog(host), fonts_(ScreenFont(host.Program().Identity.LanguageCode)) {}
+
+void Form::SetCaption(const std::wstring& caption) {
+    SetWindowTextW(Window(), caption.c_str());
+    Program().WindowTitle = caption;
+}
+
+void Form::Finish(int width) {
+    width_ = width;
+    const auto icon = [](int size) {
+        return reinterpret_cast<LPARAM>(
+            LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_PROGRAM), IMAGE_ICON, size, size, LR_SHARED));
+    };
+    SendMessageW(Window(), WM_SETICON, ICON_BIG, icon(GetSystemMetrics(SM_CXICON)));
+    SendMessageW(Window(), WM_SETICON, ICON_SMALL, icon(GetSystemMetrics(SM_CXSMICON)));
+    ArrangeAll();
+
+    RECT area{};
+    const HWND owner = GetWindow(Window(), GW_OWNER);
+    const RECT work = WorkArea(owner != nullptr ? owner : Window());
+    if (owner == nullptr || GetWindowRect(owner, &area) == 0) {
+        area = work;
+    }
+    RECT own{};
+    GetWindowRect(Window(), &own);
+    const long left = area.left + (area.right - area.left - (own.right - own.left)) / 2;
+    const long top = area.top + (area.bottom - area.top - (own.bottom - own.top)) / 2;
+    SetWindowPos(Window(), nullptr, std::max(left, work.left), std::max(top, work.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Form::DisableClosing() {
+    EnableMenuItem(GetSystemMenu(Window(), FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
+}
+
+bool Form::BeginsToEnd() {
+    DisableClosing();
+    return !std::exchange(isEnding_, true);
+}
+
+void Form::ShowBusy(bool busy) {
+    isBusy_ = busy;
+    SetCursor(LoadCursorW(nullptr, busy ? IDC_WAIT : IDC_ARROW));
+}
+
+void Form::ArrangeAgain() {
+    ArrangeAll();
+    Redraw();
+}
+
+void Form::Redraw(bool now) {
+    RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | (now ? RDW_UPDATENOW : 0U));
+}
+
+HWND Form::AddControl(const wchar_t* windowClass, int id, const std::wstring& text, DWORD style, TextStyle look) {
+    const HWND control =
+        CreateWindowExW(0, windowClass, text.c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, Window(),
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    SetLook(control, look);
+    return control;
+}
+
+HWND Form::AddLabel(int id, const std::wstring& text, TextStyle look, DWORD style) {
+    return AddControl(L"STATIC", id, text, SS_NOPREFIX | style, look);
+}
+
+HWND Form::AddFooterButton(int id, const std::wstring& text, bool isDefault) {
+    const DWORD kind = isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    const HWND button = AddControl(L"BUTTON", id, text, WS_TABSTOP | kind, {.Background = &Palette::Footer});
+    footerButtons_.push_back(button);
+    return button;
+}
+
+HWND Form::AddHeader(int id, const std::wstring& title, int points, bool bold, int height) {
+    headerHeight_ = height;
+    title_ = AddLabel(id, title,
+                      {.Points = points, .Bold = bold, .Colour = &Palette::HeaderText, .Background = &Palette::Header});
+    return title_;
+}
+
+void Form::SetLook(HWND control, TextStyle look) {
+    controls_[control] = look;
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(FontOf(look.Points, look.Bold)), TRUE);
+}
+
+SIZE Form::TextSize(HWND control) const {
+    const bool hasPrefix = (GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX) == 0;
+    const RECT area = MeasureText(control, 0, DT_SINGLELINE | (hasPrefix ? 0U : DT_NOPREFIX));
+    return {area.right, area.bottom};
+}
+
+int Form::TextHeight(HWND control, int width) const {
+    const bool breaksAnywhere = (GetWindowLongW(control, GWL_STYLE) & SS_EDITCONTROL) != 0;
+    return static_cast<int>(
+        MeasureText(control, width, DT_WORDBREAK | DT_NOPREFIX | (breaksAnywhere ? DT_EDITCONTROL : 0U)).bottom);
+}
+
+void Form::Place(HWND control, int left, int top, int width, int height) {
+    SetWindowPos(control, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+int Form::PlaceText(HWND label, int left, int top, int width) const {
+    const int height = TextHeight(label, width);
+    Place(label, left, top, width, height);
+    return top + height;
+}
+
+int Form::ButtonWidth(HWND button) const {
+    return std::max(Px(92), static_cast<int>(TextSize(button).cx) + Px(28));
+}
+
+std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    constexpr UINT DpiChanged = 0x02E0;
+    switch (message) {
+        case WM_ERASEBKGND:
+            return TRUE;
+        case WM_PAINT:
+            PaintAll();
+            return 0;
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLORBTN:
+            return ColourOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
+        case WM_SETCURSOR:
+            if (!isBusy_) {
+                return {};
+            }
+            SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+            return TRUE;
+        case WM_SYSCOLORCHANGE:
+        case WM_SETTINGCHANGE:
+            Redraw();
+            return {};
+        case DpiChanged:
+            FollowDpi(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+            return 0;
+        default:
+            return {};
+    }
+}
+
+void Form::ArrangeAll() {
+    PlaceHeader();
+    shortage_ = 0;
+    const int wanted = ArrangeContent();
+    const int available = ScreenHeight();
+    if (wanted > available) {
+        shortage_ = wanted - available;
+        SetClientSize(Px(width_), ArrangeContent());
+    } else {
+        SetClientSize(Px(width_), wanted);
+    }
+}
+
+/// Returns the height of the client area.
+int Form::ArrangeContent() {
+    const int margin = Px(Margin);
+    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, Px(width_) - 2 * margin);
+    footerTop_ = contentBottom + margin;
+    return PlaceFooter(footerTop_);
+}
+
+/// The height that a client area can have on the screen that the window is on.
+int Form::ScreenHeight() const {
+    RECT window{};
+    RECT client{};
+    GetWindowRect(Window(), &window);
+    GetClientRect(Window(), &client);
+    const RECT work = WorkArea(Window());
+    return static_cast<int>(work.bottom - work.top - (window.bottom - window.top - client.bottom));
+}
+
+/// The frame around the client area keeps its size, whatever the screen's resolution makes it.
+void Form::SetClientSize(int width, int height) {
+    RECT window{};
+    RECT client{};
+    GetWindowRect(Window(), &window);
+    GetClientRect(Window(), &client);
+    SetWindowPos(Window(), nullptr, 0, 0, width + (window.right - window.left) - client.right,
+                 height + (window.bottom - window.top) - client.bottom, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Form::PlaceHeader() {
+    if (title_ == nullptr) {
+        return;
+    }
+    const int left = Px(Margin + SignSize + 16);
+    const int height = static_cast<int>(TextSize(title_).cy);
+    Place(title_, left, (Px(headerHeight_) - height) / 2, Px(width_) - left - Px(Margin), height);
+}
+
+/// Returns the bottom of the window.
+int Form::PlaceFooter(int top) {
+    if (footerButtons_.empty()) {
+        return top;
+    }
+    const int height = Px(ButtonHeight);
+    int right = Px(width_ - Margin);
+    for (auto button = footerButtons_.rbegin(); button != footerButtons_.rend(); ++button) {
+        const int width = ButtonWidth(*button);
+        Place(*button, right - width, top + Px(FooterMargin), width, height);
+        right -= width + Px(8);
+    }
+    if (footerControl_ != nullptr) {
+        Place(footerControl_, Px(Margin), top + Px(FooterMargin), right - Px(Margin + 8), height);
+    }
+    return top + height + 2 * Px(FooterMargin);
+}
+
+void Form::PaintAll() {
+    const BufferedPaint paint(Window());
+    const Palette colours = Colours();
+    const HDC dc = paint.Dc();
+    RECT client{};
+    GetClientRect(Window(), &client);
+    FillArea(dc, client, colours.Page);
+
+    FillArea(dc, Area(0, 0, client.right, Px(headerHeight_)), colours.Header);
+    const int sign = Px(SignSize);
+    const auto icon = static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_PROGRAM), IMAGE_ICON, sign, sign, LR_DEFAULTCOLOR));
+    DrawIconEx(dc, Px(Margin), (Px(headerHeight_) - sign) / 2, icon, sign, sign, 0, nullptr, DI_NORMAL);
+    DestroyIcon(icon);
+
+    if (!footerButtons_.empty()) {
+        FillArea(dc, Area(0, footerTop_, client.right, client.bottom - footerTop_), colours.Footer);
+        FillArea(dc, Area(0, footerTop_, client.right, 1), colours.Line);
+    }
+    Paint(dc, colours);
+}
+
+LRESULT Form::ColourOf(HWND control, HDC dc) const {
+    const auto found = controls_.find(control);
+    const TextStyle look = found == controls_.end() ? TextStyle{} : found->second;
+    const Palette colours = Colours();
+    SetTextColor(dc, colours.*look.Colour);
+    SetBkColor(dc, colours.*look.Background);
+    SetDCBrushColor(dc, colours.*look.Background);
+    return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));
+}
+
+void Form::ApplyFonts() {
+    for (const auto& [control, look] : controls_) {
+        SetLook(control, look);
+    }
+}
+
+void Form::FollowDpi(int dpi, const RECT& suggested) {
+    SetDpi(dpi);
+    SetWindowPos(Window(), nullptr, suggested.left, suggested.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ApplyFonts();
+    ArrangeAgain();
+}
+
+}  // namespace mip

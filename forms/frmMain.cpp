@@ -1,0 +1,132 @@
+#include "forms/frmMain.h"
+
+#include <algorithm>
+
+namespace mip {
+
+namespace {
+
+constexpr UINT_PTR Timer1 = 1;
+constexpr UINT_PTR Timer2 = 2;
+constexpr int BarSteps = 1000;
+
+constexpr TextStyle StepLook(bool bold) {
+    return {.Points = 11, .Bold = bold, .Background = &Palette::Card};
+}
+
+}  // namespace
+
+void frmMain::OnLoad() {
+    AddHeader(ids::lblTitle, L"", 14, true, 64);
+    for (int step = FirstStep; step <= LastStep; ++step) {
+        AddLabel(ids::L_STEP + step, L"", StepLook(false), SS_ENDELLIPSIS);
+    }
+    AddLabel(ids::L_Manual, L"", {.Colour = &Palette::Muted, .Background = &Palette::Card}, SS_ENDELLIPSIS);
+    for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
+        const HWND control = AddControl(PROGRESS_CLASSW, ids::pgBar + static_cast<int>(bar), L"", PBS_SMOOTH);
+        SendMessageW(control, PBM_SETRANGE32, 0, BarSteps);
+    }
+    driver_.FormLoad();
+    DisableClosing();
+    Finish(600);
+    SetTimer(Window(), Timer1, 1000, nullptr);
+    SetTimer(Window(), Timer2, 200, nullptr);
+}
+
+void frmMain::OnShown() {
+    Redraw(true);
+    driver_.RunInstallation();
+    KillTimer(Window(), Timer1);
+    KillTimer(Window(), Timer2);
+    Flow().ShowResult();
+    Close();
+}
+
+int frmMain::Arrange(int left, int top, int width) {
+    const int height = Px(60);
+    const int textLeft = left + Px(72);
+    const int textWidth = width - Px(72 + 20);
+    for (int step = FirstStep; step <= LastStep; ++step) {
+        const bool hasBar = step == LastStep;
+        Frame(step).Area = Area(left, top, width, height + (hasBar ? Px(56) : 0));
+        const HWND caption = Item(ids::L_STEP + step);
+        const int lineHeight = static_cast<int>(TextSize(caption).cy);
+        Place(caption, textLeft, top + (height - lineHeight) / 2, textWidth, lineHeight);
+        top = Frame(step).Area.bottom + Px(10);
+    }
+
+    const int manualTop = Frame(LastStep).Area.top + height - Px(6);
+    Place(Item(ids::L_Manual), textLeft, manualTop, textWidth, Px(18));
+    for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
+        Place(Item(ids::pgBar + static_cast<int>(bar)), textLeft, manualTop + Px(24), textWidth, Px(16));
+    }
+    return Frame(LastStep).Area.bottom;
+}
+
+void frmMain::Paint(HDC dc, const Palette& colours) {
+    for (int step = FirstStep; step <= LastStep; ++step) {
+        DrawStep(dc, colours, step);
+    }
+}
+
+/// A card with the step's frame at its left and a disc in the same colour: the step's number, or a tick when done.
+void frmMain::DrawStep(HDC dc, const Palette& colours, int step) {
+    const StepFrame& frame = Frame(step);
+    FillRounded(dc, frame.Area, Px(4), colours.Card, colours.Line);
+    FillArea(dc, Area(frame.Area.left, frame.Area.top, Px(6), frame.Area.bottom - frame.Area.top), frame.Colour);
+    const RECT disc = Area(frame.Area.left + Px(22), frame.Area.top + (Px(60) - Px(32)) / 2, Px(32), Px(32));
+    FillCircle(dc, disc, frame.Colour);
+    if (frame.Colour == frameColours::Done) {
+        DrawGlyph(dc, Shrunk(disc, Px(4)), Glyph::Check, RGB(255, 255, 255));
+        return;
+    }
+    const std::wstring number = std::to_wstring(step - FirstStep + 1);
+    RECT text = disc;
+    const HGDIOBJ previous = SelectObject(dc, FontOf(11, true));
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, RGB(255, 255, 255));
+    DrawTextW(dc, number.c_str(), -1, &text, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+    SelectObject(dc, previous);
+}
+
+std::optional<LRESULT> frmMain::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_TIMER) {
+        return Form::OnMessage(message, wParam, lParam);
+    }
+    if (wParam == Timer1) {
+        driver_.Timer1();
+    } else {
+        driver_.Timer2();
+    }
+    return 0;
+}
+
+void frmMain::SetCaption(const std::wstring& caption) {
+    Form::SetCaption(caption);
+    SetItemText(ids::lblTitle, caption);
+}
+
+void frmMain::SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) {
+    const int number = static_cast<int>(step);
+    SetLook(Item(ids::L_STEP + number), StepLook(bold));
+    SetItemText(ids::L_STEP + number, caption);
+    Frame(number).Colour = frameColour;
+    InvalidateRect(Window(), &Frame(number).Area, FALSE);
+}
+
+void frmMain::SetBar(Bar bar, const BarState& state) {
+    const HWND control = Item(ids::pgBar + static_cast<int>(bar));
+    const float range = state.Max - state.Min;
+    const float part = range > 0 ? std::clamp((state.Value - state.Min) / range, 0.0F, 1.0F) : 0.0F;
+    SendMessageW(control, PBM_SETPOS, static_cast<WPARAM>(part * BarSteps), 0);
+    const bool shown = (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown != state.Visible) {
+        ShowWindow(control, state.Visible ? SW_SHOW : SW_HIDE);
+    }
+}
+
+void frmMain::Repaint() {
+    RedrawWindow(Window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+}  // namespace mip

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+
+#include "install/modManualInstall.h"
+#include "forms/ControlIds.h"
+#include "forms/Form.h"
+
+namespace mip {
+
+/// The installation progress screen. It runs the installation by itself when it is shown, then hands over to the
+/// result screen.
+class frmMain final : public Form, private InstallationView {
+  public:
+    explicit frmMain(FormHost& host) : Form(host), driver_(host.Program(), *this, host.Flow()) {}
+
+  protected:
+    void OnLoad() override;
+    void OnShown() override;
+    int Arrange(int left, int top, int width) override;
+    void Paint(HDC dc, const Palette& colours) override;
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    static constexpr int FirstStep = 2;
+    static constexpr int LastStep = 4;
+
+    /// The coloured frame beside a step's caption.
+    struct StepFrame {
+        COLORREF Colour = frameColours::Waiting;
+        RECT Area{};
+    };
+    StepFrame& Frame(int step) { return frames_[static_cast<std::size_t>(step - FirstStep)]; }
+
+    void SetCaption(const std::wstring& caption) override;
+    void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
+    void SetBar(Bar bar, const BarState& state) override;
+    void SetManual(const std::wstring& name) override { SetItemText(ids::L_Manual, name); }
+    void SetBusyPointer(bool busy) override { ShowBusy(busy); }
+    void Repaint() override;
+
+    void DrawStep(HDC dc, const Palette& colours, int step);
+
+    std::array<StepFrame, 3> frames_;
+    InstallationDriver driver_;
+};
+
+}  // namespace mip

@@ -1,0 +1,134 @@
+#include "forms/frmMenu.h"
+
+#include <algorithm>
+
+#include "app/Messages.h"
+#include "app/modSysParameter.h"
+#include "platform/ScopeGuard.h"
+#include "screens/MenuScreen.h"
+#include "forms/ControlIds.h"
+#include "screens/modBrowser.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::initializer_list<int> MenuButtons{ids::cmdDispManual, ids::cmdStartInstall, ids::cmdBrowseManual};
+
+Glyph GlyphOf(int button) {
+    return button == ids::cmdDispManual     ? Glyph::Guide
+           : button == ids::cmdStartInstall ? Glyph::Install
+                                            : Glyph::Browse;
+}
+
+}  // namespace
+
+void frmMenu::OnLoad() {
+    const std::wstring caption = GetMessageText(Program(), messages::MenuCaption);
+    SetCaption(caption);
+    AddHeader(ids::lblTitle, caption, 22, true, 96);
+    AddMenuButton(ids::cmdDispManual, messages::MenuGuide);
+    AddMenuButton(ids::cmdStartInstall, messages::MenuInstall);
+    AddMenuButton(ids::cmdBrowseManual, messages::MenuBrowse);
+    Finish(560);
+    SendMessageW(Window(), DM_SETDEFID, ids::cmdStartInstall, 0);
+    SetFocus(Item(ids::cmdStartInstall));
+}
+
+void frmMenu::AddMenuButton(int id, std::int16_t message) {
+    AddControl(L"BUTTON", id, GetMessageText(Program(), message), WS_TABSTOP | BS_PUSHBUTTON, {.Points = 18});
+}
+
+int frmMenu::Arrange(int left, int top, int width) {
+    const int height = Px(76);
+    for (const int id : MenuButtons) {
+        Place(Item(id), left, top, width, height);
+        top += height + Px(12);
+    }
+    return top - Px(12);
+}
+
+void frmMenu::OnCommand(int control, int notification) {
+    if (notification != BN_CLICKED || browsing_) {
+        return;
+    }
+    switch (control) {
+        case ids::cmdDispManual:
+            OpenInstallationGuide(Program());
+            break;
+        case ids::cmdStartInstall:
+            Flow().StartInstallation();
+            Close();
+            break;
+        case ids::cmdBrowseManual:
+            Browse();
+            break;
+        default:
+            break;
+    }
+}
+
+/// A browser may take its time to load the page; what the user does to the menu meanwhile does not count.
+void frmMenu::Browse() {
+    browsing_ = true;
+    const ScopeGuard done([this] { browsing_ = false; });
+    ShowDiscIndex(Program());
+}
+
+void frmMenu::OnClose() {
+    if (browsing_) {
+        return;
+    }
+    Flow().CloseMenu();
+    Close();
+}
+
+std::optional<LRESULT> frmMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NOTIFY) {
+        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        if (header.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
+            const auto& draw = *reinterpret_cast<const NMCUSTOMDRAW*>(lParam);
+            if (draw.dwDrawStage == CDDS_PREERASE) {
+                DrawMenuButton(draw);
+                return CDRF_SKIPDEFAULT;
+            }
+        }
+        return CDRF_DODEFAULT;
+    }
+    return Form::OnMessage(message, wParam, lParam);
+}
+
+/// A card with a sign and a line of text; it lights up under the mouse, and its frame is strong with the focus.
+void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
+    const Palette colours = Colours();
+    const HWND button = draw.hdr.hwndFrom;
+    const bool pointedAt = (draw.uItemState & (CDIS_HOT | CDIS_SELECTED)) != 0;
+    const bool focused = (draw.uItemState & CDIS_FOCUS) != 0;
+    FillArea(draw.hdc, draw.rc, colours.Page);
+    FillRounded(draw.hdc, draw.rc, Px(6), pointedAt ? colours.CardHot : colours.Card,
+                pointedAt || focused ? colours.Accent : colours.Line);
+    if (focused) {
+        FillRounded(draw.hdc, Shrunk(draw.rc, 1), Px(5), pointedAt ? colours.CardHot : colours.Card, colours.Accent);
+    }
+
+    const int height = draw.rc.bottom - draw.rc.top;
+    const int disc = Px(48);
+    const RECT discArea = Area(draw.rc.left + Px(16), draw.rc.top + (height - disc) / 2, disc, disc);
+    FillCircle(draw.hdc, discArea, colours.Accent);
+    DrawGlyph(draw.hdc, Shrunk(discArea, Px(11)), GlyphOf(static_cast<int>(draw.hdr.idFrom)),
+              colours.HighContrast ? colours.Page : colours.HeaderText);
+
+    RECT textArea = draw.rc;
+    textArea.left = discArea.right + Px(20);
+    textArea.right -= Px(16);
+    const HGDIOBJ previous = SelectObject(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
+    SetBkMode(draw.hdc, TRANSPARENT);
+    SetTextColor(draw.hdc, colours.Text);
+    wchar_t text[256];
+    GetWindowTextW(button, text, 256);
+    const bool cuesHidden = (SendMessageW(button, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
+    DrawTextW(draw.hdc, text, -1, &textArea, DT_SINGLELINE | DT_VCENTER | (cuesHidden ? DT_HIDEPREFIX : 0U));
+    SelectObject(draw.hdc, previous);
+}
+
+}  // namespace mip

@@ -1,0 +1,80 @@
+#include "install/VersionStamp.h"
+
+#include <exception>
+
+#include "app/Messages.h"
+#include "app/Program.h"
+#include "app/modSysParameter.h"
+#include "platform/Computer.h"
+#include "platform/Files.h"
+#include "security/modAddFullAccess.h"
+
+namespace mip {
+
+namespace {
+
+/// The stamp as Forms Data Format 1.2 (PDF reference, "Forms Data Format"): one field and the PDF that it belongs to.
+std::wstring StampText(const std::wstring& version, const std::wstring& pdfFileName) {
+    const std::wstring lines[] = {
+        L"%FDF-1.2",
+        L"1 0 obj",
+        L"<<",
+        L"/FDF << /Fields [",
+        L"<< /V (Ver " + version + L")/T (ver_mam_man)>> ]",
+        L"/F (./" + pdfFileName + L") >>",
+        L">>",
+        L"endobj",
+        L"trailer",
+        L"<<",
+        L"/Root 1 0 R",
+        L"",
+        L">>",
+        L"%%EOF",
+    };
+    std::wstring text;
+    for (const std::wstring& line : lines) {
+        text += line + L"\r\n";
+    }
+    return text;
+}
+
+std::wstring StampPath(const Program& program) {
+    return program.Paths.InstallDir + L"\\mam_man.fdf";
+}
+
+std::string StampBytes(const Program& program, const std::wstring& version) {
+    return program.Platform.Computer.ToSystemCodePage(
+        StampText(version, GetMessageText(program, messages::PdfFileName)));
+}
+
+void ClearReadOnly(Files& files, const std::wstring& path) {
+    if (files.Exists(path) && (files.Status(path).Attributes & attributes::ReadOnly) != 0) {
+        files.SetAttributes(path, attributes::Normal);
+    }
+}
+
+}  // namespace
+
+bool IsVersionStamped(const Program& program, const std::wstring& version) {
+    const std::wstring path = StampPath(program);
+    try {
+        return program.Platform.Files.Exists(path) && program.Platform.Files.Read(path) == StampBytes(program, version);
+    } catch (const std::exception& error) {
+        program.Platform.FaultLog.Trapped("reading the version stamp", error);
+        return false;
+    }
+}
+
+bool WriteVersionStamp(Program& program, const std::wstring& version) {
+    try {
+        const std::wstring path = StampPath(program);
+        ClearReadOnly(program.Platform.Files, path);
+        program.Platform.Files.Write(path, StampBytes(program, version));
+        return GrantFullAccess(program, path);
+    } catch (const std::exception& error) {
+        program.Log.Trapped("writing the version stamp", error);
+        return false;
+    }
+}
+
+}  // namespace mip

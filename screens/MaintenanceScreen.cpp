@@ -1,0 +1,103 @@
+#include "screens/MaintenanceScreen.h"
+
+#include "app/Program.h"
+
+#include <exception>
+#include <vector>
+
+#include "app/ExitCode.h"
+#include "app/ManualPlace.h"
+#include "app/modFile.h"
+#include "app/modSysParameter.h"
+#include "catalogue/modMDB.h"
+#include "app/modPdf.h"
+#include "app/modShell.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace mip {
+
+namespace {
+
+constexpr std::int16_t ListSlot = 4;
+
+bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
+    if (manual.Pdf_flg == L"1") {
+        return ManualPdfExists(platform, manual.INSPath, manual.Pub_No);
+    }
+    return platform.Folders.Exists(JoinPath(manual.INSPath, L"contents")) &&
+           platform.Files.Exists(JoinPath(manual.INSPath, L"index.html"));
+}
+
+/// All installed manuals; false when they could not be read to the end. The list is read before a row is changed.
+bool ReadInstalledList(Program& program, std::vector<InstalledRecord>& manuals) {
+    MdbStatus status = OpenInstalledList(program, ListSlot);
+    for (; status == MdbOk; status = NextInstalledListRow(program, ListSlot)) {
+        manuals.push_back(program.Installed);
+    }
+    return status == MdbEnd;
+}
+
+bool CleanUpMissing(Program& program, const InstalledRecord& manual) {
+    const bool marked = manual.Adjust_flg == L"1";
+    const bool changed = marked ? RemoveInstalledManual(*program.CatalogDb, manual.Pub_No)
+                                : MarkForAdjustment(*program.CatalogDb, manual.Pub_No);
+    program.Log.Write(L"check", manual.Pub_No, !changed ? L"failed" : marked ? L"row removed" : L"marked");
+    return changed;
+}
+
+ExitCode RemoveAsked(Program& program) {
+    const std::wstring& pubNo = program.Switches.Remove;
+    const MdbStatus found = FindInstalledRecord(program, pubNo);
+    if (found != MdbOk) {
+        program.Log.Write(L"remove", pubNo, found == MdbEnd ? L"not installed" : L"catalogue not readable");
+        return ExitCode::CouldNotStart;
+    }
+    const bool removed = RemoveOneManual(program, program.Installed.INSPath, pubNo);
+    program.Log.Write(L"remove", pubNo, removed ? L"done" : L"failed");
+    return removed ? ExitCode::Done : ExitCode::FailedPartWay;
+}
+
+ExitCode RunMode(Program& program) {
+    try {
+        if (MaintenanceModeOf(program.Switches) == RemoveOneMode) {
+            return RemoveAsked(program);
+        }
+        return CheckInstalledManuals(program) ? ExitCode::Done : ExitCode::FailedPartWay;
+    } catch (const std::exception& error) {
+        program.Log.Trapped("the maintenance run", error);
+        return ExitCode::FailedPartWay;
+    }
+}
+
+}  // namespace
+
+std::int16_t MaintenanceModeOf(const Switches& switches) {
+    return switches.Remove.empty() ? 1 : RemoveOneMode;
+}
+
+void RunMaintenance(Program& program) {
+    WaitSeconds(program.Platform.Clock, 1);
+    program.Outcome.ExitCode = RunMode(program);
+    WaitSeconds(program.Platform.Clock, 1);
+}
+
+bool CheckInstalledManuals(Program& program) {
+    std::vector<InstalledRecord> manuals;
+    bool succeeded = ReadInstalledList(program, manuals);
+    for (const InstalledRecord& manual : manuals) {
+        if (!AreFilesPresent(program.Platform, manual)) {
+            succeeded = CleanUpMissing(program, manual) && succeeded;
+        }
+    }
+    return succeeded;
+}
+
+bool RemoveOneManual(Program& program, const std::wstring& folder, const std::wstring& pubNo) {
+    if (MayTouchFolder(program, folder)) {
+        RunAndWait(program.Platform, L"\"" + program.Paths.RmDirBatPath + L"\" \"" + folder + L"\"");
+    }
+    return RemoveInstalledManual(*program.CatalogDb, pubNo);
+}
+
+}  // namespace mip

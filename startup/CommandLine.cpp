@@ -1,0 +1,118 @@
+#include "startup/CommandLine.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+
+#include "text/TextTools.h"
+
+namespace mip {
+namespace {
+
+struct PlainSwitch {
+    std::wstring_view Name;
+    bool Switches::*Flag;
+};
+
+struct ValueSwitch {
+    std::wstring_view Name;
+    std::wstring Switches::*Value;
+    bool (*IsComplete)(const std::wstring& value);
+};
+
+bool IsAnyText(const std::wstring& value) {
+    return !value.empty() && value.find(L'"') == std::wstring::npos;
+}
+
+bool IsAbsoluteFolder(const std::wstring& value) {
+    const bool onDrive = value.size() > 2 && value[1] == L':' && value[2] == L'\\';
+    return IsAnyText(value) && (onDrive || value.starts_with(L"\\\\"));
+}
+
+/// Two or three letters or digits: the code names the message file.
+bool IsLanguageCode(const std::wstring& value) {
+    const auto isPart = [](wchar_t part) {
+        return (part >= L'0' && part <= L'9') || (part >= L'A' && part <= L'Z') || (part >= L'a' && part <= L'z');
+    };
+    return (value.size() == 2 || value.size() == 3) && std::all_of(value.begin(), value.end(), isPart);
+}
+
+constexpr std::array plainSwitches{
+    PlainSwitch{L"/SILENT", &Switches::Silent},
+    PlainSwitch{L"/VERYSILENT", &Switches::VerySilent},
+    PlainSwitch{L"/ACCEPT", &Switches::Accept},
+    PlainSwitch{L"/CHECK", &Switches::Check},
+};
+
+constexpr std::array valueSwitches{
+    ValueSwitch{L"/REMOVE", &Switches::Remove, IsAnyText},
+    ValueSwitch{L"/DIR", &Switches::Directory, IsAbsoluteFolder},
+    ValueSwitch{L"/LANG", &Switches::Language, IsLanguageCode},
+    ValueSwitch{L"/LOG", &Switches::LogFile, IsAnyText},
+};
+
+std::wstring WithoutQuotes(const std::wstring& value) {
+    const bool quoted = value.size() > 1 && value.starts_with(L'"') && value.ends_with(L'"');
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+bool ReadPlain(const std::wstring& name, Switches& switches) {
+    for (const PlainSwitch& plain : plainSwitches) {
+        if (plain.Name == name) {
+            switches.*plain.Flag = true;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ReadWithValue(const std::wstring& name, const std::wstring& value, Switches& switches) {
+    for (const ValueSwitch& valued : valueSwitches) {
+        if (valued.Name == name && valued.IsComplete(value)) {
+            switches.*valued.Value = value;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ReadOne(const std::wstring& argument, Switches& switches) {
+    const std::size_t equals = argument.find(L'=');
+    const std::wstring name = ToUpper(argument.substr(0, equals));
+    return equals == std::wstring::npos ? ReadPlain(name, switches)
+                                        : ReadWithValue(name, WithoutQuotes(argument.substr(equals + 1)), switches);
+}
+
+/// The switch that cannot stand as it does beside the others.
+std::optional<std::wstring> FindMisplaced(const Switches& switches) {
+    if (switches.Check && !switches.Remove.empty()) {
+        return L"/REMOVE=" + switches.Remove;
+    }
+    if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance()) {
+        return switches.VerySilent ? L"/VERYSILENT" : L"/SILENT";
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+Switches ReadSwitches(const std::vector<std::wstring>& arguments) {
+    Switches switches;
+    std::optional<std::wstring> bad;
+    for (const std::wstring& argument : arguments) {
+        if (!ReadOne(argument, switches) && !bad) {
+            bad = argument;
+        }
+    }
+    switches.Language = ToUpper(switches.Language);
+    if (!bad) {
+        bad = FindMisplaced(switches);
+    }
+    if (bad) {
+        throw BadSwitch(*bad, switches);
+    }
+    return switches;
+}
+
+}  // namespace mip

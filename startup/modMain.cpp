@@ -1,0 +1,247 @@
+#include "startup/modMain.h"
+
+#include <cstdlib>
+#include <optional>
+
+#include "app/Messages.h"
+#include "app/Program.h"
+#include "app/modFile.h"
+#include "app/modLanguage.h"
+#include "app/modRegistry.h"
+#include "app/modSysParameter.h"
+#include "catalogue/clsMDB.h"
+#include "catalogue/modMdbUpgrade.h"
+#include "app/modShell.h"
+#include "manualinfo/modManualInfo.h"
+#include "platform/Clock.h"
+#include "platform/Computer.h"
+#include "platform/Files.h"
+#include "platform/MessageBoxes.h"
+#include "platform/PlatformError.h"
+#include "platform/Processes.h"
+#include "screens/AgreementScreen.h"
+#include "startup/CommandLine.h"
+#include "screens/modBrowser.h"
+#include "security/modGetUsersName.h"
+#include "text/TextTools.h"
+
+namespace mip {
+namespace {
+
+constexpr std::int16_t NoFailure = 0;
+
+[[noreturn]] void EndWith(Program& program, ExitCode code) {
+    program.Outcome.ExitCode = code;
+    EndProgram(program, TemporaryFolder::Keep);
+}
+
+/// Says why the program cannot go on, in a fixed text, and ends it.
+[[noreturn]] void FailStart(Program& program, const std::wstring& text, ExitCode code = ExitCode::CouldNotStart) {
+    program.Log.Write(L"start-up", L"", text);
+    try {
+        program.Platform.MessageBoxes.Show(text, boxes::Ok | boxes::Exclamation, ProgramTitle);
+    } catch (const std::exception& error) {
+        // Without a box the exit code still tells.
+        program.Log.Trapped("showing why the program cannot start", error);
+    }
+    EndWith(program, code);
+}
+
+void StartLog(Program& program) {
+    const std::wstring& file = program.Switches.LogFile;
+    if (file.empty()) {
+        return;
+    }
+    try {
+        program.Log.StartFile(file);
+    } catch (const PlatformError& error) {
+        program.Log.Trapped("starting the log file", error);
+        FailStart(program, L"Log file cannot be written: " + file);
+    }
+    program.Log.Write(L"start-up", L"", L"started");
+}
+
+std::wstring SysDirOf(const Program& program) {
+    return JoinPath(program.Platform.Computer.ProgramFolder(), L"SysDir");
+}
+
+std::wstring ChooseLanguage(const Program& program) {
+    return program.Switches.Language.empty() ? GetLanguageCode(program.Platform) : program.Switches.Language;
+}
+
+/// Switches are read before the settings: a disc without message files still names the bad one.
+std::wstring BadSwitchText(Program& program) {
+    program.Paths.SysDirPath = SysDirOf(program);
+    program.Identity.LanguageCode = ChooseLanguage(program);
+    const std::wstring text = GetMessageText(program, messages::BadSwitch);
+    return text.empty() ? L"Unknown or incomplete switch: " : text;
+}
+
+void TakeSwitches(Program& program, const std::vector<std::wstring>& arguments) {
+    try {
+        program.Switches = ReadSwitches(arguments);
+        StartLog(program);
+    } catch (const BadSwitch& bad) {
+        program.Switches = bad.Others();
+        StartLog(program);
+        FailStart(program, BadSwitchText(program) + bad.Text());
+    }
+}
+
+void LoadSettings(Program& program) {
+    Paths& paths = program.Paths;
+    paths.ProgramFolder = program.Platform.Computer.ProgramFolder();
+    paths.SysDirPath = SysDirOf(program);
+    paths.SysParameterPath = JoinPath(paths.SysDirPath, L"SysParameter.ini");
+    if (!program.Platform.Files.Exists(paths.SysParameterPath)) {
+        FailStart(program, L"System Parameter File None");
+    }
+    if (!ReadSystemParameters(program)) {
+        FailStart(program, L"No System Data");
+    }
+}
+
+void FindPlacesAndNames(Program& program) {
+    Paths& paths = program.Paths;
+    Identity& identity = program.Identity;
+    Platform& platform = program.Platform;
+    identity.LanguageCode = ChooseLanguage(program);
+    paths.RmDirBatPath = JoinPath(paths.SysDirPath, L"RmDir.bat");
+    ReadInstallPaths(program);
+    identity.UserName = GetLoginUserName(platform);
+    paths.DiscRootPath = GetParentFolder(GetParentFolder(GetParentFolder(paths.ProgramFolder))) + L"\\";
+    paths.SecondDiscBase = platform.Volumes.DriveName(paths.ProgramFolder) + L"\\";
+    identity.FullAccessTrustee = GetUsersGroupName(platform);
+    identity.FolderTrustee = GetUsersGroupName(platform);
+}
+
+/// From here on the screens do without the disc.
+void KeepTexts(Program& program) {
+    KeepMessageTexts(program);
+    program.KeptTexts.Agreement = LoadAgreementText(program);
+}
+
+/// The computer lacks the diagnostic program: the disc's start page is all that it gets.
+[[noreturn]] void EndWithStartPage(Program& program, ScreenFlow& flow) {
+    program.Outcome.ExitCode = ExitCode::NoDiagnosticProgram;
+    program.Log.Write(L"start-up", L"", L"the diagnostic program is not installed");
+    flow.ShowStartPage();
+    EndProgram(program, TemporaryFolder::Keep);
+}
+
+/// The number of the message that says why the catalogue database cannot be used, or NoFailure.
+std::int16_t OpenCatalogue(Program& program) {
+    Paths& paths = program.Paths;
+    program.CatalogDb = std::make_unique<clsMDB>(program.Platform);
+    paths.MdbPath = JoinPath(paths.ManualInstallDir, program.Settings.Kvx3MdbName);
+    paths.LdbPath = JoinPath(paths.ManualInstallDir, ReplaceAll(program.Settings.Kvx3MdbName, L"mdb", L"ldb"));
+
+    const bool managerNotRunning = IsManagerNotRunning(program);
+    if (managerNotRunning) {
+        RecoverInterruptedUpgrade(program);
+    }
+    if (!program.Platform.Files.Exists(paths.MdbPath)) {
+        return messages::NoDatabase;
+    }
+    if (!managerNotRunning) {
+        return messages::ManagerRunning;
+    }
+    if (!program.CatalogDb->Pcls_MdbOpen(paths.MdbPath)) {
+        return messages::DatabaseNotOpened;
+    }
+    return IsFileWritable(program.Platform, paths.MdbPath) ? NoFailure : messages::DatabaseReadOnly;
+}
+
+void ShowFailure(Program& program, ScreenFlow& flow, std::int16_t message) {
+    Outcome& outcome = program.Outcome;
+    FailRun(program, message);
+    outcome.ResultKind = false;
+    outcome.ExitCode = ExitCode::CouldNotStart;
+    program.Log.Write(L"start-up", L"", outcome.ResultMessage + L' ' + outcome.ResultSubMessage);
+    flow.ShowResult();
+}
+
+void StartUp(Program& program, ScreenFlow& flow, const std::vector<std::wstring>& arguments) {
+    if (program.Platform.Computer.IsPreviousInstanceRunning()) {
+        EndWith(program, ExitCode::CouldNotStart);
+    }
+    TakeSwitches(program, arguments);
+    flow.ChooseScreens();
+    LoadSettings(program);
+    FindPlacesAndNames(program);
+    if (!IsManualLinkInstalled(program)) {
+        EndWithStartPage(program, flow);
+    }
+    KeepTexts(program);
+    program.DiscCatalogue.Clear();
+    const std::int16_t failure = OpenCatalogue(program);
+    if (failure == NoFailure) {
+        flow.Begin();
+    } else {
+        ShowFailure(program, flow, failure);
+    }
+}
+
+std::wstring Describe(const std::exception& error) {
+    std::wstring text = L"Unexpected error: " + FromUtf8(error.what());
+    if (const auto* platformError = dynamic_cast<const PlatformError*>(&error)) {
+        text += L"\r\n" + platformError->Object();
+    }
+    return text;
+}
+
+}  // namespace
+
+void Main(Program& program, ScreenFlow& flow, const std::vector<std::wstring>& arguments) {
+    try {
+        StartUp(program, flow, arguments);
+    } catch (const std::exception& error) {
+        // A quiet run may have installed manuals by now.
+        const bool hasRun = program.Outcome.RunFinished;
+        program.Log.Trapped(hasRun ? "ending the run" : "starting up", error);
+        FailStart(program, Describe(error), hasRun ? ExitCode::FailedPartWay : ExitCode::CouldNotStart);
+    }
+}
+
+bool IsManualLinkInstalled(const Program& program) {
+    const std::wstring& folder = program.Paths.ManualInstallDir;
+    return !folder.empty() && program.Platform.Folders.Exists(folder) &&
+           program.Platform.Files.Exists(JoinPath(folder, program.Settings.Kvx3ExeName));
+}
+
+void OpenDiscIndex(Program& program) {
+    if (!program.Platform.Files.Exists(program.Paths.DiscRootPath + L"index.html")) {
+        return;
+    }
+    const std::optional<ManualInfoCheck> check = CheckLocalManualInfo(program);
+    if (!check) {
+        EndWith(program, ExitCode::CouldNotStart);
+    }
+    if (!check->MayOpen && AskAboutManualInfo(program, *check) == boxes::AnswerNo) {
+        EndProgram(program, TemporaryFolder::Keep);
+    }
+    ShowDiscIndex(program);
+}
+
+bool IsManagerNotRunning(Program& program) {
+    program.ProcessNames.assign(1, L"");
+    const auto running = program.Platform.Processes.Snapshot();
+    if (!running) {
+        return !program.Platform.Files.Exists(program.Paths.LdbPath);
+    }
+    program.ProcessNames.insert(program.ProcessNames.end(), running->begin(), running->end());
+    return IsProgramNotRunning(program.ProcessNames, program.Settings.McpExeName);
+}
+
+void EndProgram(Program& program, TemporaryFolder temporary) {
+    program.CatalogDb.reset();
+    if (temporary == TemporaryFolder::Remove) {
+        RemoveFolder(program, program.Paths.UnZipTempPath);
+    }
+    const auto code = static_cast<std::uint32_t>(program.Outcome.ExitCode);
+    program.Log.Write(L"end", L"", L"exit code " + std::to_wstring(code));
+    program.Platform.Computer.EndProcess(code);
+    std::abort();
+}
+
+}  // namespace mip

@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <tuple>
+
+#include "app/modFile.h"
+#include "catalogue/modMdbUpgrade.h"
+#include "tests/native/install/Workshop.h"
+
+namespace mip {
+namespace {
+
+// A disc with a new manual, an update, a differential update, a PDF manual and a later edition of an installed one.
+void ArrangeDisc(Workshop& workshop) {
+    workshop.PutInstalledManual(L"BBBB1MM", 1);
+    workshop.PutInstalledManual(L"CCCC1MM", 4);
+    workshop.PutInstalledManual(L"EEEE0MM", 7);
+    workshop.PutArchiveManual(L"AAAA1MM", 1);
+    workshop.PutArchiveManual(L"BBBB1MM", 3);
+    workshop.PutArchiveManual(L"CCCC1MM", 5);
+    workshop.PutComparisonSet(L"CCCC1MM", 5);
+    workshop.PutPdfManual(L"DDDD1MM", 1);
+    workshop.PutArchiveManual(L"EEEE2MM", 1);
+}
+
+// An older manager program, and setups that succeed when they are run.
+void ArrangeSetups(Workshop& workshop) {
+    FileTree& tree = workshop.Windows.Tree;
+    tree.Find(L"C:\\Vantor\\Manager.exe")->Modified -= std::chrono::hours(1);
+    workshop.Windows.Processes.On(L"D:\\programs\\man_manager\\setup.exe", [&tree](const std::wstring&) {
+        tree.PutFile(L"C:\\Vantor\\Manager.exe", "manager");
+        return ScriptedEnd{};
+    });
+    for (const auto& [name, folder] : {std::pair(L"manual_link", L"Link"), std::pair(L"View", L"View")}) {
+        const std::wstring setup = std::wstring(L"D:\\programs\\") + name + L"\\setup.exe";
+        const std::wstring log = std::wstring(L"C:\\Program Files\\Vantor\\Korvex\\") + folder + L"\\setup.log";
+        tree.PutFile(setup);
+        workshop.Windows.Processes.On(setup, [&tree, log](const std::wstring&) {
+            tree.PutFile(log, "0\r\n");
+            return ScriptedEnd{};
+        });
+    }
+}
+
+/// Whether the files of a row are those of exactly the edition that it names.
+bool IsWhole(Workshop& workshop, const std::wstring& pubNo, const Workshop::Row& row) {
+    FileTree& tree = workshop.Windows.Tree;
+    if (pubNo == L"DDDD1MM") {
+        const std::wstring pdf = row.Path + L"\\contents\\DDDD1MM.pdf";
+        return tree.HasFile(pdf) && tree.BytesOf(pdf) == "%PDF-1.4";
+    }
+    const auto isThere = [&](const std::string& version, bool onlyChangedPage) {
+        const auto pages = Workshop::ManualPages(L"", std::string(pubNo.begin(), pubNo.end()) + " " + version);
+        return std::ranges::all_of(pages, [&](const auto& page) {
+            const std::wstring path = row.Path + page.first;
+            const bool counts = page.first.ends_with(L"engine.html") == onlyChangedPage;
+            return !counts || (tree.HasFile(path) && tree.BytesOf(path) == page.second);
+        });
+    };
+    const std::string version(row.Version.begin(), row.Version.end());
+    // The comparison set of CCCC1MM brings one page; the others may be those of the edition before.
+    const bool carries = pubNo == L"CCCC1MM" && version == "5" && isThere("4", false);
+    return isThere(version, true) && (carries || isThere(version, false));
+}
+
+/// What the next run makes of a row: one that it takes for unusable is installed in full.
+bool CountsAsUsable(Workshop& workshop, const Workshop::Row& row) {
+    return row.AdjustFlag != L"1" && workshop.Windows.Tree.HasFile(row.Path + L"\\contents\\index.html");
+}
+
+void ExpectNoRowLies(Workshop& workshop) {
+    for (const auto& [pubNo, row] : workshop.Rows()) {
+        const bool whole = IsWhole(workshop, pubNo, row);
+        EXPECT_TRUE(whole || !CountsAsUsable(workshop, row))
+            << std::string(pubNo.begin(), pubNo.end()) << " is recorded as usable, and is not whole";
+    }
+}
+
+std::map<std::wstring, std::string> OutsideTheLibrary(Workshop& workshop) {
+    auto files = workshop.Windows.Tree.Snapshot(L"C:\\");
+    std::erase_if(files, [](const auto& file) {
+        return file.first.starts_with(L"C:\\Manuals") || file.first.starts_with(L"C:\\Vantor") ||
+               file.first.starts_with(L"C:\\man_info") || file.first.starts_with(L"C:\\Program Files\\");
+    });
+    return files;
+}
+
+/// Starts the program anew on the computer as the fault left it, and installs.
+void ExpectNextRunRepairs(Workshop& workshop) {
+    workshop.Windows.Faults.Reset();
+    RecoverInterruptedUpgrade(workshop.Run);
+    workshop.OpenCatalogue(workshop.Run);
+    EXPECT_TRUE(workshop.Install()) << testing::PrintToString(workshop.Run.Outcome.ResultMessage);
+    const auto rows = workshop.Rows();
+    EXPECT_EQ(rows.size(), 5U);
+    EXPECT_FALSE(rows.contains(L"EEEE0MM"));
+    for (const auto& [pubNo, row] : rows) {
+        EXPECT_TRUE(IsWhole(workshop, pubNo, row) && row.AdjustFlag == L"0") << std::string(pubNo.begin(), pubNo.end());
+    }
+}
+
+bool LogHasACause(const Workshop& workshop) {
+    return workshop.Run.Log.Text().find(L" failed with code ") != std::wstring::npos;
+}
+
+using Arming = void (Faults::*)(std::size_t);
+
+/// The calls are dealt out among this many tests, which run side by side.
+constexpr std::size_t Shares = 4;
+
+class InstallationFaults : public testing::TestWithParam<std::tuple<Arming, std::size_t>> {};
+
+TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
+    const auto [arm, share] = GetParam();
+    std::size_t n = share + 1;
+    for (;; n += Shares) {
+        SCOPED_TRACE("call " + std::to_string(n));
+        Workshop workshop;
+        ArrangeDisc(workshop);
+        ArrangeSetups(workshop);
+        const auto outside = OutsideTheLibrary(workshop);
+        bool succeeded = false;
+        bool cut = false;
+        (workshop.Windows.Faults.*arm)(n);
+        try {
+            succeeded = workshop.Install();
+        } catch (const PowerCut&) {
+            cut = true;
+            workshop.Run.CatalogDb.reset();
+            workshop.Windows.Tree.SettleAfterPowerCut(FileTree::Unflushed::EverySecondPage);
+        }
+        const bool hit = workshop.Windows.Faults.Hit();
+        const std::string operation = workshop.Windows.Faults.HitOperation();
+        SCOPED_TRACE(operation);
+        workshop.Run.CatalogDb.reset();
+        workshop.Windows.Faults.Reset();
+        RecoverInterruptedUpgrade(workshop.Run);
+        ExpectNoRowLies(workshop);
+        EXPECT_EQ(OutsideTheLibrary(workshop), outside);
+        if (!cut) {
+            EXPECT_TRUE(succeeded || !workshop.Run.Outcome.ResultMessage.empty()) << "a failed run says so";
+            const bool isFile = operation.starts_with("Files.") || operation.starts_with("Folders.");
+            const bool isTold = !isFile || operation.ends_with("Exists") || operation.ends_with("IsInUse");
+            EXPECT_TRUE(succeeded || isTold || LogHasACause(workshop))
+                << testing::PrintToString(workshop.Run.Log.Text());
+            EXPECT_EQ(succeeded, workshop.Run.Outcome.ExitCode == ExitCode::Done);
+            // What cannot be seen counts as not there: a manual without its car_info.ci is no manual.
+            if (succeeded && !operation.ends_with(".Exists")) {
+                EXPECT_EQ(workshop.Rows().size(), 5U);
+            }
+        }
+        ExpectNextRunRepairs(workshop);
+        if (!hit || testing::Test::HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GT(n, 200U);
+}
+
+auto EveryShareOf(Arming arm) {
+    return testing::Combine(testing::Values(arm), testing::Range<std::size_t>(0, Shares));
+}
+
+std::string ShareName(const testing::TestParamInfo<std::tuple<Arming, std::size_t>>& info) {
+    return "Share" + std::to_string(std::get<1>(info.param) + 1) + "Of" + std::to_string(Shares);
+}
+
+INSTANTIATE_TEST_SUITE_P(Once, InstallationFaults, EveryShareOf(&Faults::FailCall), ShareName);
+INSTANTIATE_TEST_SUITE_P(FromThenOn, InstallationFaults, EveryShareOf(&Faults::FailFrom), ShareName);
+INSTANTIATE_TEST_SUITE_P(PowerCut, InstallationFaults, EveryShareOf(&Faults::CutPowerAt), ShareName);
+
+}  // namespace
+}  // namespace mip

@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include "app/Program.h"
+#include "screens/modBrowser.h"
+#include "tests/native/fakes/InMemoryWindows.h"
+
+namespace mip {
+namespace {
+
+constexpr auto Viewer = L"C:\\Program Files\\View\\view.exe";
+constexpr auto Page = L"D:\\index.html";
+
+class DiscIndex : public testing::Test {
+  protected:
+    DiscIndex() {
+        program_.Paths.ProgramFolder = L"D:\\programs\\setup";
+        program_.Paths.DiscRootPath = L"D:\\";
+        program_.Paths.ViewerExePath = Viewer;
+        windows_.Tree.PutFile(Page);
+    }
+
+    void OpenWindow(const std::wstring& documentType, const std::wstring& address) {
+        windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>());
+        windows_.Browsers.Open.back()->DocumentType = documentType;
+        windows_.Browsers.Open.back()->Address = address;
+    }
+
+    bool NothingHappened() {
+        return windows_.Browsers.Started.empty() && windows_.Processes.StartedVisible.empty() &&
+               windows_.Shell.Opened.empty();
+    }
+
+    InMemoryWindows windows_;
+    Program program_{windows_.Platform};
+    const std::vector<OpenedDocument> openedByShell_ = {{L"Open", Page, 1}};
+};
+
+TEST_F(DiscIndex, ViewerIsPreferredAndBrowsersAreLeftAlone) {
+    windows_.Tree.PutFile(Viewer);
+    windows_.Browsers.HasWindowCollection = false;
+    ShowDiscIndex(program_);
+    const std::vector<std::wstring> expected = {std::wstring(Viewer) + L" " + Page};
+    EXPECT_EQ(windows_.Processes.StartedVisible, expected);
+    EXPECT_TRUE(windows_.Browsers.Started.empty());
+    EXPECT_TRUE(windows_.Shell.Opened.empty());
+}
+
+TEST_F(DiscIndex, ViewerThatCannotBeStartedLeavesThePageToTheShell) {
+    windows_.Tree.PutFile(Viewer);
+    windows_.Faults.Reset();
+    ShowDiscIndex(program_);
+    // Its start is the last of the calls.
+    windows_.Faults.FailCall(windows_.Faults.Calls());
+    ShowDiscIndex(program_);
+    EXPECT_EQ(windows_.Processes.StartedVisible.size(), 1u);
+    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
+}
+
+TEST_F(DiscIndex, MissingPageDoesNothing) {
+    windows_.Tree.PutFile(Viewer);
+    windows_.Tree.Erase(Page);
+    ShowDiscIndex(program_);
+    EXPECT_TRUE(NothingHappened());
+}
+
+TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
+    windows_.Browsers.NewBrowser.BusyPolls = 3;
+    windows_.Browsers.NewBrowser.ReadyPolls = 2;
+    windows_.Clock.OnYield = [this] { EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown); };
+    ShowDiscIndex(program_);
+    const ScriptedBrowser& browser = *windows_.Browsers.Started.at(0);
+    EXPECT_EQ(browser.Navigated, std::vector<std::wstring>{Page});
+    EXPECT_TRUE(browser.Shown);
+    EXPECT_EQ(windows_.Clock.Yields, 5) << "the message loop is served at each look";
+    EXPECT_EQ(windows_.Clock.Sleeps.size(), 5u) << "the processor is spared";
+}
+
+TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
+    const struct {
+        const wchar_t* Label;
+        const wchar_t* Type;
+        const wchar_t* Address;
+        bool Reused;
+    } cases[] = {
+        {L"beside the program", L"HTMLDocument", L"file://d:\\PROGRAMS\\setup\\INDEX.HTML", true},
+        {L"as a URL", L"HTMLDocument", L"file:///D:/programs/setup/index.html#top", true},
+        {L"at the root, where it was sent", L"HTMLDocument", L"file:///D:/index.html", true},
+        {L"another page", L"HTMLDocument", L"file:///D:/manuals/index.html", false},
+        {L"another drive", L"HTMLDocument", L"file:///E:/index.html", false},
+        {L"no page at all", L"IShellFolderViewDual", L"D:\\programs\\setup\\index.html", false},
+        {L"not to be asked", L"", L"", false},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(testing::PrintToString(each.Label));
+        windows_.Browsers.Open.clear();
+        windows_.Browsers.Started.clear();
+        OpenWindow(L"HTMLDocument", L"about:blank");
+        OpenWindow(each.Type, each.Address);
+        ShowDiscIndex(program_);
+        EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
+        EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);
+    }
+}
+
+TEST_F(DiscIndex, SecondLookReusesTheWindowOfTheFirst) {
+    ShowDiscIndex(program_);
+    windows_.Browsers.Open = windows_.Browsers.Started;
+    EXPECT_EQ(GetBrowserWindow(program_).Result, 1);
+    windows_.Browsers.Open.clear();
+    EXPECT_EQ(GetBrowserWindow(program_).Result, 0);
+}
+
+TEST_F(DiscIndex, ShellWithoutWindowCollectionStillGivesANewBrowser) {
+    windows_.Browsers.HasWindowCollection = false;
+    ShowDiscIndex(program_);
+    EXPECT_TRUE(windows_.Browsers.Started.at(0)->Shown);
+}
+
+TEST_F(DiscIndex, WithoutABrowserObjectThePageIsOpenedByTheShell) {
+    windows_.Browsers.CanStart = false;
+    ShowDiscIndex(program_);
+    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
+}
+
+TEST_F(DiscIndex, BrowserThatRefusesThePageLeavesItToTheShell) {
+    windows_.Browsers.NewBrowser.Gone = true;
+    ShowDiscIndex(program_);
+    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
+}
+
+TEST_F(DiscIndex, BrowserClosedWhileItLoadsEndsTheWait) {
+    for (const bool whileBusy : {true, false}) {
+        windows_.Browsers.NewBrowser.BusyPolls = whileBusy ? 1000 : 0;
+        windows_.Browsers.NewBrowser.ReadyPolls = 1000;
+        windows_.Browsers.Started.clear();
+        windows_.Clock.Yields = 0;
+        windows_.Clock.OnYield = [this] { windows_.Browsers.Started.at(0)->Gone = windows_.Clock.Yields == 7; };
+        ShowDiscIndex(program_);
+        EXPECT_EQ(windows_.Clock.Yields, 7);
+        EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown);
+    }
+    EXPECT_TRUE(windows_.Shell.Opened.empty()) << "who closed the browser does not want the page";
+}
+
+}  // namespace
+}  // namespace mip

@@ -1,0 +1,122 @@
+// The real program on the sample workshop computer, used by its windows. Drive D: is the sample disc.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include <windows.h>
+
+#include "forms/ControlIds.h"
+#include "tests/windows/ProgramImports.h"
+#include "tests/windows/WorkshopUser.h"
+
+namespace mip {
+namespace {
+
+/// Everything that the sample disc brings is on the computer and in the catalogue.
+void ExpectInstalled() {
+    std::map<std::wstring, std::wstring> versions;
+    for (const auto& [pubNo, row] : ReadCatalogue()) {
+        versions[pubNo] = row.Version;
+        const bool isPdf = pubNo == L"K8040PD";
+        EXPECT_TRUE(Exists(row.Path + (isPdf ? L"\\contents\\K8040PD.pdf" : L"\\contents\\index.html")));
+        const std::wstring folder = row.Path.substr(row.Path.rfind(L'\\') + 1);
+        EXPECT_EQ(row.Path, std::wstring(Manuals) + L'\\' + folder);
+        EXPECT_TRUE(!Exists(L"D:\\" + folder) || IsDiscEdition(row.Path, folder))
+            << std::string(pubNo.begin(), pubNo.end());
+    }
+    EXPECT_EQ(versions, (std::map<std::wstring, std::wstring>{{L"K1211MM", L"1"},
+                                                              {L"K1220WJ", L"1"},
+                                                              {L"K2310MM", L"1"},
+                                                              {L"K3420MM", L"5"},
+                                                              {L"K4710MM", L"4"},
+                                                              {L"K5150MM", L"2"},
+                                                              {L"K6233EV", L"1"},
+                                                              {L"K7810JP", L"1"},
+                                                              {L"K8040PD", L"2"},
+                                                              {L"K9310BR", L"7"}}));
+    EXPECT_TRUE(Exists(std::wstring(ManagerFolder) + L"\\ManualManager.exe"));
+    EXPECT_FALSE(Exists(std::wstring(ManagerFolder) + L"\\UnZipTemp"));
+}
+
+TEST(EndToEnd, AUserInstallsTheDisc) {
+    const std::wstring stamp = std::wstring(ManagerFolder) + L"\\mam_man.fdf";
+    WriteBytes(stamp, "%FDF-1.2\r\n" + std::string(1000, '%'));
+    SetFileAttributesW(stamp.c_str(), FILE_ATTRIBUTE_READONLY);
+
+    const WorkshopUser user;
+    user.Agree();
+    EXPECT_EQ(user.WaitForResult(), 5);
+
+    const HWND result = user.WaitForScreen(ids::vaSpread);
+    EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), L"The installation is complete.");
+    const std::wstring list = TextOf(result, ids::vaSpread);
+    EXPECT_EQ(std::ranges::count(list, L'\n'), 9) << "a header and eight manuals";
+    EXPECT_NE(list.find(L"Merivo\t2020\tEN\tK2310MM\t1\tNew\r\n"), std::wstring::npos);
+    EXPECT_NE(list.find(L"Brescot\t2018\tEN\tK3420MM\t5\tUpdated\r\n"), std::wstring::npos);
+
+    EXPECT_EQ(user.Leave(), 0U);
+    ExpectInstalled();
+    EXPECT_EQ(BytesOf(stamp),
+              "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
+              "/F (./ManualManager_EN.pdf) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
+    // Opened as forms data, the stamp fills the field of the manager's manual.
+    EXPECT_EQ(RunOutside("perl " MIP_FORM_FILLER " 'Program Files/Vantor/Korvex/Manual/mam_man.fdf' filled.pdf"),
+              "ver_mam_man=Ver 2.1.7\n");
+}
+
+TEST(EndToEnd, ASilentRunInstallsTheSameAndASecondOneFindsNothingToDo) {
+    const std::wstring switches = L"/VERYSILENT /ACCEPT /LANG=09 /LOG=C:\\run.log";
+    const auto run = [&] {
+        const WorkshopUser user(switches);
+        while (!user.ExitCode()) {
+            EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr);
+            EXPECT_EQ(user.FindScreen(ids::L_STEP + 2), nullptr);
+            Sleep(50);
+        }
+        return user.WaitForEnd();
+    };
+    EXPECT_EQ(run(), 0U);
+    ExpectInstalled();
+    const std::string log = BytesOf(L"C:\\run.log");
+    for (const char* pubNo : {"K2310MM", "K4710MM", "K8040PD"}) {
+        EXPECT_NE(log.find(pubNo), std::string::npos) << pubNo;
+    }
+
+    const auto manuals = FilesBelow(Manuals);
+    const auto others = FilesBelow(ManagerFolder);
+    EXPECT_GT(manuals.size(), 200U);
+    EXPECT_EQ(run(), 0U);
+    EXPECT_TRUE(FilesBelow(Manuals) == manuals);
+    EXPECT_TRUE(FilesBelow(ManagerFolder) == others) << "the catalogue, the manager, the stamp";
+}
+
+TEST(EndToEnd, RefusingTheTermsChangesNothing) {
+    const std::string before = BytesOf(Catalogue);
+    const WorkshopUser user;
+    user.Press(user.WaitForScreen(ids::cmdStartInstall), ids::cmdStartInstall);
+    const HWND agreement = user.WaitForScreen(ids::T_CONTRACT);
+    EXPECT_FALSE(IsWindowEnabled(GetDlgItem(agreement, ids::B_OK))) << "nothing is chosen yet";
+    EXPECT_NE(TextOf(agreement, ids::T_CONTRACT).find(L"TERMS OF USE"), std::wstring::npos);
+    user.Press(agreement, ids::O_Value + 2);
+    user.Press(agreement, ids::B_OK);
+    EXPECT_EQ(user.WaitForEnd(), 2U);
+    EXPECT_EQ(BytesOf(Catalogue), before);
+}
+
+TEST(EndToEnd, TheProgramNeedsNothingButWindows) {
+    const std::set<std::string> imports = ImportsOf(ProgramFile);
+    EXPECT_TRUE(imports.contains("user32.dll"));
+    const std::set<std::string> ofWindows{"advapi32.dll", "bcrypt.dll",  "comctl32.dll", "gdi32.dll",   "kernel32.dll",
+                                          "msvcrt.dll",   "ole32.dll",   "oleaut32.dll", "shell32.dll", "shlwapi.dll",
+                                          "user32.dll",   "version.dll", "ws2_32.dll",   "ntdll.dll"};
+    for (const std::string& library : imports) {
+        EXPECT_TRUE(ofWindows.contains(library)) << library;
+    }
+    constexpr unsigned runFromMemory = IMAGE_FILE_REMOVABLE_RUN_FROM_SWAP | IMAGE_FILE_NET_RUN_FROM_SWAP;
+    EXPECT_EQ(CharacteristicsOf(ProgramFile) & runFromMemory, runFromMemory) << "not even its disc, once started";
+}
+
+}  // namespace
+}  // namespace mip

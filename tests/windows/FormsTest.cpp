@@ -1,0 +1,290 @@
+// The forms as windows of this process, over a program on the in-memory computer, in the delivered languages.
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "tests/native/screens/ScreensTest.h"
+
+#include "app/modSysParameter.h"
+
+#include "screens/AgreementScreen.h"
+#include "forms/ControlIds.h"
+#include "forms/frmDirectorySelect.h"
+#include "forms/frmMain.h"
+#include "forms/frmMenu.h"
+#include "forms/frmResult.h"
+#include "forms/frmStartUp.h"
+#include "forms/frmTarm.h"
+#include "forms/frmTransaction.h"
+#include "tests/windows/TextFit.h"
+
+namespace mip {
+namespace {
+
+constexpr UINT DpiChanged = 0x02E0;
+
+class FormsTest : public ScreensTest {
+  protected:
+    /// Gives the program the texts that are delivered in a language.
+    void UseLanguage(const std::wstring& code) {
+        program_.Identity.LanguageCode = code;
+        for (const std::wstring& file : {L"\\M" + code + L".ini", L"\\Licence_" + code + L".txt"}) {
+            std::ifstream delivered(std::filesystem::path(MIP_DISC_FOLDER "/SysDir") / file.substr(1),
+                                    std::ios::binary);
+            windows_.Tree.PutFile(program_.Paths.SysDirPath + file, {std::istreambuf_iterator<char>(delivered), {}});
+        }
+    }
+
+    void FillDisc() {
+        for (const wchar_t* state : {L"1", L"2", L"2", L"1"}) {
+            DiscCatalogueRecord& manual = AddManual(L"K1210MM");
+            manual.Model_desc = L"Talis 2.0 Hybrid";
+            manual.Year = L"2019";
+            manual.Kubun = L"配線図集";
+            manual.Lang = L"EN";
+            manual.Version = L"12";
+            manual.InstallState = state;
+        }
+    }
+
+    template <typename FormType>
+    std::unique_ptr<FormType> Open() {
+        auto form = std::make_unique<FormType>(host_);
+        form->Show();
+        return form;
+    }
+
+    std::unique_ptr<frmDirectorySelect> OpenFolderQuestion() {
+        auto form = std::make_unique<frmDirectorySelect>(
+            host_, program_.DiscCatalogue.Records.back(),
+            L"C:\\Vantor Manuals\\A folder\\far down\\with a very long name\\below it");
+        form->Show();
+        return form;
+    }
+
+    static void Press(const Form& form, int button) { SendMessageW(GetDlgItem(form.Window(), button), BM_CLICK, 0, 0); }
+    static bool IsEnabled(const Form& form, int control) {
+        return IsWindowEnabled(GetDlgItem(form.Window(), control)) != 0;
+    }
+    static bool IsShown(const Form& form, int control) {
+        return IsWindowVisible(GetDlgItem(form.Window(), control)) != 0;
+    }
+
+    /// The texts fit at the screen's own resolution and after a change to one and a half times of it.
+    static void ExpectTextsFit(const Form& form) {
+        EXPECT_NE(GetWindowTextLengthW(form.Window()), 0) << "the caption";
+        for (const int id : {ids::lblTitle, ids::T_CONTRACT, ids::B_OK, ids::L_TarmMsg, ids::L_TransactionMsg}) {
+            const HWND control = GetDlgItem(form.Window(), id);
+            EXPECT_TRUE(control == nullptr || GetWindowTextLengthW(control) > 0) << id;
+        }
+        EXPECT_EQ(TextsThatDoNotFit(form.Window()), std::vector<std::string>{});
+        RECT place{};
+        GetWindowRect(form.Window(), &place);
+        const int width = place.right - place.left;
+        SendMessageW(form.Window(), DpiChanged, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place));
+        EXPECT_EQ(TextsThatDoNotFit(form.Window()), std::vector<std::string>{}) << "at 150 per cent";
+        GetWindowRect(form.Window(), &place);
+        EXPECT_GT(place.right - place.left, width * 5 / 4);
+    }
+
+    RecordedScreens screens_{program_};
+    FormHost host_{program_, screens_, EndProgram};
+};
+
+class FormTexts : public FormsTest, public testing::WithParamInterface<const wchar_t*> {
+  protected:
+    FormTexts() {
+        UseLanguage(GetParam());
+        FillDisc();
+        KeepMessageTexts(program_);
+        program_.KeptTexts.Agreement = LoadAgreementText(program_);
+        windows_.Tree.Erase(L"D:\\programs");
+    }
+};
+
+TEST_P(FormTexts, FitInEveryForm) {
+    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    program_.Settings.ShortcutIconFlag = 1;
+    ExpectTextsFit(*Open<frmMenu>());
+    ExpectTextsFit(*Open<frmStartUp>());
+    ExpectTextsFit(*Open<frmTarm>());
+    ExpectTextsFit(*Open<frmTransaction>());
+    ExpectTextsFit(*OpenFolderQuestion());
+    ExpectTextsFit(*Open<frmMain>());
+    ExpectTextsFit(*Open<frmResult>());
+    program_.Outcome.ResultMessage = GetMessageText(program_, 71);
+    program_.Outcome.ResultSubMessage = GetMessageText(program_, 24);
+    program_.DiscCatalogue.Records.back().DoneFlag = L"1";
+    const auto failed = Open<frmResult>();
+    EXPECT_TRUE(IsShown(*failed, ids::L_Legend));
+    ExpectTextsFit(*failed);
+}
+
+TEST_P(FormTexts, FitDuringAWholeInstallation) {
+    const auto form = std::make_unique<frmMain>(host_);
+    int looks = 0;
+    windows_.Clock.OnYield = [&] {
+        if (form->Window() != nullptr && looks < 50) {
+            ++looks;
+            EXPECT_EQ(TextsThatDoNotFit(form->Window()), std::vector<std::string>{});
+        }
+    };
+    form->Show();
+    host_.RunPending();
+    EXPECT_GT(looks, 0);
+}
+
+std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language) {
+    return language.param == std::wstring(L"11") ? "Japanese" : "English";
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"09", L"11"), LanguageName);
+
+TEST_F(FormsTest, TheAgreementNeedsAChoice) {
+    for (const auto& [option, screens, exitCode] :
+         {std::tuple{1, std::vector<std::string>{"installation"}, std::optional<std::uint32_t>{}},
+          {2, std::vector<std::string>{}, std::optional<std::uint32_t>{2}}}) {
+        screens_.Shown.clear();
+        const auto form = Open<frmStartUp>();
+        EXPECT_FALSE(IsEnabled(*form, ids::B_OK));
+        Press(*form, ids::O_Value + option);
+        EXPECT_EQ(IsDlgButtonChecked(form->Window(), ids::O_Value + 3 - option), UINT{BST_UNCHECKED});
+        PostMessageW(GetDlgItem(form->Window(), ids::B_OK), BM_CLICK, 0, 0);
+        EXPECT_EQ(ExitCodeOf([this] { host_.RunPending(); }), exitCode);
+        EXPECT_EQ(screens_.Shown, screens);
+    }
+}
+
+TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
+    const auto closeAndServe = [this](const Form& form) {
+        PostMessageW(form.Window(), WM_CLOSE, 0, 0);
+        return ExitCodeOf([this] { host_.RunPending(); });
+    };
+    EXPECT_EQ(closeAndServe(*Open<frmMenu>()), 2U);
+    EXPECT_EQ(closeAndServe(*Open<frmStartUp>()), 2U);
+    program_.Outcome.ExitCode = ExitCode::Done;
+    EXPECT_EQ(closeAndServe(*Open<frmTarm>()), 0U);
+    program_.Outcome.ExitCode = ExitCode::FailedPartWay;
+    EXPECT_EQ(closeAndServe(*Open<frmResult>()), 4U);
+}
+
+TEST_F(FormsTest, TheMenuLeadsToTheAgreementAndTheGuide) {
+    const auto form = Open<frmMenu>();
+    Press(*form, ids::cmdDispManual);
+    EXPECT_EQ(windows_.Shell.Opened.size(), 1U);
+    Press(*form, ids::cmdStartInstall);
+    EXPECT_EQ(screens_.Shown, std::vector<std::string>{"agreement"});
+    EXPECT_EQ(form->Window(), nullptr);
+    EXPECT_EQ(program_.WindowTitle, L"message 84");
+}
+
+TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
+    FillDisc();
+    windows_.Tree.DriveOf(L"C:\\")->FreeBytes = 1;
+    windows_.MessageBoxes.Answers = {boxes::AnswerOk, boxes::AnswerNo, boxes::AnswerYes};
+    const auto form = OpenFolderQuestion();
+    Press(*form, ids::B_OK);
+    EXPECT_NE(form->Window(), nullptr) << "no room";
+    Press(*form, ids::B_Cancel);
+    EXPECT_NE(form->Window(), nullptr) << "not cancelled after all";
+    EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 2U);
+    SendMessageW(form->Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(form->Window(), nullptr);
+    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 25");
+}
+
+TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
+    FillDisc();
+    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFolder(L"C:\\Desktop");
+    windows_.Shell.SpecialFolders[25] = L"C:\\Desktop";
+    program_.Settings.ShortcutIconFlag = 1;
+    program_.Outcome.ManualsRecorded = 1;
+    for (const bool ticked : {false, true}) {
+        const auto form = Open<frmResult>();
+        EXPECT_EQ(IsDlgButtonChecked(form->Window(), ids::C_Shortcut), UINT{BST_UNCHECKED});
+        EXPECT_FALSE(IsShown(*form, ids::L_NormalMsg));
+        EXPECT_TRUE(IsShown(*form, ids::vaSpread));
+        if (ticked) {
+            Press(*form, ids::C_Shortcut);
+        }
+        Press(*form, ids::B_OK);
+        EXPECT_EQ(windows_.Shell.Shortcuts.size(), ticked ? 1U : 0U);
+        EXPECT_EQ(screens_.Shown.back(), "menu");
+        EXPECT_EQ(form->Window(), nullptr);
+    }
+}
+
+std::wstring ClipboardText(HWND reader) {
+    std::wstring text;
+    if (OpenClipboard(reader) != 0) {
+        if (const HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+            text = static_cast<const wchar_t*>(GlobalLock(data));
+            GlobalUnlock(data);
+        }
+        CloseClipboard();
+    }
+    return text;
+}
+
+TEST_F(FormsTest, CtrlCCopiesTheResultWhereverTheFocusIs) {
+    FillDisc();
+    const auto form = Open<frmResult>();
+    BYTE keys[256]{};
+    for (const int control : {ids::B_OK, ids::vaSpread}) {
+        for (const bool held : {false, true}) {
+            program_.Outcome.ResultMessage = std::to_wstring(control) + (held ? L" copied" : L" typed");
+            keys[VK_CONTROL] = held ? 0x80 : 0;
+            SetKeyboardState(keys);
+            SendMessageW(GetDlgItem(form->Window(), control), WM_KEYDOWN, 'C', 1);
+            EXPECT_EQ(ClipboardText(form->Window()).starts_with(program_.Outcome.ResultMessage), held) << control;
+        }
+    }
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    EXPECT_NE(ClipboardText(form->Window()).find(L"Talis 2.0 Hybrid\t2019\tEN\tK1210MM\t12\t"), std::wstring::npos);
+}
+
+TEST_F(FormsTest, TheResultScreenIsFinishedOnceHoweverOftenItIsClosed) {
+    windows_.Tree.PutFile(program_.Paths.UnZipTempPath + L"\\rest.html");
+    program_.Outcome.ManualsRecorded = 1;
+    const auto form = Open<frmResult>();
+    int closings = 0;
+    windows_.Clock.OnYield = [&] {
+        if (closings < 3) {
+            ++closings;
+            EXPECT_EQ(SendMessageW(form->Window(), WM_SETCURSOR, 0, 0), TRUE) << "the hourglass";
+            SendMessageW(form->Window(), WM_CLOSE, 0, 0);
+        }
+    };
+    Press(*form, ids::B_OK);
+    EXPECT_GT(closings, 0);
+    EXPECT_EQ(screens_.Shown, std::vector<std::string>{"menu"});
+    EXPECT_EQ(windows_.Processes.StartedHidden.size(), 1U);
+}
+
+TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
+    const auto form = Open<frmMain>();
+    EXPECT_NE(GetMenuState(GetSystemMenu(form->Window(), FALSE), SC_CLOSE, MF_BYCOMMAND) & MF_GRAYED, 0U);
+    SendMessageW(form->Window(), WM_CLOSE, 0, 0);
+    EXPECT_NE(form->Window(), nullptr);
+    for (int bar = 0; bar < 3; ++bar) {
+        EXPECT_FALSE(IsShown(*form, ids::pgBar + bar));
+    }
+    host_.RunPending();
+    EXPECT_EQ(form->Window(), nullptr);
+    EXPECT_TRUE(program_.Outcome.RunFinished);
+    EXPECT_EQ(screens_.Shown, std::vector<std::string>{"result"});
+}
+
+TEST_F(FormsTest, TheTransactionScreenDoesItsWorkAndEndsTheProgram) {
+    program_.Switches.Check = true;
+    const auto form = Open<frmTransaction>();
+    EXPECT_EQ(ExitCodeOf([this] { host_.RunPending(); }), 0U);
+    EXPECT_EQ(windows_.Clock.Sleeps.size(), 2U);
+}
+
+}  // namespace
+}  // namespace mip
