@@ -12,7 +12,7 @@
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
-#include "install/Editions.h"
+#include "install/Preflight.h"
 #include "app/modFolderCopy.h"
 #include "app/modShell.h"
 #include "install/modUnZip.h"
@@ -27,6 +27,10 @@ namespace mip {
 namespace {
 
 constexpr wchar_t Yes[] = L"1";
+
+std::wstring NameOf(const DiscCatalogueRecord& manual) {
+    return manual.Model_desc + L"  " + manual.Pub_No;
+}
 
 /// The folder below which an edition's successor goes: the parent of the edition's folder, when manuals may be there;
 /// "" when they may not.
@@ -60,13 +64,13 @@ bool ManualWorker::InstallAllManuals() {
 
     RemoveLeftovers();
     bool succeeded = true;
-    for (run.CurrentManual = 1; run.CurrentManual <= program_.DiscCatalogue.LastIndex();
+    for (run.CurrentManual = 1; succeeded && run.CurrentManual <= program_.DiscCatalogue.LastIndex();
          run.CurrentManual = Add16(run.CurrentManual, 1)) {
-        if (Manual().InstallFlag == Yes && !InstallSelected()) {
-            succeeded = false;
-            break;
+        auto& manual = program_.DiscCatalogue.Records.at(static_cast<std::size_t>(run.CurrentManual));
+        succeeded = manual.InstallFlag != Yes || InstallSelected(manual);
+        if (succeeded) {
+            manual.DoneFlag = Yes;
         }
-        Manual().DoneFlag = Yes;
     }
     view_.SetManual(L"");
     ResetBars();
@@ -81,129 +85,127 @@ void ManualWorker::RemoveLeftovers() {
     }
 }
 
-bool ManualWorker::InstallSelected() {
+bool ManualWorker::InstallSelected(DiscCatalogueRecord& manual) {
     // A comparison set goes only over a folder that is the manual's own.
-    const bool isWhole = Manual().InstallKind == Yes || !MayTouchFolder(program_, Manual().InstalledPath);
+    const bool isWhole = manual.InstallKind == Yes || !MayTouchFolder(program_, manual.InstalledPath);
     const std::wstring step = isWhole ? L"install" : L"update";
-    program_.Log.SetContext(step, Manual().Pub_No);
+    program_.Log.SetContext(step, manual.Pub_No);
     ResetBars();
-    view_.SetManual(ManualName());
+    view_.SetManual(NameOf(manual));
     try {
-        isWhole ? InstallOneManual() : CopyPlainManual();
+        isWhole ? InstallOneManual(manual) : CopyPlainManual(manual);
     } catch (const std::exception& error) {
         FailWithManual(error);
-        program_.Log.Write(step, Manual().Pub_No, L"failed: " + program_.Outcome.ResultMessage);
+        program_.Log.Write(step, manual.Pub_No, L"failed: " + program_.Outcome.ResultMessage);
         return false;
     }
-    program_.Log.Write(step, Manual().Pub_No, Manual().InstalledPath);
+    program_.Log.Write(step, manual.Pub_No, manual.InstalledPath);
     return true;
 }
 
-void ManualWorker::InstallOneManual() {
-    EmptyTemporaryFolder();
-    ChooseRoot();
-    RequireFitToReplace();
-    if (!Manual().InstalledPath.empty()) {
-        RemoveEditionFolder(Manual().Pub_No, Manual().InstalledPath);
-    }
-    Manual().InstalledPath = JoinPath(program_.Installation.InstallPath, Manual().FolderName);
-    RemoveOlderEdition(program_.Installation.CurrentManual);
-    PlaceManual();
-    Record();
+/// The whole manual, in place of the editions that it replaces.
+void ManualWorker::InstallOneManual(DiscCatalogueRecord& manual) {
+    EmptyTemporaryFolder(manual);
+    ChooseRoot(manual);
+    const ManualFacts facts = LookAtManual(program_, manual, program_.Installation.InstallPath);
+    CarryOut(PlanManual(manual, facts), manual);
+}
+
+/// A differential installation: the comparison set's files go over those of the installed edition.
+void ManualWorker::CopyPlainManual(DiscCatalogueRecord& manual) {
+    PauseSeconds(program_.Platform.Clock, 1);
+    CarryOut(PlanManual(manual, LookAtDifferences(program_.Platform, manual)), manual);
 }
 
 /// What an earlier manual or run has left takes room, and would be copied along with an archive's files.
-void ManualWorker::EmptyTemporaryFolder() {
+void ManualWorker::EmptyTemporaryFolder(const DiscCatalogueRecord& manual) {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     ClearFolder(program_, temporary);
-    if (Manual().PdfForm != Yes && !IsEmptyFolder(program_.Platform, temporary)) {
+    if (manual.PdfForm != Yes && !IsEmptyFolder(program_.Platform, temporary)) {
         throw Failure(messages::ExtractionFailed, "the temporary folder cannot be emptied");
     }
 }
 
 /// The new edition goes beside the installed one, over it when it has the same name.
-void ManualWorker::ChooseRoot() {
-    const std::wstring root = RootBeside(program_, Manual().InstalledPath);
+void ManualWorker::ChooseRoot(const DiscCatalogueRecord& manual) {
+    const std::wstring root = RootBeside(program_, manual.InstalledPath);
     if (root.empty()) {
-        AskForRoot();
+        AskForRoot(manual);
     } else {
         program_.Installation.InstallPath = root;
     }
 }
 
 /// Asks for the folder of a manual that has none yet.
-void ManualWorker::AskForRoot() {
-    program_.Installation.NoFolderCount = Add16(program_.Installation.NoFolderCount, 1);
+void ManualWorker::AskForRoot(const DiscCatalogueRecord& manual) {
+    Installation& run = program_.Installation;
+    run.NoFolderCount = Add16(run.NoFolderCount, 1);
     view_.SetBusyPointer(false);
-    std::wstring& root = program_.Installation.InstallPath;
-    const std::optional<std::wstring> chosen = question_.AskForFolder(Manual(), root);
+    const std::optional<std::wstring> chosen = question_.AskForFolder(manual, run.InstallPath);
     view_.SetBusyPointer(true);
     program_.Platform.Clock.YieldToMessages();
-    root = chosen.value_or(L"");
-    if (!chosen) {
+    run.InstallPath = chosen.value_or(L"");
+    if (run.InstallPath.empty()) {
         program_.Outcome.InstallCancelled = true;
         throw std::runtime_error("the question for the folder was cancelled");
     }
 }
 
-/// Everything that can be known before the first thing is removed: the publication number has editions, the drives
-/// have room, and where an edition has to go, no other program has it open and the new one is whole.
-void ManualWorker::RequireFitToReplace() {
-    Platform& platform = program_.Platform;
-    const std::wstring target = JoinPath(program_.Installation.InstallPath, Manual().FolderName);
-    const std::vector<std::wstring> going = GoingFolders();
-    if (!HasRoomForManual(program_, Manual(), going)) {
-        throw Failure(messages::NotEnoughSpace, "the drives have no room for the manual");
+void ManualWorker::CarryOut(const ManualPlan& plan, DiscCatalogueRecord& manual) {
+    if (plan.Refusal != 0) {
+        throw Failure(plan.Refusal, plan.Reason);
     }
-    for (const std::wstring& folder : going) {
-        RequireNotInUse(FindFileInUse(platform, folder));
-    }
-    const auto isTarget = [&](const std::wstring& folder) { return ToUpper(folder) == ToUpper(target); };
-    if (std::ranges::none_of(going, isTarget)) {
-        RequireNotInUse(FindFileInUse(platform, target));
-    }
-    if (!going.empty() || platform.Folders.Exists(target)) {
-        RequireWholeManual(program_, Manual());
+    for (const ManualStep& step : plan.Steps) {
+        Do(step, manual);
     }
 }
 
-/// The folders of the editions that the manual replaces.
-std::vector<std::wstring> ManualWorker::GoingFolders() {
-    std::vector<std::wstring> going;
-    const auto add = [&](const std::wstring& folder) {
-        if (WhyLeftAlone(program_, folder).empty()) {
-            going.push_back(folder);
-        }
-    };
-    add(Manual().InstalledPath);
-    const std::wstring baseEdition = BaseEditionOf(Manual().Pub_No);
-    const MdbStatus baseStatus = baseEdition.empty() ? MdbEnd : FindInstalledRecord(program_, baseEdition);
-    if (baseStatus == MdbError) {
-        throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
+void ManualWorker::Do(const ManualStep& step, DiscCatalogueRecord& manual) {
+    Platform& platform = program_.Platform;
+    switch (step.What) {
+        case Act::RequireUnused:
+            return RequireNotInUse(manual, FindFileInUse(platform, step.Folder));
+        case Act::RequireWhole:
+            return RequireWholeManual(program_, manual);
+        case Act::RequireReplaceable:
+            return RequireNotInUse(manual, FindFileInUse(platform, manual.ComparePath, step.Folder));
+        case Act::RequireReadable:
+            return RequireReadableFolder(platform, manual.ComparePath);
+        case Act::Mark:
+            return Mark(step.PubNo);
+        case Act::Remove:
+        case Act::LeaveAlone:
+            return RemoveEdition(step.PubNo, step.Folder);
+        case Act::RemoveRows:
+            return RemoveOlderEdition(step.PubNo);
+        case Act::Extract:
+            return ExtractAndCopyManual(manual);
+        case Act::CopyPdf:
+            manual.InstalledPath = step.Folder;
+            return CopyPdfManual(manual);
+        case Act::CopyDifferences:
+            return CopyDifferences(manual.ComparePath, step);
+        case Act::Record:
+            return Record(manual);
     }
-    if (baseStatus == MdbOk) {
-        add(program_.Installed.INSPath);
-    }
-    return going;
 }
 
 /// Gives up a manual that cannot be replaced because another program has one of its files open.
-void ManualWorker::RequireNotInUse(const std::wstring& file) {
+void ManualWorker::RequireNotInUse(const DiscCatalogueRecord& manual, const std::wstring& file) {
     if (!file.empty()) {
-        throw Failure(messages::ManualInUse, "another program has it open: " + ToUtf8(file), ManualName());
+        throw Failure(messages::ManualInUse, "another program has it open: " + ToUtf8(file), NameOf(manual));
     }
 }
 
 /// From the mark on, an edition's row counts as unusable.
-void ManualWorker::MarkEdition(const std::wstring& pubNo) {
+void ManualWorker::Mark(const std::wstring& pubNo) {
     if (!MarkForAdjustment(*program_.CatalogDb, pubNo)) {
         throw Failure(messages::DatabaseReadOnly, "the catalogue does not take the mark for adjustment");
     }
 }
 
-/// Marks an installed edition, then removes its folder.
-void ManualWorker::RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder) {
-    MarkEdition(pubNo);
+/// Removes an edition's folder. What has become of it since the plan was made is asked once more, and said to the log.
+void ManualWorker::RemoveEdition(const std::wstring& pubNo, const std::wstring& folder) {
     if (!MayTouchFolder(program_, folder) || !program_.Platform.Folders.Exists(folder)) {
         return;
     }
@@ -213,50 +215,30 @@ void ManualWorker::RemoveEditionFolder(const std::wstring& pubNo, const std::wst
     }
 }
 
-/// Removes the base edition of a later one, folder first, then its row. True when a row was removed. Throws when the
-/// catalogue does not answer or keeps the row: both editions beside each other would never be put right.
-bool ManualWorker::RemoveOlderEdition(std::int16_t manualIndex) {
-    const auto& manual = program_.DiscCatalogue.Records.at(static_cast<std::size_t>(manualIndex));
-    const std::wstring baseEdition = BaseEditionOf(manual.Pub_No);
-    if (baseEdition.empty()) {
-        return false;
+/// Removes the rows of the base edition, whose folder has gone. Throws when the catalogue keeps them: both editions
+/// beside each other would never be put right.
+void ManualWorker::RemoveOlderEdition(const std::wstring& pubNo) {
+    if (!RemoveInstalledManual(*program_.CatalogDb, pubNo)) {
+        throw Failure(messages::DatabaseReadOnly, "the catalogue keeps the base edition's row");
     }
-    bool removed = false;
-    MdbStatus status = FindInstalledRecord(program_, baseEdition);
-    while (status == MdbOk) {
-        RemoveEditionFolder(baseEdition, program_.Installed.INSPath);
-        if (!RemoveInstalledManual(*program_.CatalogDb, baseEdition)) {
-            throw Failure(messages::DatabaseReadOnly, "the catalogue keeps the base edition's row");
-        }
-        program_.Log.Write(L"remove", baseEdition, L"replaced by a later edition");
-        removed = true;
-        status = FindInstalledRecord(program_, baseEdition);
-    }
-    if (status == MdbError) {
-        throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
-    }
-    return removed;
+    program_.Log.Write(L"remove", pubNo, L"replaced by a later edition");
 }
 
-void ManualWorker::PlaceManual() {
-    Manual().PdfForm == Yes ? CopyPdfManual() : ExtractAndCopyManual();
-}
-
-void ManualWorker::ExtractAndCopyManual() {
+void ManualWorker::ExtractAndCopyManual(DiscCatalogueRecord& manual) {
     bars_.Start(Bar::SevenZip, 0, ExpectedSeconds(), 0);
     view_.Repaint();
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    if (ExtractArchive(program_.Platform, Manual().SourcePath, QuotedOutputFolder(program_)) != 0) {
+    if (ExtractArchive(program_.Platform, manual.SourcePath, QuotedOutputFolder(program_)) != 0) {
         throw Failure(messages::ExtractionFailed, "the archive could not be extracted");
     }
     const auto topLevelFolders = program_.Platform.Folders.List(temporary).Subfolders;
     if (topLevelFolders.empty()) {
         throw Failure(messages::ManualFailed, "the archive has no top-level folder");
     }
-    Manual().InstalledPath = JoinPath(program_.Installation.InstallPath, topLevelFolders.back());
-    NoteNewFolder(Manual().InstalledPath);
-    MakeFolderPath(program_.Platform, Manual().InstalledPath);
-    OpenNewFolder();
+    manual.InstalledPath = JoinPath(program_.Installation.InstallPath, topLevelFolders.back());
+    NoteNewFolder(manual.InstalledPath);
+    MakeFolderPath(program_.Platform, manual.InstalledPath);
+    OpenNewFolder(manual.InstalledPath);
     CopyExtractedManual();
 }
 
@@ -278,16 +260,16 @@ void ManualWorker::CopyExtractedManual() {
     }
 }
 
-void ManualWorker::CopyPdfManual() {
+void ManualWorker::CopyPdfManual(const DiscCatalogueRecord& manual) {
     bars_.Start(Bar::Pdf, 0, ExpectedSeconds(), 1);
     view_.Repaint();
-    const std::wstring& folder = Manual().InstalledPath;
+    const std::wstring& folder = manual.InstalledPath;
     NoteNewFolder(folder);
     MakeManualFolder(GetParentFolder(folder));
     MakeManualFolder(folder);
-    OpenNewFolder();
+    OpenNewFolder(folder);
     const auto repaint = [this](std::int32_t) { view_.Repaint(); };
-    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, 0, Manual().SourcePath, folder, repaint) == -1) {
+    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, 0, manual.SourcePath, folder, repaint) == -1) {
         throw Failure(messages::ManualFailed, "the files could not be copied");
     }
     bars_.SetValue(Bar::Pdf, ExpectedSeconds());
@@ -314,38 +296,22 @@ void ManualWorker::NoteNewFolder(const std::wstring& folder) {
 
 /// Opens a new manual's folder to local users while it is empty: its files inherit that, and no run that ends early
 /// leaves a recorded manual that they cannot use.
-void ManualWorker::OpenNewFolder() {
-    const std::wstring& folder = Manual().InstalledPath;
+void ManualWorker::OpenNewFolder(const std::wstring& folder) {
     if (IsNtfsVolume(program_.Platform, folder) && MayTouchFolder(program_, folder)) {
         // The result screen's button tries again.
         (void)GrantModifyToUsers(program_, folder);
     }
 }
 
-/// A differential installation: the comparison set's files go over those of the installed edition.
-void ManualWorker::CopyPlainManual() {
+void ManualWorker::CopyDifferences(const std::wstring& source, const ManualStep& step) {
     Platform& platform = program_.Platform;
-    PauseSeconds(platform.Clock, 1);
-    const std::wstring& source = Manual().ComparePath;
-    const std::wstring target = JoinPath(Manual().InstalledPath, L"contents");
-    const std::int32_t count = CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, source, target);
-    if (count == 0 || count == -1) {
-        throw Failure(messages::ManualFailed, "the comparison set has no files");
-    }
-    if (!HasRoomForCopy(platform, source, target)) {
-        throw Failure(messages::NotEnoughSpace, "the drive has no room for the comparison set");
-    }
-    RequireNotInUse(FindFileInUse(platform, source, target));
-    RequireReadableFolder(platform, source);
-    MarkEdition(Manual().Pub_No);
-    bars_.Start(Bar::Copy, 0, static_cast<float>(count), 0);
+    bars_.Start(Bar::Copy, 0, static_cast<float>(step.Files), 0);
     view_.Repaint();
     PauseSeconds(platform.Clock, 1);
-    if (CopyFolderWithProgress(platform, CopyMode::Copy, 0, source, target, CopyBarProgress()) == -1) {
+    if (CopyFolderWithProgress(platform, CopyMode::Copy, 0, source, step.Folder, CopyBarProgress()) == -1) {
         throw Failure(messages::ManualFailed, "the comparison set could not be copied");
     }
     PauseSeconds(platform.Clock, 2);
-    Record();
 }
 
 CopyProgress ManualWorker::CopyBarProgress() {
@@ -357,14 +323,14 @@ CopyProgress ManualWorker::CopyBarProgress() {
 
 /// Records the manual as installed once its files are on the drive. When the catalogue database's file is gone, message
 /// 24 takes the place of 67 in the first result text and the second keeps what it had.
-void ManualWorker::Record() {
-    program_.Platform.Volumes.Flush(Manual().InstalledPath);
+void ManualWorker::Record(const DiscCatalogueRecord& manual) {
+    program_.Platform.Volumes.Flush(manual.InstalledPath);
     if (!program_.Platform.Files.Exists(program_.Paths.MdbPath)) {
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::DatabaseReadOnly);
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::WhatNow);
         throw std::runtime_error("the catalogue database's file is gone");
     }
-    if (!RegisterInstalledManual(program_, Manual(), Manual().InstalledPath, Manual().InstallState)) {
+    if (!RegisterInstalledManual(program_, manual, manual.InstalledPath, manual.InstallState)) {
         throw Failure(messages::DatabaseReadOnly, "the catalogue does not take the manual");
     }
     ++program_.Outcome.ManualsRecorded;
@@ -378,14 +344,6 @@ void ManualWorker::FailWithManual(const std::exception& error) {
     } else {
         FailRun(program_, messages::ManualFailed, "installing the manual", error);
     }
-}
-
-DiscCatalogueRecord& ManualWorker::Manual() {
-    return program_.DiscCatalogue.Records.at(static_cast<std::size_t>(program_.Installation.CurrentManual));
-}
-
-std::wstring ManualWorker::ManualName() {
-    return Manual().Model_desc + L"  " + Manual().Pub_No;
 }
 
 float ManualWorker::ExpectedSeconds() const {

@@ -6,6 +6,7 @@
 
 #include "install/FolderQuestion.h"
 #include "install/InstallationView.h"
+#include "install/ManualPlan.h"
 #include "install/ProgressBars.h"
 #include "app/modFolderCopy.h"
 
@@ -14,8 +15,9 @@ namespace mip {
 struct DiscCatalogueRecord;
 struct Program;
 
-/// Installs the manuals that the disc catalogue marks, one after the other. What stops one is thrown and ends the run,
-/// with its texts; what was installed before stays installed and recorded.
+/// Installs the manuals that the disc catalogue marks, one after the other: looks at everything that matters, plans,
+/// and carries the plan out. What stops a manual ends the run, with its texts; what was installed before stays
+/// installed and recorded.
 ///
 /// Nothing that is installed is removed before its successor is known to be whole and to fit on the drives, and an
 /// edition that is about to be touched is marked for adjustment first: a run that ends half way leaves a row that the
@@ -28,34 +30,33 @@ class ManualWorker {
     bool InstallAllManuals();
 
   private:
-    bool InstallSelected();
-    void InstallOneManual();
-    void PlaceManual();
-    void ExtractAndCopyManual();
-    void CopyPdfManual();
-    void CopyPlainManual();
-    bool RemoveOlderEdition(std::int16_t manualIndex);
+    bool InstallSelected(DiscCatalogueRecord& manual);
+    void InstallOneManual(DiscCatalogueRecord& manual);
+    void CopyPlainManual(DiscCatalogueRecord& manual);
 
     void RemoveLeftovers();
-    void EmptyTemporaryFolder();
-    void ChooseRoot();
-    void AskForRoot();
-    void RequireFitToReplace();
-    std::vector<std::wstring> GoingFolders();
-    void RequireNotInUse(const std::wstring& file);
-    void MarkEdition(const std::wstring& pubNo);
-    void RemoveEditionFolder(const std::wstring& pubNo, const std::wstring& folder);
-    void NoteNewFolder(const std::wstring& folder);
-    void OpenNewFolder();
+    void EmptyTemporaryFolder(const DiscCatalogueRecord& manual);
+    void ChooseRoot(const DiscCatalogueRecord& manual);
+    void AskForRoot(const DiscCatalogueRecord& manual);
+
+    void CarryOut(const ManualPlan& plan, DiscCatalogueRecord& manual);
+    void Do(const ManualStep& step, DiscCatalogueRecord& manual);
+    static void RequireNotInUse(const DiscCatalogueRecord& manual, const std::wstring& file);
+    void Mark(const std::wstring& pubNo);
+    void RemoveEdition(const std::wstring& pubNo, const std::wstring& folder);
+    void RemoveOlderEdition(const std::wstring& pubNo);
+    void ExtractAndCopyManual(DiscCatalogueRecord& manual);
     void CopyExtractedManual();
-    CopyProgress CopyBarProgress();
+    void CopyPdfManual(const DiscCatalogueRecord& manual);
+    void CopyDifferences(const std::wstring& source, const ManualStep& step);
     void MakeManualFolder(const std::wstring& folder);
-    void Record();
+    void NoteNewFolder(const std::wstring& folder);
+    void OpenNewFolder(const std::wstring& folder);
+    void Record(const DiscCatalogueRecord& manual);
+
     void FailWithManual(const std::exception& error);
     void ResetBars();
-
-    DiscCatalogueRecord& Manual();
-    std::wstring ManualName();
+    CopyProgress CopyBarProgress();
     float ExpectedSeconds() const;
 
     Program& program_;

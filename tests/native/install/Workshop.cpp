@@ -1,8 +1,12 @@
 #include "tests/native/install/Workshop.h"
 
+#include <gtest/gtest.h>
+
 #include "app/modRegistry.h"
+#include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
 #include "install/modManualInstall.h"
+#include "startup/modMain.h"
 
 namespace mip {
 
@@ -30,13 +34,21 @@ void SetRegistry(FakeRegistry& registry) {
     write(L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir", Library);
 }
 
-void SetSettings(Settings& settings) {
-    settings.McpExeName = L"Manager.exe";
-    settings.Kvx3MdbName = L"kvx3.mdb";
-    settings.Kvx3NewMdbName = L"kvx3new.mdb";
-    settings.ZipExtractTime = 20;
-    settings.Columns = {10, 40, 10, 5, 4, 10, 10, 10, 10};
-}
+/// Of a run that must not show any.
+class NoScreens : public Screens {
+  public:
+    void ShowMenu() override { ADD_FAILURE(); }
+    void ShowAgreement() override { ADD_FAILURE(); }
+    void ShowInstallation() override { ADD_FAILURE(); }
+    void ShowResult() override { ADD_FAILURE(); }
+    void ShowClosing() override { ADD_FAILURE(); }
+    void ShowMaintenance() override { ADD_FAILURE(); }
+    void ShowStartPage() override { ADD_FAILURE(); }
+    std::optional<std::wstring> AskForFolder(const DiscCatalogueRecord&, const std::wstring&) override {
+        ADD_FAILURE();
+        return std::nullopt;
+    }
+};
 
 std::string Narrow(const std::wstring& text) {
     return {text.begin(), text.end()};
@@ -63,7 +75,6 @@ std::optional<std::wstring> RecordingView::AskForFolder(const DiscCatalogueRecor
 Workshop::Workshop() {
     Windows.SqliteEngine.Engine = &Engine;
     SetPaths(Run.Paths);
-    SetSettings(Run.Settings);
     SetRegistry(Windows.Registry);
     ReadInstallPaths(Run);
     Run.Identity = {L"09", L"Mechanic", L"Users", L"Users"};
@@ -76,6 +87,12 @@ Workshop::Workshop() {
     Windows.Tree.PutFile(Run.Paths.SysDirPath + L"\\M09.ini", messages);
     Windows.Tree.PutFile(L"D:\\programs\\man_manager\\setup.exe", "setup");
     Windows.Tree.PutFile(L"D:\\programs\\man_manager\\Manager.exe", "manager");
+    Windows.Tree.PutFile(Run.Paths.SysParameterPath,
+                         "[SYSTEM INFORMATION]\r\nLCID_Flg=0\r\nShortcutIcon=0\r\nKVX3_EXE_NAME=KVX3.exe\r\n"
+                         "KVX3_MDB_NAME=kvx3.mdb\r\nMCP_EXE_NAME=Manager.exe\r\nZIP_ExtractTime=20\r\n"
+                         "KVX3_NEW_MDB_NAME=kvx3new.mdb\r\n[MDB COLUMN LENGTH]\r\nPub_No=10\r\nModel_desc=40\r\n"
+                         "Model_ID=10\r\nVersion=5\r\nYear=4\r\nKubun=10\r\nCountry=10\r\nLang=10\r\nLdup=10\r\n");
+    Windows.Tree.PutFile(std::wstring(Library) + L"\\KVX3.exe", "diagnostic program");
     Windows.Tree.PutFolder(Library);
     Windows.Tree.PutFile(std::wstring(Library) + L"\\Manager.exe", "manager");
 
@@ -84,6 +101,7 @@ Workshop::Workshop() {
     Engine.Create(Run.Paths.ProgramFolder + L"\\kvx3new.mdb", Layout);
     disc.ReadOnly = true;
     Engine.Create(Run.Paths.MdbPath, Layout);
+    EXPECT_TRUE(ReadSystemParameters(Run));
     OpenCatalogue(Run);
     View.OnAskForFolder = [](const std::wstring&) { return L"C:\\Manuals"; };
 }
@@ -144,6 +162,18 @@ void Workshop::OpenCatalogue(Program& program) {
     if (!program.CatalogDb->Pcls_MdbOpen(program.Paths.MdbPath)) {
         throw std::runtime_error("the catalogue does not open");
     }
+}
+
+Workshop::QuietRun Workshop::RunQuietly() {
+    Program program(Windows.Platform);
+    NoScreens none;
+    ScreenFlow flow(program, none, EndProgram);
+    try {
+        Main(program, flow, {L"/VERYSILENT", L"/ACCEPT", L"/DIR=C:\\Manuals"});
+    } catch (const ProcessEnded& end) {
+        return {end.ExitCode, program.Log.Text()};
+    }
+    return {};
 }
 
 bool Workshop::Install() {

@@ -72,6 +72,12 @@ struct Workshop {
     void OpenCatalogue(Program& program);
 
     bool Install();
+    /// A newly started program from its start to its exit code, without a screen and without a question.
+    struct QuietRun {
+        std::optional<std::uint32_t> ExitCode;
+        std::wstring Log;
+    };
+    QuietRun RunQuietly();
 
     /// Version, path and adjustment flag of each row of the catalogue, by publication. Reads with all faults off.
     struct Row {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "install/Editions.h"
+#include "install/Preflight.h"
 #include "install/modCompanion.h"
 #include "app/modPdf.h"
 #include "install/modShortcut.h"

@@ -1,26 +1,23 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "platform/Platform.h"
+#include "install/ManualPlan.h"
 
 namespace mip {
 
-struct DiscCatalogueRecord;
+struct Platform;
 struct Program;
 
 /// The base edition of a publication: the same number with 0 as its fifth character. "" for a base edition itself.
 /// Throws ConversionError when the fifth character is not a digit.
 std::wstring BaseEditionOf(const std::wstring& pubNo);
 
-/// True when the drives have room for the manual's files: the archive's contents twice while it is extracted and
-/// copied, once for a PDF manual. The folders that are going to be removed first count in its favour. What cannot be
-/// found out does not stop the manual here; extraction or copy will tell.
-bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual,
-                      const std::vector<std::wstring>& goingFolders);
-/// The same for the files of `source` that a copy puts in place of those of `target`.
-bool HasRoomForCopy(Platform& platform, const std::wstring& source, const std::wstring& target);
+/// Looks at everything that decides what happens to a manual whose folder is made below `root`. Changes nothing. Throws
+/// Failure when the catalogue does not answer.
+ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& root);
+/// The same for a manual of which only the comparison set goes over the installed edition.
+ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& manual);
 
 /// A file of the folder that another program has open, so that the folder cannot go whole; "" when there is none, or
 /// the folder cannot be listed.

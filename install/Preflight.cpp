@@ -1,17 +1,19 @@
-#include "install/Editions.h"
+#include "install/Preflight.h"
 
 #include "app/Program.h"
 
 #include <algorithm>
 #include <exception>
 #include <functional>
-#include <map>
 #include <string_view>
 
 #include "app/Failure.h"
+#include "app/ManualPlace.h"
 #include "app/Messages.h"
 #include "app/modFile.h"
+#include "app/modFolderCopy.h"
 #include "app/modPdf.h"
+#include "catalogue/modMDB.h"
 #include "install/modUnZip.h"
 #include "platform/Archives.h"
 #include "platform/Clusters.h"
@@ -60,43 +62,86 @@ double FolderBytes(Platform& platform, const std::wstring& folder) {
     return bytes;
 }
 
-using BytesByDrive = std::map<std::wstring, double>;
-
 void AddBytes(const Platform& platform, BytesByDrive& bytes, const std::wstring& path, double more) {
     bytes[ToUpper(platform.Volumes.DriveName(path))] += more;
 }
 
-/// Bytes that each drive must have free before the manual is installed.
-BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual) {
+BytesByDrive FreeBytes(const Platform& platform, const BytesByDrive& needed) {
+    BytesByDrive free;
+    for (const auto& [drive, bytes] : needed) {
+        if (!drive.empty()) {
+            free[drive] = platform.Volumes.FreeBytes(drive + L"\\");
+        }
+    }
+    return free;
+}
+
+/// Bytes that the manual takes: an archive's contents twice while it is extracted and copied, a PDF manual's files
+/// once.
+BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& target) {
     Platform& platform = program.Platform;
     BytesByDrive needed;
     if (manual.PdfForm == L"1") {
-        AddBytes(platform, needed, program.Installation.InstallPath, FolderBytes(platform, manual.SourcePath));
+        AddBytes(platform, needed, target, FolderBytes(platform, manual.SourcePath));
     } else {
         const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program, manual));
         const auto bytes = static_cast<double>(archive.BytesOnDrive);
         AddBytes(platform, needed, program.Paths.UnZipTempPath, bytes);
-        AddBytes(platform, needed, program.Installation.InstallPath, bytes);
+        AddBytes(platform, needed, target, bytes);
     }
     return needed;
 }
 
-/// True when each drive has the bytes free that it needs.
-bool HaveFree(const Platform& platform, const BytesByDrive& needed) {
-    return std::ranges::all_of(needed, [&](const auto& need) {
-        const auto& [drive, bytes] = need;
-        return drive.empty() || platform.Volumes.FreeBytes(drive + L"\\") >= bytes;
+/// The bytes of the comparison set's files, less those of the files that they replace.
+BytesByDrive NeededForDifferences(Platform& platform, const std::wstring& source, const std::wstring& target) {
+    BytesByDrive needed;
+    VisitFiles(platform, source, [&](const std::wstring& file) {
+        const bool replaces = platform.Files.Exists(target + file);
+        AddBytes(platform, needed, target,
+                 BytesOnDrive(platform, source + file) - (replaces ? BytesOnDrive(platform, target + file) : 0));
+        return true;
     });
+    return needed;
 }
 
-/// The answer of a look at the drives; true when they cannot be asked.
-bool UnlessUnknown(const Platform& platform, const std::function<bool()>& look) {
+/// Adds what a look at the drives finds. What cannot be found out does not stop the manual; extraction or copy will
+/// tell.
+void AddRoom(const Platform& platform, ManualFacts& facts, const std::function<BytesByDrive()>& look) {
     try {
-        return look();
+        BytesByDrive needed = look();
+        facts.FreeBytes = FreeBytes(platform, needed);
+        facts.NeededBytes = std::move(needed);
     } catch (const std::exception& error) {
         platform.FaultLog.Trapped("looking for room on the drives", error);
-        return true;
     }
+}
+
+/// What goes counts in the manual's favour, but only a drive that is short makes it worth counting.
+BytesByDrive NeededBeside(const Program& program, const DiscCatalogueRecord& manual, const ManualFacts& facts) {
+    Platform& platform = program.Platform;
+    BytesByDrive needed = NeededBytes(program, manual, facts.Target);
+    if (HaveFree(needed, FreeBytes(platform, needed))) {
+        return needed;
+    }
+    for (const auto& edition : {facts.Installed, facts.Base}) {
+        if (edition && edition->MayGo) {
+            AddBytes(platform, needed, edition->Folder, -FolderBytes(platform, edition->Folder));
+        }
+    }
+    return needed;
+}
+
+ReplacedEdition EditionIn(const Program& program, const std::wstring& pubNo, const std::wstring& folder) {
+    return {pubNo, folder, WhyLeftAlone(program, folder).empty()};
+}
+
+std::optional<ReplacedEdition> FindBaseEdition(Program& program, const std::wstring& pubNo) {
+    const std::wstring baseEdition = BaseEditionOf(pubNo);
+    const MdbStatus status = baseEdition.empty() ? MdbEnd : FindInstalledRecord(program, baseEdition);
+    if (status == MdbError) {
+        throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
+    }
+    return status == MdbOk ? std::optional(EditionIn(program, baseEdition, program.Installed.INSPath)) : std::nullopt;
 }
 
 void ReadFilesThrough(Platform& platform, const std::wstring& folder) {
@@ -147,32 +192,28 @@ std::wstring BaseEditionOf(const std::wstring& pubNo) {
     return base;
 }
 
-bool HasRoomForManual(const Program& program, const DiscCatalogueRecord& manual,
-                      const std::vector<std::wstring>& goingFolders) {
-    Platform& platform = program.Platform;
-    return UnlessUnknown(platform, [&] {
-        BytesByDrive needed = NeededBytes(program, manual);
-        if (HaveFree(platform, needed)) {
-            return true;
-        }
-        for (const std::wstring& folder : goingFolders) {
-            AddBytes(platform, needed, folder, -FolderBytes(platform, folder));
-        }
-        return HaveFree(platform, needed);
-    });
+ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& root) {
+    ManualFacts facts;
+    facts.Target = JoinPath(root, manual.FolderName);
+    facts.TargetExists = program.Platform.Folders.Exists(facts.Target);
+    if (!manual.InstalledPath.empty()) {
+        facts.Installed = EditionIn(program, manual.Pub_No, manual.InstalledPath);
+    }
+    facts.Base = FindBaseEdition(program, manual.Pub_No);
+    AddRoom(program.Platform, facts, [&] { return NeededBeside(program, manual, facts); });
+    return facts;
 }
 
-bool HasRoomForCopy(Platform& platform, const std::wstring& source, const std::wstring& target) {
-    return UnlessUnknown(platform, [&] {
-        BytesByDrive needed;
-        VisitFiles(platform, source, [&](const std::wstring& file) {
-            const bool replaces = platform.Files.Exists(target + file);
-            AddBytes(platform, needed, target,
-                     BytesOnDrive(platform, source + file) - (replaces ? BytesOnDrive(platform, target + file) : 0));
-            return true;
-        });
-        return HaveFree(platform, needed);
-    });
+ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& manual) {
+    ManualFacts facts;
+    facts.IsDifferential = true;
+    facts.Target = JoinPath(manual.InstalledPath, L"contents");
+    facts.TargetExists = true;
+    facts.Differences = CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, manual.ComparePath, facts.Target);
+    if (facts.Differences > 0) {
+        AddRoom(platform, facts, [&] { return NeededForDifferences(platform, manual.ComparePath, facts.Target); });
+    }
+    return facts;
 }
 
 std::wstring FindFileInUse(Platform& platform, const std::wstring& folder) {
