@@ -1,20 +1,11 @@
 # How this project declares its programs and tests. Each function takes the sources after the name and the libraries
-# after LIBS, and declares nothing when it is given no source.
+# after LIBS.
 
-# A target that has no source yet gets an empty one, so that it can be linked.
-function(mip_fill_empty_targets)
-    set(placeholder ${PROJECT_BINARY_DIR}/placeholder.cpp)
-    if(NOT EXISTS ${placeholder})
-        file(WRITE ${placeholder} "// This target has no source of its own yet.\n")
+# A list of sources that got lost would make a program or its tests vanish without a word.
+function(mip_need_sources name)
+    if(NOT ARGN)
+        message(FATAL_ERROR "${name} is declared without a source")
     endif()
-    foreach(target ${ARGN})
-        if(TARGET ${target})
-            get_target_property(sources ${target} SOURCES)
-            if(NOT sources)
-                target_sources(${target} PRIVATE ${placeholder})
-            endif()
-        endif()
-    endforeach()
 endfunction()
 
 # All Windows programs, without the tests.
@@ -23,9 +14,7 @@ add_custom_target(programs)
 # A Windows program with a window: wide entry point, no console.
 function(mip_windows_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")
-    if(NOT arg_UNPARSED_ARGUMENTS)
-        return()
-    endif()
+    mip_need_sources(${name} ${arg_UNPARSED_ARGUMENTS})
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE mip_options ${arg_LIBS})
     target_link_options(${name} PRIVATE -municode -mwindows)
@@ -35,18 +24,14 @@ endfunction()
 # A command line tool, for the build machine and for Windows.
 function(mip_tool name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")
-    if(NOT arg_UNPARSED_ARGUMENTS)
-        return()
-    endif()
+    mip_need_sources(${name} ${arg_UNPARSED_ARGUMENTS})
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE mip_options ${arg_LIBS})
 endfunction()
 
 function(mip_declare_test executable prefix)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "EMULATOR" "LIBS;PROPERTIES")
-    if(NOT arg_UNPARSED_ARGUMENTS)
-        return()
-    endif()
+    mip_need_sources(${executable} ${arg_UNPARSED_ARGUMENTS})
     add_executable(${executable} ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${executable} PRIVATE mip_options ${arg_LIBS} GTest::gtest_main)
     if(arg_EMULATOR)
