@@ -67,16 +67,40 @@ build_libarchive() {
     cp libarchive/libarchive/archive.h libarchive/libarchive/archive_entry.h result/include/
 }
 
+end_builds() {
+    local pid
+    for pid in "${!running[@]}"; do
+        kill -- "-$pid" 2>/dev/null || true
+    done
+    wait 2>/dev/null
+}
+
+# Both at once: either alone keeps one processor busy for most of its time. The first that fails ends the other, with all
+# that it has started; so each is a process group of its own.
+build_both() {
+    local name ended
+    declare -gA running=()
+    trap end_builds EXIT
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    set -m
+    for name in sqlite libarchive; do
+        "build_$name" >"$name.log" 2>&1 &
+        running[$!]=$name
+    done
+    while [ ${#running[@]} -gt 0 ]; do
+        wait -n -p ended "${!running[@]}" || { tail -n 20 "${running[$ended]}.log"; echo "building ${running[$ended]} failed"; exit 1; }
+        unset "running[$ended]"
+    done
+}
+
 build_all() {
     set -euo pipefail
     mkdir -p result/include result/lib
     prepare_source_lists
     unpack_source sqlite3 "$sqlite_version"
     unpack_source libarchive "$libarchive_version"
-    # Both at once: either alone keeps one processor busy for most of its time.
-    build_sqlite &
-    build_libarchive
-    wait $!
+    build_both
     (cd result && sha256sum include/* lib/* >stamp)
 }
 
@@ -101,7 +125,7 @@ if ! is_whole "$result"; then
         work=$(mktemp -d "$cache/.dependencies.XXXXXX")
         trap 'rm -rf "$work"' EXIT
         cd "$work"
-        export -f build_all prepare_source_lists unpack_source build_sqlite build_libarchive
+        export -f build_all build_both end_builds prepare_source_lists unpack_source build_sqlite build_libarchive
         export compiler sqlite_flags sqlite_version libarchive_version root
         run_logged "$work/log" bash -c build_all 8>&- || die "the dependencies could not be built"
         mv "$work/result" "$result"

@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Installs what building, running and testing need and is not there yet. Says nothing when nothing is missing.
-#   set-up.sh          what ./run and ./test need
-#   set-up.sh bench    also the benchmark library and hyperfine
+#   set-up.sh [--list] [bench] [fuzz]
+#     --list   only says what would be done, and changes nothing
+#     bench    also what the preset of that name needs: the benchmark library and hyperfine
+#     fuzz     also what the preset of that name needs: clang and its run-time libraries
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
+list_only=
 packages=(
     # building, for this machine and for Windows
     g++ cmake ninja-build ccache pkg-config g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix binutils-mingw-w64-i686
@@ -13,12 +16,21 @@ packages=(
     dpkg-dev make patch xz-utils tcl
     # samples and what looks at them
     sqlite3 zip unzip python3 xorriso zstd
+    # tools/check
+    clang-format clang-tidy shellcheck
     # reading the version stamp as a PDF program does
     libpdf-fdf-simple-perl libcam-pdf-perl
     # running Windows programs
     wine wine32:i386 xvfb fonts-liberation fonts-ipafont-gothic fonts-wine
 )
-[ "${1:-}" != bench ] || packages+=(libbenchmark-dev hyperfine)
+for argument in "$@"; do
+    case $argument in
+        --list) list_only=yes ;;
+        bench) packages+=(libbenchmark-dev hyperfine) ;;
+        fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
+        *) die "unknown argument $argument" ;;
+    esac
+done
 
 # A package of any architecture that satisfies the name is listed once; "wine32:i386" is asked for with its architecture.
 missing_packages() {
@@ -54,12 +66,29 @@ install_packages() {
     apt install --no-install-recommends "$@" || apt install --no-install-recommends -t "$release" "$@"
 }
 
+lacks_i386() { [[ " ${missing[*]} " == *:i386* && " $(dpkg --print-foreign-architectures) " != *i386* ]]; }
+
+list_steps() {
+    local template
+    if [ "${#missing[@]}" -gt 0 ]; then
+        ! lacks_i386 || echo "would add the i386 architecture to this system, for Wine"
+        echo "would read the package lists and install, as root or by sudo:"
+        printf '  %s\n' "${missing[@]}"
+    fi
+    template=$("$root/tools/wine-prefix.sh" path 2>/dev/null) || template=
+    [ -n "$template" ] && [ -s "$template" ] || echo "would make a Wine prefix, from which all others are copied, in $cache"
+}
+
 mapfile -t missing < <(missing_packages)
+if [ -n "$list_only" ]; then
+    list_steps
+    exit 0
+fi
 if [ "${#missing[@]}" -gt 0 ]; then
     command -v apt-get >/dev/null || die "this needs Debian or a system with its packages"
     log=$(mktemp)
     trap 'rm -f "$log"' EXIT
-    if [[ " ${missing[*]} " == *:i386* && " $(dpkg --print-foreign-architectures) " != *i386* ]]; then
+    if lacks_i386; then
         say "Adding the i386 architecture, for Wine"
         run_logged "$log" as_root dpkg --add-architecture i386 || die "the i386 architecture cannot be added"
     fi

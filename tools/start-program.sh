@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Inside a session: starts the program from drive D: as ./run was asked to.
+# Inside a Wine session: starts the program from drive D: as ./run was asked to.
 #   start-program.sh window|unattended|screens SCREENS_DIR [ARGUMENTS OF THE PROGRAM]
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -46,4 +46,5 @@ case $mode in
     window) start_window "$@" ;;
     unattended) start_unattended "$@" ;;
     screens) start_tour "$@" ;;
+    *) die "unknown mode $mode" ;;
 esac

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Wine prefixes from a template that is made once.
 #   wine-prefix.sh template    makes the template where it is missing and prints its path
+#   wine-prefix.sh path        only prints the template's path
 #   wine-prefix.sh new DIR     unpacks a fresh prefix as DIR
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -66,7 +67,7 @@ make_own_user_folders() {
 
 make_template() {
     local archive=$1 work
-    say "Making the Windows workplace that tests start from (once, about 20 s)"
+    say "Making the Wine prefix that all others are copied from (once, about 20 s)"
     work=$(mktemp -d "$cache/.prefix.XXXXXX")
     trap 'end_wine "$work/prefix"; rm -rf "$work"' EXIT
     wine_environment "$work/prefix"
@@ -85,11 +86,16 @@ make_template() {
     trap - EXIT
 }
 
-# Prints the template's path. The key holds all that shapes it: Wine's version, the user, and this recipe.
-template() {
-    local version archive
+# The path's key holds all that shapes the template: Wine's version, the user, and this recipe.
+template_path() {
+    local version
     version=$(dpkg-query -W -f '${Version}' wine32:i386 2>/dev/null) || die "Wine is not installed; run tools/set-up.sh"
-    archive=$cache/prefix-${version//[^A-Za-z0-9.]/-}-$(id -un)-$(hash_of "$0" "$root/tools/common.sh").tar.zst
+    echo "$cache/prefix-${version//[^A-Za-z0-9.]/-}-$(id -un)-$(hash_of "$0" "$root/tools/common.sh").tar.zst"
+}
+
+template() {
+    local archive
+    archive=$(template_path)
     if [ ! -s "$archive" ]; then
         mkdir -p "$cache"
         exec 8>"$cache/prefix.lock"
@@ -102,6 +108,7 @@ template() {
 
 case ${1:-} in
     template) template ;;
+    path) template_path ;;
     new)
         [ -n "${2:-}" ] || die "new needs a folder"
         [ ! -e "$2/system.reg" ] || die "$2 is a prefix already"
@@ -109,5 +116,5 @@ case ${1:-} in
         mkdir -p "$2"
         tar --zstd -xf "$archive" -C "$2"
         ;;
-    *) die "say 'template' or 'new DIR'" ;;
+    *) die "say 'template', 'path' or 'new DIR'" ;;
 esac

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a command inside a Windows workplace of its own: a fresh Wine prefix, its wineserver, and a screen.
+# Runs a command in a Wine session of its own: a prefix, its wineserver, and a screen.
 #   wine-session.sh [--prefix DIR] [--screen WxH | --real-screen] COMMAND...
 #     --prefix DIR    use this prefix and keep it; without it a fresh one is thrown away at the end
 #     --screen WxH    size of the virtual screen, 1024x768 when not said
@@ -35,7 +35,7 @@ open_screen() {
     local number
     mkfifo "$work/number"
     Xvfb -displayfd 3 -screen 0 "${screen}x24" -fbdir "$work" -nolisten tcp -ac -noreset \
-        3>"$work/number" >"$work/xvfb.log" 2>&1 </dev/null &
+        3>"$work/number" 9>&- >"$work/xvfb.log" 2>&1 </dev/null &
     display_server=$!
     number=
     read -r -t 30 number <"$work/number" || true
@@ -43,7 +43,8 @@ open_screen() {
     export DISPLAY=:$number MIP_FRAMEBUFFER=$work/Xvfb_screen0
 }
 
-# One session at a time in a prefix: the end of one would end the programs of the other.
+# One session at a time in a prefix: the end of one would end the programs of the other. Only this script holds the lock:
+# what it starts may outlive it for a moment, and would keep the next session out.
 if [ -n "$prefix" ]; then
     exec 9>"$prefix.lock"
     flock -n 9 || die "another session is in $prefix"
@@ -57,10 +58,10 @@ trap 'exit 143' TERM
 [ -z "$screen" ] || open_screen
 
 # A wineserver that stays: without it every program leaves helpers behind that hold the caller's output for seconds.
-wineserver -p
-timeout 120 wine cmd /c exit >/dev/null 2>&1 </dev/null || die "Wine does not start in $WINEPREFIX"
+wineserver -p 9>&-
+timeout 120 wine cmd /c exit 9>&- >/dev/null 2>&1 </dev/null || die "Wine does not start in $WINEPREFIX"
 
 export MIP_WINE_SESSION=1
 status=0
-"$@" || status=$?
+"$@" 9>&- || status=$?
 exit $status
