@@ -60,5 +60,5 @@ endfunction()
 # with a screen of its own, so these run side by side with all others. They take longest and are started early.
 function(mip_workshop_test name)
     mip_declare_test(windows_${name} windows.${name}. ${ARGN}
-        EMULATOR ${PROJECT_SOURCE_DIR}/tools/workshop-run.sh PROPERTIES COST 100)
+        EMULATOR ${PROJECT_SOURCE_DIR}/tools/computer-run.sh PROPERTIES COST 100)
 endfunction()

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Turns a fresh Wine prefix into the sample workshop computer:
-#   make-computer.sh PREFIX_DIR BUILD_WINDOWS_DIR BUILD_NATIVE_DIR
+#   make-computer.sh PREFIX BUILD_WINDOWS_DIR BUILD_NATIVE_DIR
 # The diagnostic program and some manuals are installed; the manager and the viewer are not. computer.conf says where
 # things are.
 set -euo pipefail
 source "$(dirname "$0")/../tools/common.sh"
-[ $# -eq 3 ] || die "say PREFIX_DIR BUILD_WINDOWS_DIR BUILD_NATIVE_DIR"
+[ $# -eq 3 ] || die "say PREFIX BUILD_WINDOWS_DIR BUILD_NATIVE_DIR"
 prefix=$1 windows=$2 native=$3
 samples=$root/samples
 source "$samples/computer.conf"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs one Windows program on a sample workshop computer of its own, with a copy of the sample disc in drive D:, and
-# throws both away: workshop-run.sh PROGRAM.EXE [ARGUMENTS...]. Disc and programs are those that were built.
+# throws both away: computer-run.sh PROGRAM.EXE [ARGUMENTS...]. Disc and programs are those that were built.
 # With MIP_SMALL_DRIVE=SIZE ("8m") the computer also has a drive E: of that size, which can be filled.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -8,11 +8,11 @@ source "$(dirname "$0")/common.sh"
 # To list a test program's tests no computer is needed.
 [[ " $* " != *" --gtest_list_tests "* ]] || exec "$root/tools/wine-run.sh" "$@"
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/mip-workshop.XXXXXX")
+work=$(mktemp -d "${TMPDIR:-/tmp}/mip-computer.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 "$root/samples/make-disc.sh" "$root/build/disc" "$root/build/windows" "$root/build/native"
 cp -a --reflink=auto "$root/build/disc" "$work/disc"
-"$root/tools/make-workplace.sh" "$work/computer" "$work/disc"
+"$root/tools/workshop-computer.sh" "$work/computer" "$work/disc"
 session=("$root/tools/wine-session.sh" --prefix "$work/computer" "$root/tools/wine-run.sh" "$@")
 if [ -n "${MIP_SMALL_DRIVE:-}" ]; then
     mkdir "$work/small"

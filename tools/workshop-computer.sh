@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# A workshop computer with a disc in its drive: make-workplace.sh PREFIX DISC. A prefix that is missing becomes a copy of
-# the sample computer, which is made anew when something that it is made from has changed. Drive D: is then the folder
-# DISC, and a CD-ROM to the program.
+# Puts a disc into the drive of a workshop computer: workshop-computer.sh COMPUTER DISC. A computer that is missing becomes
+# a copy of the sample computer, which is made anew when something that it is made from has changed. Drive D: is then the
+# folder DISC, and a CD-ROM to the program.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
-[ $# -eq 2 ] || die "say PREFIX DISC"
-prefix=$1 disc=$(realpath "$2")
+[ $# -eq 2 ] || die "say COMPUTER DISC"
+computer=$1 disc=$(realpath "$2")
 sample=$root/build/sample-computer
 windows=$root/build/windows native=$root/build/native
 
@@ -24,12 +24,12 @@ make_sample() {
     mv "$sample.new" "$sample"
 }
 
-if [ ! -e "$prefix/system.reg" ]; then
-    mkdir -p "$root/build" "$prefix"
+if [ ! -e "$computer/system.reg" ]; then
+    mkdir -p "$root/build" "$computer"
     exec 8>"$sample.lock"
     flock 8
     make_sample 8>&-
-    cp -a --reflink=auto "$sample/." "$prefix/"
+    cp -a --reflink=auto "$sample/." "$computer/"
     exec 8>&-
 fi
-ln -sfn "$disc" "$prefix/dosdevices/d:"
+ln -sfn "$disc" "$computer/dosdevices/d:"
