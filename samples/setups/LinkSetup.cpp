@@ -13,7 +13,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int) {
     try {
         const std::wstring folder = mip::KorvexFolder(L"Link");
         return mip::RunLoggedSetup(folder, [&folder] {
-            const std::string settings = "[LINK]\r\nVersion=1.4.0.2\r\nOpen=VBrowser.exe\r\n";
+            const std::string settings = "[LINK]\r\nVersion=" SAMPLE_VERSION "\r\nOpen=VBrowser.exe\r\n";
             mip::WriteTextFile(folder + L"\\ManualLink.ini", settings);
         });
     } catch (const std::exception&) {
