@@ -10,6 +10,10 @@ if(WIN32)
     # 0x0601 is Windows 7, the oldest system that a workshop's computer has.
     target_compile_definitions(mip_options INTERFACE
         NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE _WIN32_WINNT=0x0601 WINVER=0x0601)
+
+    # Every object has line numbers, the same in every checkout; only a program that keeps its symbols is linked with them.
+    target_compile_options(mip_options INTERFACE -g1 -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+    add_link_options($<$<NOT:$<BOOL:$<TARGET_PROPERTY:MIP_SYMBOLS>>>:-s>)
 endif()
 
 if(MIP_SANITIZE)

@@ -21,6 +21,23 @@ function(mip_windows_program name)
     add_dependencies(programs ${name})
 endfunction()
 
+# mip_shipped_program(ManualInstall): finishes a Windows program for the disc, in the build folder's root. Its symbols go
+# into NAME.exe.debug beside it, which is kept and not shipped; what turns an address into a line stands in
+# CONTRIBUTING.md. Preserving dates keeps the time out of the file headers, so that the same sources give the same bytes.
+# Last the file is marked to run from memory, since the disc may be taken out while it runs.
+function(mip_shipped_program name)
+    find_package(Python3 REQUIRED COMPONENTS Interpreter)
+    set(mark ${PROJECT_SOURCE_DIR}/cmake/run_from_memory.py)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR} MIP_SYMBOLS ON)
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${mark})
+    add_custom_command(TARGET ${name} POST_BUILD
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug ${name}.exe ${name}.exe.debug
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --strip-all --add-gnu-debuglink=${name}.exe.debug ${name}.exe
+        COMMAND Python3::Interpreter ${mark} ${name}.exe
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+        VERBATIM)
+endfunction()
+
 # A command line tool, for the build machine and for Windows.
 function(mip_tool name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBS")

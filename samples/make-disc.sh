@@ -9,7 +9,6 @@ samples=$root/samples
 companions=$windows/samples
 
 program=$windows/ManualInstall.exe
-[ -f "$program" ] || program=$windows/startup/windows/ManualInstall.exe
 mkcatalogue=$native/tools/mkcatalogue/mkcatalogue
 built=("$program" "$mkcatalogue" "$companions"/{setup_manager,setup_link,setup_view,ManualManager,VBrowser}.exe)
 for file in "${built[@]}"; do
