@@ -8,8 +8,17 @@ function(mip_need_sources name)
     endif()
 endfunction()
 
-# All Windows programs, without the tests.
+# All Windows programs, without the tests, and the licence notices of what is linked into them.
 add_custom_target(programs)
+if(WIN32)
+    set(notices ${PROJECT_BINARY_DIR}/NOTICES.txt)
+    add_custom_command(OUTPUT ${notices}
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/notices.sh ${notices}
+        DEPENDS ${PROJECT_SOURCE_DIR}/tools/notices.sh /var/lib/dpkg/status
+        VERBATIM)
+    add_custom_target(notices DEPENDS ${notices})
+    add_dependencies(programs notices)
+endif()
 
 # A Windows program with a window: wide entry point, no console.
 function(mip_windows_program name)

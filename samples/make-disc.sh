@@ -10,7 +10,8 @@ companions=$windows/samples
 
 program=$windows/ManualInstall.exe
 mkcatalogue=$native/tools/mkcatalogue/mkcatalogue
-built=("$program" "$mkcatalogue" "$companions"/{setup_manager,setup_link,setup_view,ManualManager,VBrowser}.exe)
+notices=$windows/NOTICES.txt
+built=("$program" "$notices" "$mkcatalogue" "$companions"/{setup_manager,setup_link,setup_view,ManualManager,VBrowser}.exe)
 for file in "${built[@]}"; do
     [ -f "$file" ] || die "$file is not built yet"
 done
@@ -35,6 +36,7 @@ python3 -B "$samples/generate.py" disc "$new"
 cp "$root/disc/install.html" "$new/"
 cp -r "$root/disc/SysDir" "$setup/"
 cp -p "$program" "$setup/ManualInstall.exe"
+cp -p "$notices" "$setup/"
 "$mkcatalogue" "$samples/catalogue-new.txt" "$setup/kvx3new.mdb"
 cp -p "$companions/setup_manager.exe" "$new/programs/man_manager/setup.exe"
 cp -p "$companions/ManualManager.exe" "$new/programs/man_manager/"

@@ -155,5 +155,15 @@ class SampleDisc(unittest.TestCase):
         self.assertEqual([], [name for name in files if (again / name).read_bytes() != (self.disc / name).read_bytes()])
 
 
+class MadeDisc(unittest.TestCase):
+    def test_the_notices_of_all_linked_libraries_lie_beside_the_program(self):
+        builds = (ROOT / "build/windows", ROOT / "build/native")
+        subprocess.run([ROOT / "samples/make-disc.sh", ROOT / "build/disc", *builds], check=True)
+        notices = (ROOT / "build/disc/programs/setup/NOTICES.txt").read_text(encoding="utf-8-sig")
+        for owner in ("Tim Kientzle", "Jean-loup Gailly", "D. Richard Hipp", "GCC RUNTIME LIBRARY EXCEPTION",
+                      "the mingw-w64 project", "Lockless"):
+            self.assertIn(owner, notices)
+
+
 if __name__ == "__main__":
     unittest.main()
