@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034  # sourced: the others use what is set here
 # Sourced by the other scripts: where things are, how they speak, what Wine is started with.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)

@@ -20,6 +20,7 @@ if [ -n "${MIP_SMALL_DRIVE:-}" ]; then
     # The mount is seen by this session alone and goes with its last process, whatever ends it.
     own_mounts=(unshare --mount)
     [ "$(id -u)" -eq 0 ] || own_mounts+=(--map-root-user)
+    # shellcheck disable=SC2016  # the inner shell expands it
     "${own_mounts[@]}" sh -c 'mount -t tmpfs -o "size=$1" tmpfs "$2" && shift 2 && exec "$@"' sh \
         "$MIP_SMALL_DRIVE" "$work/small" "${session[@]}"
 else

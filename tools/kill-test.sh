@@ -80,6 +80,7 @@ echo "seed $seed, $(cat "$work/reference.txt")"
 
 export work root seed
 export -f on_computer one_round
+# shellcheck disable=SC2016  # the inner shell expands it
 seq "$rounds" | xargs -P "${MIP_JOBS:-2}" -I{} bash -c 'set -uo pipefail; one_round "$1"' _ {}
 
 repaired=$(cat "$work"/status-* | grep -cx 0 || true)

@@ -23,6 +23,7 @@ done
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/mip-session.XXXXXX")
 display_server=
+# shellcheck disable=SC2317  # called by the trap
 close_session() {
     trap '' INT TERM
     end_wine "$WINEPREFIX"
