@@ -21,9 +21,24 @@ struct ColumnLengths {
     bool operator==(const ColumnLengths&) const = default;
 };
 
-/// One manual folder on the disc, and what is to be done with it. Flags are text, "1" for yes and "0" for no.
+/// What becomes of a manual of the disc.
+enum class Selection {
+    Undecided,
+    Candidate,   ///< for installation
+    UpToDate,    ///< the installed copy is as new or newer
+    Superseded,  ///< a later revision is installed
+};
+
+enum class InstallKind { Undecided, Full, Differential };
+
+/// What the result screen says of a manual.
+enum class InstallState { None, New, Update, Nothing, NotImported };
+
+enum class ManualForm { Archive, Pdf };
+
+/// One manual folder on the disc, and what is to be done with it.
 struct DiscCatalogueRecord {
-    std::wstring InstallFlag;  ///< "1" candidate, "0" the installed copy is as new or newer, "9" superseded
+    Selection InstallFlag = Selection::Undecided;
 
     std::wstring Pub_No;
     std::wstring Version;
@@ -35,13 +50,13 @@ struct DiscCatalogueRecord {
     std::wstring Kubun;
     std::wstring Country;
 
-    std::int16_t OrderNo = 0;    ///< display order of the model, 0 when unknown
-    std::wstring InstallKind;    ///< "" undecided, "1" full, "2" differential
-    std::wstring InstallState;   ///< "1" new, "2" update, "3" nothing to install
-    std::wstring SourcePath;     ///< the archive, or the record folder of a PDF manual
-    std::wstring ComparePath;    ///< the comparison set's folder, "" for a PDF manual
-    std::wstring DoneFlag;       ///< the driver's: "1" once handled
-    std::wstring PdfForm;        ///< "1" PDF manual, "0" archive
+    std::int16_t OrderNo = 0;  ///< display order of the model, 0 when unknown
+    mip::InstallKind InstallKind = mip::InstallKind::Undecided;
+    mip::InstallState InstallState = mip::InstallState::None;
+    std::wstring SourcePath;   ///< the archive, or the record folder of a PDF manual
+    std::wstring ComparePath;  ///< the comparison set's folder, "" for a PDF manual
+    bool DoneFlag = false;     ///< the driver's: true once handled
+    ManualForm PdfForm = ManualForm::Archive;
     std::wstring InstalledPath;  ///< where an edition is installed, "" when none
     std::wstring FolderName;     ///< the record's folder below the disc root
 
@@ -53,7 +68,7 @@ struct DiscCatalogue {
     std::vector<DiscCatalogueRecord> Records{1};
     std::wstring CatalogueErrorCaption;
     std::wstring CatalogueErrorText;
-    std::int16_t CatalogueErrorFlag = 0;  ///< -1 after a fatal scan error
+    bool CatalogueErrorFlag = false;  ///< true after a fatal scan error
 
     std::int16_t LastIndex() const { return static_cast<std::int16_t>(Records.size() - 1); }
     void Clear() { *this = DiscCatalogue{}; }

@@ -2,11 +2,14 @@
 
 #include <string>
 
+#include "app/DiscCatalogue.h"
 #include "platform/Clock.h"
 
 namespace mip {
 
-/// One row of M_manage, fields named like the columns, with what M_type and the disk add to it.
+/// One row of M_manage, fields named like the columns, with what M_type and the disk add to it. The two flags are text
+/// as it stands in the tables, where other programs write, too: an upgrade carries over also what this program does not
+/// know. catalogue/RecordFlags.h reads them.
 struct InstalledRecord {
     std::wstring Pub_No;
     std::wstring Model_desc;
@@ -20,10 +23,10 @@ struct InstalledRecord {
     std::wstring INSUser;
     DateTime INSDate{};
     std::wstring INSPath;
-    std::wstring Adjust_flg;  ///< "1" marked for adjustment
+    std::wstring Adjust_flg;
     std::wstring Memo_txt;
-    std::wstring Pdf_flg;           ///< of M_type: "1" PDF, "0" archive, "" without a row there
-    std::wstring InstalledPdfForm;  ///< by the files on disk: "1" PDF, "0" not
+    std::wstring Pdf_flg;                               ///< of M_type, "" without a row there
+    ManualForm InstalledPdfForm = ManualForm::Archive;  ///< by the files on disk
 
     bool operator==(const InstalledRecord&) const = default;
 };

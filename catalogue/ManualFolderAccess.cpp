@@ -4,6 +4,7 @@
 
 #include "app/ManualPlace.h"
 #include "app/Program.h"
+#include "catalogue/RecordFlags.h"
 #include "catalogue/modMDB.h"
 #include "platform/Files.h"
 #include "security/modAcl.h"
@@ -33,7 +34,7 @@ void RelinkToVariant(Platform& platform, clsMDB& database, InstalledRecord& reco
         return;
     }
     record.INSPath = candidate;
-    record.Adjust_flg = L"0";
+    record.Adjust_flg = NotMarked;
     // The folder is secured below even where its new place could not be recorded.
     static_cast<void>(ReregisterInstallPath(database, record.Pub_No, candidate));
 }

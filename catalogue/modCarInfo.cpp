@@ -10,6 +10,7 @@
 #include "app/Messages.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
+#include "catalogue/RecordFlags.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "app/modFolderCopy.h"
@@ -25,15 +26,6 @@ namespace {
 constexpr wchar_t CatalogueFile[] = L"car_info.ci";
 constexpr wchar_t CatalogueSection[] = L"CAR_INFO";
 constexpr std::size_t RevisionPosition = 4;  // of the revision digit in a publication number
-
-constexpr wchar_t Yes[] = L"1";
-constexpr wchar_t No[] = L"0";
-constexpr wchar_t Superseded[] = L"9";
-constexpr wchar_t FullInstallation[] = L"1";
-constexpr wchar_t DifferentialInstallation[] = L"2";
-constexpr wchar_t StateNew[] = L"1";
-constexpr wchar_t StateUpdate[] = L"2";
-constexpr wchar_t StateNothing[] = L"3";
 
 std::wstring RecordFolder(const Program& program, const std::wstring& folderName) {
     return JoinPath(program.Paths.DiscRootPath, folderName);
@@ -57,7 +49,7 @@ class RecordError : public std::runtime_error {
 void StopScan(DiscCatalogue& catalogue, const std::wstring& caption, const std::wstring& text) {
     catalogue.CatalogueErrorCaption = caption;
     catalogue.CatalogueErrorText = text;
-    catalogue.CatalogueErrorFlag = -1;
+    catalogue.CatalogueErrorFlag = true;
 }
 
 void StopForDatabase(Program& program) {
@@ -98,20 +90,11 @@ void LocateContent(const Program& program, const std::wstring& folderName, DiscC
     const std::wstring folder = RecordFolder(program, folderName);
     if (RootedManualPdfExists(program, folderName, record.Pub_No)) {
         record.SourcePath = folder;
-        record.PdfForm = Yes;
+        record.PdfForm = ManualForm::Pdf;
     } else {
         record.SourcePath = JoinPath(folder, L"install\\condense\\manual.zip");
         record.ComparePath = JoinPath(folder, L"install\\compare");
-        record.PdfForm = No;
-    }
-}
-
-bool IsMarkedForAdjustment(Platform& platform, const std::wstring& flag) {
-    try {
-        return TextToInt16(flag) == 1;
-    } catch (const std::exception& error) {
-        platform.FaultLog.Trapped("reading Adjust_flg", error);
-        return false;
+        record.PdfForm = ManualForm::Archive;
     }
 }
 
@@ -120,12 +103,12 @@ bool IsUsable(Platform& platform, const InstalledRecord& installed) {
     const std::wstring contents = JoinPath(installed.INSPath, L"contents");
     return platform.Folders.Exists(installed.INSPath) && platform.Folders.Exists(contents) &&
            platform.Files.Exists(JoinPath(contents, L"index.html")) &&
-           !IsMarkedForAdjustment(platform, installed.Adjust_flg);
+           !IsMarkedForAdjustment(platform.FaultLog, installed);
 }
 
 /// A disc may bring, for the next version only, the files that differ. They fit when the manual kept its form.
 bool HasDifferences(Platform& platform, const DiscCatalogueRecord& record, const InstalledRecord& installed) {
-    return record.PdfForm != Yes && installed.InstalledPdfForm == record.PdfForm &&
+    return record.PdfForm == ManualForm::Archive && installed.InstalledPdfForm == ManualForm::Archive &&
            CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, record.ComparePath, installed.INSPath) > 0;
 }
 
@@ -152,27 +135,27 @@ std::int16_t VersionsAhead(const std::wstring& onDisc, const std::wstring& insta
 bool ClassifyUpdate(Platform& platform, const InstalledRecord& installed, DiscCatalogueRecord& record) {
     const std::int16_t difference = VersionsAhead(record.Version, installed.Version);
     if (difference <= 0) {
-        record.InstallFlag = No;
+        record.InstallFlag = Selection::UpToDate;
         return false;
     }
     const bool differential = difference == 1 && HasDifferences(platform, record, installed);
-    record.InstallKind = differential ? DifferentialInstallation : FullInstallation;
-    record.InstallState = StateUpdate;
+    record.InstallKind = differential ? InstallKind::Differential : InstallKind::Full;
+    record.InstallState = InstallState::Update;
     return true;
 }
 
 /// Decides whether and how a valid record is installed; `found` tells whether Program::Installed holds its edition.
 void Classify(Program& program, const std::wstring& folderName, bool found, DiscCatalogueRecord& record) {
-    record.DoneFlag = No;
-    record.InstallFlag = Yes;
-    record.InstallState = StateNothing;
+    record.DoneFlag = false;
+    record.InstallFlag = Selection::Candidate;
+    record.InstallState = InstallState::Nothing;
     const InstalledRecord& installed = program.Installed;
     if (!found) {
-        record.InstallKind = FullInstallation;
-        record.InstallState = StateNew;
+        record.InstallKind = InstallKind::Full;
+        record.InstallState = InstallState::New;
     } else if (!IsUsable(program.Platform, installed)) {
-        record.InstallKind = FullInstallation;
-        record.InstallState = StateUpdate;
+        record.InstallKind = InstallKind::Full;
+        record.InstallState = InstallState::Update;
     } else if (!ClassifyUpdate(program.Platform, installed, record)) {
         return;
     }
@@ -207,7 +190,7 @@ bool ScanFolder(Program& program, const std::wstring& folder) {
         program.Platform.FaultLog.Trapped("classifying a manual of the disc", error);
         StopForData(catalogue, folder);
     }
-    if (catalogue.CatalogueErrorFlag == 0) {
+    if (!catalogue.CatalogueErrorFlag) {
         return true;
     }
     program.Log.Write(L"disc", catalogue.Records.back().Pub_No, folder + L": " + catalogue.CatalogueErrorText);
@@ -230,11 +213,11 @@ bool ScanDiscCatalogue(Program& program) {
 void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
     DiscCatalogue& catalogue = program.DiscCatalogue;
     DiscCatalogueRecord& record = catalogue.Records.emplace_back();
-    record.InstallFlag = Yes;
+    record.InstallFlag = Selection::Candidate;
     ReadCatalogueFile(program, folderName, record);
     record.OrderNo = FindOrderNo(program.ModelOrder, record.Model_ID);
     if (!ValidateCatalogueRecord(program.Settings.Columns, record, catalogue)) {
-        catalogue.CatalogueErrorFlag = -1;
+        catalogue.CatalogueErrorFlag = true;
         return;
     }
     const MdbStatus status = FindInstalledRecord(program, record.Pub_No);
@@ -245,8 +228,8 @@ void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
     LocateContent(program, folderName, record);
     Classify(program, folderName, status == MdbOk, record);
     if (IsSupersededPublication(program, catalogue.LastIndex())) {
-        record.InstallFlag = Superseded;
-        record.InstallState = StateNothing;
+        record.InstallFlag = Selection::Superseded;
+        record.InstallState = InstallState::Nothing;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include "catalogue/FieldValues.h"
+#include "catalogue/RecordFlags.h"
 #include "catalogue/Statements.h"
 #include "catalogue/Transaction.h"
 #include "app/modPdf.h"
@@ -61,7 +62,8 @@ MdbStatus TakeInstalledRow(MdbStatus status, Platform& platform, clsMDB& databas
                            InstalledRecord& record) {
     return TakeRow(status, database, record, [&] {
         InstalledRecord row = ReadRow(database, slot);
-        row.InstalledPdfForm = ManualPdfExists(platform, row.INSPath, row.Pub_No) ? L"1" : L"0";
+        row.InstalledPdfForm =
+            ManualPdfExists(platform, row.INSPath, row.Pub_No) ? ManualForm::Pdf : ManualForm::Archive;
         return row;
     });
 }
@@ -75,7 +77,7 @@ MdbStatus TakeListRow(MdbStatus status, Program& program, std::int16_t slot) {
 }
 
 InstalledRecord RecordOf(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& installPath,
-                         const std::wstring& dateChoice) {
+                         InstallState dateChoice) {
     InstalledRecord record;
     record.Pub_No = manual.Pub_No;
     record.Model_desc = manual.Model_desc;
@@ -87,10 +89,11 @@ InstalledRecord RecordOf(const Program& program, const DiscCatalogueRecord& manu
     record.Lang = manual.Lang;
     record.Ldup = manual.Ldup;
     record.INSUser = program.Identity.UserName;
-    record.INSDate = dateChoice == L"1" ? program.Installation.InstallTime1 : program.Installation.InstallTime2;
+    record.INSDate =
+        dateChoice == InstallState::New ? program.Installation.InstallTime1 : program.Installation.InstallTime2;
     record.INSPath = installPath;
-    record.Adjust_flg = L"0";
-    record.Pdf_flg = manual.PdfForm;
+    record.Adjust_flg = NotMarked;
+    record.Pdf_flg = FlagOf(manual.PdfForm);
     record.InstalledPdfForm = manual.PdfForm;
     return record;
 }
@@ -157,7 +160,7 @@ MdbStatus ReadNextInstalled(Platform& platform, clsMDB& database, std::int16_t s
 }
 
 bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& installPath,
-                             const std::wstring& dateChoice) {
+                             InstallState dateChoice) {
     program.Installed = RecordOf(program, manual, installPath, dateChoice);
     const InstalledRecord& record = program.Installed;
     return ExecuteTogether(
@@ -167,7 +170,7 @@ bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual
 }
 
 bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record) {
-    const std::wstring& form = record.Pdf_flg.empty() ? record.InstalledPdfForm : record.Pdf_flg;
+    const std::wstring form = record.Pdf_flg.empty() ? FlagOf(record.InstalledPdfForm) : record.Pdf_flg;
     return ExecuteAll(database,
                       {statements::InsertInstalled(record), statements::InsertCarriedType(record.Pub_No, form)});
 }

@@ -10,6 +10,7 @@ struct DiscCatalogueRecord;
 struct InstalledRecord;
 struct Platform;
 struct Program;
+enum class InstallState;
 
 /// Looks a publication up; when found its row is in Program::Installed.
 [[nodiscard]] MdbStatus FindInstalledRecord(Program& program, const std::wstring& pubNo);
@@ -28,9 +29,9 @@ std::wstring GetLastInstallPath(Program& program);
                                           InstalledRecord& record);
 
 /// Records a manual of the disc as installed in `installPath`, in one transaction: its old rows go, the new ones come.
-/// `dateChoice` "1" records InstallTime1, anything else InstallTime2. False leaves the catalogue as it was.
+/// `dateChoice` New records InstallTime1, any other InstallTime2. False leaves the catalogue as it was.
 [[nodiscard]] bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual,
-                                           const std::wstring& installPath, const std::wstring& dateChoice);
+                                           const std::wstring& installPath, InstallState dateChoice);
 /// Inserts the rows of a record that another database held.
 [[nodiscard]] bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record);
 [[nodiscard]] bool RemoveInstalledManual(clsMDB& database, const std::wstring& pubNo);

@@ -83,7 +83,7 @@ ManualPlan PlanManual(const DiscCatalogueRecord& manual, const ManualFacts& fact
         AddRemoval(plan.Steps, *facts.Base);
         plan.Steps.push_back({Act::RemoveRows, {}, facts.Base->PubNo});
     }
-    plan.Steps.push_back({manual.PdfForm == L"1" ? Act::CopyPdf : Act::Extract, facts.Target});
+    plan.Steps.push_back({manual.PdfForm == ManualForm::Pdf ? Act::CopyPdf : Act::Extract, facts.Target});
     plan.Steps.push_back({Act::Record});
     return plan;
 }

@@ -26,8 +26,6 @@ namespace mip {
 
 namespace {
 
-constexpr wchar_t Yes[] = L"1";
-
 std::wstring NameOf(const DiscCatalogueRecord& manual) {
     return manual.Model_desc + L"  " + manual.Pub_No;
 }
@@ -67,9 +65,9 @@ bool ManualWorker::InstallAllManuals() {
     for (run.CurrentManual = 1; succeeded && run.CurrentManual <= program_.DiscCatalogue.LastIndex();
          run.CurrentManual = Add16(run.CurrentManual, 1)) {
         auto& manual = program_.DiscCatalogue.Records.at(static_cast<std::size_t>(run.CurrentManual));
-        succeeded = manual.InstallFlag != Yes || InstallSelected(manual);
+        succeeded = manual.InstallFlag != Selection::Candidate || InstallSelected(manual);
         if (succeeded) {
-            manual.DoneFlag = Yes;
+            manual.DoneFlag = true;
         }
     }
     view_.SetManual(L"");
@@ -87,7 +85,7 @@ void ManualWorker::RemoveLeftovers() {
 
 bool ManualWorker::InstallSelected(DiscCatalogueRecord& manual) {
     // A comparison set goes only over a folder that is the manual's own.
-    const bool isWhole = manual.InstallKind == Yes || !MayTouchFolder(program_, manual.InstalledPath);
+    const bool isWhole = manual.InstallKind == InstallKind::Full || !MayTouchFolder(program_, manual.InstalledPath);
     const std::wstring step = isWhole ? L"install" : L"update";
     program_.Log.SetContext(step, manual.Pub_No);
     ResetBars();
@@ -121,7 +119,7 @@ void ManualWorker::CopyPlainManual(DiscCatalogueRecord& manual) {
 void ManualWorker::EmptyTemporaryFolder(const DiscCatalogueRecord& manual) {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     ClearFolder(program_, temporary);
-    if (manual.PdfForm != Yes && !IsEmptyFolder(program_.Platform, temporary)) {
+    if (manual.PdfForm != ManualForm::Pdf && !IsEmptyFolder(program_.Platform, temporary)) {
         throw Failure(messages::ExtractionFailed, "the temporary folder cannot be emptied");
     }
 }

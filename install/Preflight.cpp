@@ -81,7 +81,7 @@ BytesByDrive FreeBytes(const Platform& platform, const BytesByDrive& needed) {
 BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& target) {
     Platform& platform = program.Platform;
     BytesByDrive needed;
-    if (manual.PdfForm == L"1") {
+    if (manual.PdfForm == ManualForm::Pdf) {
         AddBytes(platform, needed, target, FolderBytes(platform, manual.SourcePath));
     } else {
         const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program, manual));
@@ -236,7 +236,7 @@ std::wstring FindFileInUse(Platform& platform, const std::wstring& source, const
 }
 
 void RequireWholeManual(const Program& program, const DiscCatalogueRecord& manual) {
-    if (manual.PdfForm == L"1") {
+    if (manual.PdfForm == ManualForm::Pdf) {
         RequireReadable(program.Platform, messages::ManualFailed, [&] { ReadPdfManual(program, manual); });
     } else {
         RequireReadable(program.Platform, messages::ExtractionFailed, [&] { ReadArchive(program, manual); });

@@ -23,14 +23,6 @@ constexpr double ArchiveManualBytes = 150'000'000;
 constexpr double ProgramDriveReserve = 350'000'000;
 constexpr wchar_t PdfStep[] = L"10000000";
 
-bool IsPdfManual(const DiscCatalogueRecord& entry) {
-    try {
-        return TextToInt16(entry.PdfForm) == 1;
-    } catch (const std::exception&) {
-        return false;
-    }
-}
-
 bool Fits(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
     return GetUsableFreeSpace(program, folder) >= RequiredBytes(program, manual);
 }
@@ -96,7 +88,7 @@ std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& en
 }
 
 double RequiredBytes(const Program& program, const DiscCatalogueRecord& entry) {
-    if (!IsPdfManual(entry)) {
+    if (entry.PdfForm == ManualForm::Archive) {
         return ArchiveManualBytes;
     }
     return RoundUpToTenMillion(GetFileSize(program.Platform, PdfSourcePath(program, entry)), PdfStep);

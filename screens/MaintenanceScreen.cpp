@@ -9,6 +9,7 @@
 #include "app/ManualPlace.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
+#include "catalogue/RecordFlags.h"
 #include "catalogue/modMDB.h"
 #include "app/modPdf.h"
 #include "app/modShell.h"
@@ -22,7 +23,7 @@ namespace {
 constexpr std::int16_t ListSlot = 4;
 
 bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
-    if (manual.Pdf_flg == L"1") {
+    if (RecordedForm(manual) == ManualForm::Pdf) {
         return ManualPdfExists(platform, manual.INSPath, manual.Pub_No);
     }
     return platform.Folders.Exists(JoinPath(manual.INSPath, L"contents")) &&
@@ -39,7 +40,7 @@ bool ReadInstalledList(Program& program, std::vector<InstalledRecord>& manuals) 
 }
 
 bool CleanUpMissing(Program& program, const InstalledRecord& manual) {
-    const bool marked = manual.Adjust_flg == L"1";
+    const bool marked = HasOwnMark(manual);
     const bool changed = marked ? RemoveInstalledManual(*program.CatalogDb, manual.Pub_No)
                                 : MarkForAdjustment(*program.CatalogDb, manual.Pub_No);
     program.Log.Write(L"check", manual.Pub_No, !changed ? L"failed" : marked ? L"row removed" : L"marked");
@@ -60,7 +61,7 @@ ExitCode RemoveAsked(Program& program) {
 
 ExitCode RunMode(Program& program) {
     try {
-        if (MaintenanceModeOf(program.Switches) == RemoveOneMode) {
+        if (!program.Switches.Remove.empty()) {
             return RemoveAsked(program);
         }
         return CheckInstalledManuals(program) ? ExitCode::Done : ExitCode::FailedPartWay;
@@ -71,10 +72,6 @@ ExitCode RunMode(Program& program) {
 }
 
 }  // namespace
-
-std::int16_t MaintenanceModeOf(const Switches& switches) {
-    return switches.Remove.empty() ? 1 : RemoveOneMode;
-}
 
 void RunMaintenance(Program& program) {
     WaitSeconds(program.Platform.Clock, 1);

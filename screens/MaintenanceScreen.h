@@ -1,17 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace mip {
 
 struct Program;
-struct Switches;
 
-inline constexpr std::int16_t RemoveOneMode = 2;
-
-/// 2 when one manual is to be removed, 1 when all installed manuals are to be checked.
-std::int16_t MaintenanceModeOf(const Switches& switches);
 /// Runs the maintenance that the command line asks for, a second's wait before and after, and sets the
 /// exit code.
 void RunMaintenance(Program& program);

@@ -19,7 +19,6 @@ namespace mip {
 
 namespace {
 
-constexpr wchar_t Yes[] = L"1";
 constexpr wchar_t ColourHighlighted[] = L"0";
 constexpr wchar_t ColourPlain[] = L"1";
 
@@ -85,12 +84,20 @@ StatusTexts::StatusTexts(const Program& program)
       unchanged_(GetMessageText(program, messages::StatusUnchanged)),
       notImported_(L"取込対象外") {}
 
-const std::wstring& StatusTexts::Of(const std::wstring& code, const std::wstring& previous) const {
-    return code == L"1"   ? new_
-           : code == L"2" ? updated_
-           : code == L"3" ? unchanged_
-           : code == L"9" ? notImported_
-                          : previous;
+const std::wstring& StatusTexts::Of(InstallState state, const std::wstring& previous) const {
+    switch (state) {
+        case InstallState::New:
+            return new_;
+        case InstallState::Update:
+            return updated_;
+        case InstallState::Nothing:
+            return unchanged_;
+        case InstallState::NotImported:
+            return notImported_;
+        case InstallState::None:
+            break;
+    }
+    return previous;
 }
 
 const std::wstring& StatusTexts::StatusTextForDate(const Installation& run, DateTime date) const {
@@ -125,7 +132,7 @@ bool ResultList::FillGrid() {
         std::int32_t row = 0;
         std::wstring status;
         for (const DiscCatalogueRecord& manual : program_.DiscCatalogue.Records) {
-            if (manual.InstallFlag == Yes) {
+            if (manual.InstallFlag == Selection::Candidate) {
                 status = statusTexts.Of(manual.InstallState, status);
                 AddRow(++row, manual, status);
             }
@@ -147,7 +154,7 @@ void ResultList::AddRow(std::int32_t row, const DiscCatalogueRecord& manual, con
 }
 
 bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& manual) {
-    return !program.Outcome.ResultKind && manual.InstallFlag == Yes && manual.DoneFlag == Yes;
+    return !program.Outcome.ResultKind && manual.InstallFlag == Selection::Candidate && manual.DoneFlag;
 }
 
 std::wstring TextToCopy(const Program& program, const GridModel& list) {

@@ -16,6 +16,7 @@ struct DiscCatalogueRecord;
 struct Installation;
 struct Outcome;
 struct Program;
+enum class InstallState;
 
 /// What the result screen says above the list, in the colours of success or failure.
 struct OutcomeTexts {
@@ -37,8 +38,8 @@ class StatusTexts {
   public:
     explicit StatusTexts(const Program& program);
 
-    /// The text of a status code; `previous` for a code that has none.
-    const std::wstring& Of(const std::wstring& code, const std::wstring& previous) const;
+    /// The text of a state; `previous` for None.
+    const std::wstring& Of(InstallState state, const std::wstring& previous) const;
     /// The text for a recorded installation date: new, updated, or from an earlier run.
     const std::wstring& StatusTextForDate(const Installation& run, DateTime date) const;
 

@@ -84,7 +84,7 @@ TEST_F(CatalogueOnFiles, ReadOnlySourceUpgradesTheCatalogueWhichStaysWritable) {
     DiscCatalogueRecord manual;
     manual.Pub_No = L"K'2";
     manual.Model_desc = L"サービスマニュアル";
-    ASSERT_TRUE(RegisterInstalledManual(program_, manual, scratch_.Path(), L"1"));
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, scratch_.Path(), InstallState::New));
     ASSERT_EQ(FindInstalledRecord(program_, L"k'2"), MdbOk);
     EXPECT_EQ(program_.Installed.Model_desc, manual.Model_desc);
     EXPECT_EQ(program_.Installed.INSPath, scratch_.Path());

@@ -38,7 +38,7 @@ class FormsTest : public ScreensTest {
     }
 
     void FillDisc() {
-        for (const wchar_t* state : {L"1", L"2", L"2", L"1"}) {
+        for (const auto state : {InstallState::New, InstallState::Update, InstallState::Update, InstallState::New}) {
             DiscCatalogueRecord& manual = AddManual(L"K1210MM");
             manual.Model_desc = L"Talis 2.0 Hybrid";
             manual.Year = L"2019";
@@ -116,7 +116,7 @@ TEST_P(FormTexts, FitInEveryForm) {
     ExpectTextsFit(*Open<frmResult>());
     program_.Outcome.ResultMessage = GetMessageText(program_, 71);
     program_.Outcome.ResultSubMessage = GetMessageText(program_, 24);
-    program_.DiscCatalogue.Records.back().DoneFlag = L"1";
+    program_.DiscCatalogue.Records.back().DoneFlag = true;
     const auto failed = Open<frmResult>();
     EXPECT_TRUE(IsShown(*failed, ids::L_Legend));
     ExpectTextsFit(*failed);

@@ -48,7 +48,7 @@ TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
         ASSERT_TRUE(ScanDiscCatalogue(program_));
         ASSERT_EQ(program_.DiscCatalogue.LastIndex(), 2);
     }
-    const DiscCatalogueRecord expected{L"1",
+    const DiscCatalogueRecord expected{Selection::Candidate,
                                        L"KA100E",
                                        L"3",
                                        L"Kombi",
@@ -59,12 +59,12 @@ TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
                                        L"整備",
                                        L"GB",
                                        7,
-                                       L"1",
-                                       L"1",
+                                       InstallKind::Full,
+                                       InstallState::New,
                                        L"D:\\A 1\\install\\condense\\manual.zip",
                                        L"D:\\A 1\\install\\compare",
-                                       L"0",
-                                       L"0",
+                                       false,
+                                       ManualForm::Archive,
                                        L"",
                                        L"A 1"};
     EXPECT_EQ(program_.DiscCatalogue.Records[1], expected);
@@ -75,12 +75,14 @@ TEST_F(CarInfoTest, PdfManualIsCopiedFromItsFolder) {
     PutManual(L"P", "KP100E", "1");
     workshop_.Tree.PutFile(L"D:\\P\\contents\\KP100E.pdf");
     const DiscCatalogueRecord& record = Scanned(L"P");
-    EXPECT_EQ(record.PdfForm, L"1");
+    EXPECT_EQ(record.PdfForm, ManualForm::Pdf);
     EXPECT_EQ(record.SourcePath, L"D:\\P");
     EXPECT_EQ(record.ComparePath, L"");
 }
 
 TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
+    using enum Selection;
+    using InstallKind::Full, InstallKind::Differential, InstallState::New, InstallState::Update, InstallState::Nothing;
     enum Copy { None, NoFolder, NoIndex, Whole, WholePdf };
     const struct {
         const char* Label;
@@ -90,24 +92,24 @@ TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
         const char* DiscVersion;
         bool DiscPdf;
         int Differences;  // files in the comparison set, -1: no such set
-        const wchar_t* Flag;
-        const wchar_t* Kind;
-        const wchar_t* State;
+        Selection Flag;
+        InstallKind Kind;
+        InstallState State;
     } cases[] = {
-        {"new", None, L"", L"", "1", false, 1, L"1", L"1", L"1"},
-        {"same version", Whole, L"3", L"0", "3", false, 1, L"0", L"", L"3"},
-        {"older on disc", Whole, L"3", L"0", "2", false, 1, L"0", L"", L"3"},
-        {"next version, differences", Whole, L"3", L"0", "4", false, 2, L"1", L"2", L"2"},
-        {"next version, no differences", Whole, L"3", L"0", "4", false, 0, L"1", L"1", L"2"},
-        {"next version, no comparison set", Whole, L"3", L"0", "4", false, -1, L"1", L"1", L"2"},
-        {"two versions on", Whole, L"3", L"0", "5", false, 2, L"1", L"1", L"2"},
-        {"folder gone, same version", NoFolder, L"3", L"0", "3", false, 1, L"1", L"1", L"2"},
-        {"start page gone, older on disc", NoIndex, L"3", L"0", "2", false, 1, L"1", L"1", L"2"},
-        {"marked for adjustment", Whole, L"3", L"1", "3", false, 1, L"1", L"1", L"2"},
-        {"marked as number", Whole, L"3", L" 01", "3", false, 1, L"1", L"1", L"2"},
-        {"mark unreadable", Whole, L"3", L"x", "3", false, 1, L"0", L"", L"3"},
-        {"PDF on disc, next version", Whole, L"3", L"0", "4", true, 2, L"1", L"1", L"2"},
-        {"PDF installed, archive on disc", WholePdf, L"3", L"0", "4", false, 2, L"1", L"1", L"2"},
+        {"new", None, L"", L"", "1", false, 1, Candidate, Full, New},
+        {"same version", Whole, L"3", L"0", "3", false, 1, UpToDate, {}, Nothing},
+        {"older on disc", Whole, L"3", L"0", "2", false, 1, UpToDate, {}, Nothing},
+        {"next version, differences", Whole, L"3", L"0", "4", false, 2, Candidate, Differential, Update},
+        {"next version, no differences", Whole, L"3", L"0", "4", false, 0, Candidate, Full, Update},
+        {"next version, no comparison set", Whole, L"3", L"0", "4", false, -1, Candidate, Full, Update},
+        {"two versions on", Whole, L"3", L"0", "5", false, 2, Candidate, Full, Update},
+        {"folder gone, same version", NoFolder, L"3", L"0", "3", false, 1, Candidate, Full, Update},
+        {"start page gone, older on disc", NoIndex, L"3", L"0", "2", false, 1, Candidate, Full, Update},
+        {"marked for adjustment", Whole, L"3", L"1", "3", false, 1, Candidate, Full, Update},
+        {"marked as number", Whole, L"3", L" 01", "3", false, 1, Candidate, Full, Update},
+        {"mark unreadable", Whole, L"3", L"x", "3", false, 1, UpToDate, {}, Nothing},
+        {"PDF on disc, next version", Whole, L"3", L"0", "4", true, 2, Candidate, Full, Update},
+        {"PDF installed, archive on disc", WholePdf, L"3", L"0", "4", false, 2, Candidate, Full, Update},
     };
     int number = 0;
     for (const auto& test : cases) {
@@ -142,8 +144,8 @@ TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
         EXPECT_EQ(record.InstallFlag, test.Flag);
         EXPECT_EQ(record.InstallKind, test.Kind);
         EXPECT_EQ(record.InstallState, test.State);
-        EXPECT_EQ(record.DoneFlag, L"0");
-        const bool considered = record.InstallFlag == L"1";
+        EXPECT_FALSE(record.DoneFlag);
+        const bool considered = record.InstallFlag == Selection::Candidate;
         EXPECT_EQ(record.InstalledPath, considered && test.Installed != None ? copy : L"");
         EXPECT_EQ(record.FolderName, considered ? folder : L"");
     }
@@ -162,9 +164,9 @@ TEST_F(CarInfoTest, SupersededPublicationIsNotOffered) {
     for (const auto& [pubNo, superseded] : cases) {
         PutManual(L"S", pubNo, "9");
         const DiscCatalogueRecord& record = Scanned(L"S");
-        EXPECT_EQ(record.InstallFlag == L"9", superseded) << pubNo;
+        EXPECT_EQ(record.InstallFlag == Selection::Superseded, superseded) << pubNo;
         if (superseded) {
-            EXPECT_EQ(record.InstallState, L"3") << pubNo;
+            EXPECT_EQ(record.InstallState, InstallState::Nothing) << pubNo;
         }
     }
 }
@@ -238,11 +240,11 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
         }
         EXPECT_FALSE(ScanDiscCatalogue(program_));
         const DiscCatalogue& catalogue = program_.DiscCatalogue;
-        EXPECT_EQ(catalogue.CatalogueErrorFlag, -1);
+        EXPECT_TRUE(catalogue.CatalogueErrorFlag);
         EXPECT_EQ(catalogue.CatalogueErrorCaption, test.Caption);
         EXPECT_EQ(catalogue.CatalogueErrorText, test.Text);
         EXPECT_EQ(catalogue.LastIndex(), 2);
-        EXPECT_EQ(catalogue.Records[1].InstallState, L"1");
+        EXPECT_EQ(catalogue.Records[1].InstallState, InstallState::New);
         EXPECT_NE(program_.Log.Text().find(L"Folder 2: " + catalogue.CatalogueErrorText), std::wstring::npos);
     }
 }

@@ -51,7 +51,7 @@ DiscCatalogueRecord DiscRecord() {
     record.Country = L"GB";
     record.Lang = L"EN";
     record.Ldup = L"1";
-    record.PdfForm = L"1";
+    record.PdfForm = ManualForm::Pdf;
     return record;
 }
 
@@ -87,7 +87,7 @@ TEST(StatementsTest, TextsAreExactlyThese) {
           L"\r\n,Lang \r\n,Ldup \r\n,InsUser \r\n,InsDate \r\n,InsPath \r\n,Adjust_flg \r\n,Memo_txt \r\n,Pdf_flg \r\n "
           L"FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO "}},
         {"register",
-         [&] { (void)RegisterInstalledManual(program, DiscRecord(), L"C:\\it's", L"1"); },
+         [&] { (void)RegisterInstalledManual(program, DiscRecord(), L"C:\\it's", InstallState::New); },
          {L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'", L"DELETE FROM M_type WHERE Pub_No = 'K''10'",
           InsertOfDiscRecord, L" INSERT INTO M_type (PUB_NO,PDF_FLG)  VALUES(\n'K''10',\n'1')\n", L"(commit)"}},
         {"insert",
@@ -126,10 +126,10 @@ class ModMdbTest : public testing::Test {
 TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
     DiscCatalogueRecord manual = DiscRecord();
     manual.Model_desc = std::wstring(255, L'長');
-    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\it's", L"1"));
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\it's", InstallState::New));
     manual.Version = L"4";
-    manual.PdfForm = L"0";
-    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\カバー", L"2"));
+    manual.PdfForm = ManualForm::Archive;
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\カバー", InstallState::Update));
     ASSERT_EQ(FindInstalledRecord(program_, L"k'10"), MdbOk);
     InstalledRecord expected;
     expected.Pub_No = L"K'10";
@@ -144,7 +144,7 @@ TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
     expected.INSDate = ParseDateTime(L"2024/05/06 07:08:11");
     expected.INSPath = L"C:\\カバー";
     expected.Adjust_flg = L"0";
-    expected.InstalledPdfForm = L"0";
+    expected.InstalledPdfForm = ManualForm::Archive;
     EXPECT_EQ(program_.Installed, expected);
     const std::vector<InstalledRecord> rows = workshop_.Rows();
     ASSERT_EQ(rows.size(), 4u);
@@ -161,16 +161,16 @@ TEST_F(ModMdbTest, RegistrationCountsWholeOrNotAtAll) {
         workshop_.Tree.PutFile(Workshop::CurrentDatabase, old);
         ASSERT_TRUE(workshop_.StartProgram());
         workshop_.Faults.FailCall(n);
-        const bool done = RegisterInstalledManual(workshop_.Program(), manual, L"C:\\new", L"1");
+        const bool done = RegisterInstalledManual(workshop_.Program(), manual, L"C:\\new", InstallState::New);
         const bool hit = workshop_.Faults.Hit();
         workshop_.Faults.Reset();
         const std::vector<InstalledRecord> rows = workshop_.Rows();
         ASSERT_EQ(rows.size(), 3u) << n;
         if (done || rows != oldRows) {  // an error after the last step is reported although everything was done
-            EXPECT_TRUE(rows.back().INSPath == L"C:\\new" && rows.back().Pdf_flg == manual.PdfForm) << n;
+            EXPECT_TRUE(rows.back().INSPath == L"C:\\new" && rows.back().Pdf_flg == L"1") << n;
             EXPECT_EQ(std::vector(rows.begin(), rows.end() - 1), others) << n;
         }
-        EXPECT_TRUE(RegisterInstalledManual(workshop_.Program(), manual, L"C:\\again", L"1")) << n;
+        EXPECT_TRUE(RegisterInstalledManual(workshop_.Program(), manual, L"C:\\again", InstallState::New)) << n;
         if (!hit) {
             EXPECT_TRUE(done);
             EXPECT_GT(n, 10u);
@@ -208,7 +208,7 @@ TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
     Workshop workshop({record});
     workshop.Tree.PutFile(record.INSPath + L"\\contents\\" + record.Pub_No + L".PDF");
     ASSERT_EQ(FindInstalledRecord(workshop.Program(), record.Pub_No), MdbOk);
-    EXPECT_EQ(workshop.Program().Installed.InstalledPdfForm, L"1");
+    EXPECT_EQ(workshop.Program().Installed.InstalledPdfForm, ManualForm::Pdf);
     ASSERT_EQ(workshop.Rows().size(), 1u);  // listed without a row in the type table
     EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
 }
@@ -219,7 +219,7 @@ TEST_F(ModMdbTest, RowOfNullsIsReadAsEmptyTextsAndDayZero) {
     InstalledRecord expected;
     expected.Pub_No = L"K9";
     expected.INSDate = ParseDateTime(L"1899/12/30 00:00:00");
-    expected.InstalledPdfForm = L"0";
+    expected.InstalledPdfForm = ManualForm::Archive;
     EXPECT_EQ(program_.Installed, expected);
     EXPECT_EQ(GetLastInstallPath(program_), SampleRecord(2).INSPath);
 }

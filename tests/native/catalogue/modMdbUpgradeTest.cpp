@@ -31,6 +31,7 @@ TEST(UpgradeTest, RowsAreCarriedOverWholeIntoTheNewLayout) {
     std::vector<InstalledRecord> records = SampleRecords(12);
     records[3].Pdf_flg = L"";  // no row in M_type: the files tell
     records[3].INSPath = L"C:\\Korvex\\Books\\K4";
+    records[5].Adjust_flg = records[5].Pdf_flg = L" x";  // what is not known stays as it stands
     Workshop workshop(records);
     workshop.Tree.PutFile(records[3].INSPath + L"\\contents\\" + records[3].Pub_No + L".pdf");
     Execute(workshop, L"UPDATE M_manage SET INSDate = NULL WHERE Pub_No = 'K1040E'");

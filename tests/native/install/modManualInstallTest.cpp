@@ -337,8 +337,8 @@ TEST(Installation, ManualsInstalledBeforeAFailureStay) {
     EXPECT_FALSE(workshop.Install());
 
     EXPECT_EQ(workshop.Rows(), (std::map<std::wstring, Row>{{L"AAAA1MM", {L"1", L"C:\\Manuals\\AAAA1MM", L"0"}}}));
-    EXPECT_EQ(workshop.Run.DiscCatalogue.Records[1].DoneFlag, L"1");
-    EXPECT_EQ(workshop.Run.DiscCatalogue.Records[2].DoneFlag, L"0");
+    EXPECT_TRUE(workshop.Run.DiscCatalogue.Records[1].DoneFlag);
+    EXPECT_FALSE(workshop.Run.DiscCatalogue.Records[2].DoneFlag);
     EXPECT_EQ(workshop.View.Steps[Step::Manuals], (RecordingView::StepState{L"message 16", true, 0x0000FF}));
 }
 
@@ -378,7 +378,7 @@ TEST(Installation, InterruptedUpdateIsInstalledInFullByTheNextRun) {
 
     workshop.Windows.Tree.Erase(L"D:\\AAAA1MM\\install\\compare\\last.html");
     workshop.Install();
-    EXPECT_EQ(workshop.Run.DiscCatalogue.Records[1].InstallKind, L"1");
+    EXPECT_EQ(workshop.Run.DiscCatalogue.Records[1].InstallKind, InstallKind::Full);
 }
 
 }  // namespace

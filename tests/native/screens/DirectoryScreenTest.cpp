@@ -46,7 +46,7 @@ TEST_F(DirectoryScreenTest, TheProgramFilesDriveKeepsAReserve) {
 
 TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
     EXPECT_EQ(RequiredBytes(program_, Manual()), 150'000'000);
-    Manual().PdfForm = L" 1 ";
+    Manual().PdfForm = ManualForm::Pdf;
     EXPECT_EQ(RequiredBytes(program_, Manual()), 10'000'000) << "no file";
     windows_.Tree.PutFile(L"D:\\K1210MM\\contents\\K1210MM.pdf", std::string(10'000'001, 'x'));
     EXPECT_EQ(RequiredBytes(program_, Manual()), 20'000'000);

@@ -32,7 +32,7 @@ TEST_F(MaintenanceScreenTest, AManualWithoutItsFilesIsMarkedFirstAndDeletedAtThe
         Install(pubNo);
     }
     Install(L"PDF", L"1", L"1");
-    Install(L"NOPDF", L"1");
+    Install(L"NOPDF", L"1", L" 1");
     Put(L"WHOLE\\index.html");
     Put(L"WHOLE\\contents\\page.html");
     Put(L"NOINDEX\\contents\\page.html");

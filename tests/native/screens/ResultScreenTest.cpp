@@ -68,8 +68,8 @@ TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
     talis.Kubun = L"整備書";
     talis.Lang = L"EN";
     talis.Version = L"3";
-    AddManual(L"not chosen").InstallFlag = L"0";
-    AddManual(L"superseded").InstallFlag = L"9";
+    AddManual(L"not chosen").InstallFlag = Selection::UpToDate;
+    AddManual(L"superseded").InstallFlag = Selection::Superseded;
     program_.Identity.LanguageCode = L"11";
     EXPECT_EQ(Load(), (std::vector<std::wstring>{L"message 35|message 37|message 38|message 68|message 69|message 55",
                                                  L"Talis|整備書|EN|K1210MM|3|message 52"}));
@@ -77,14 +77,14 @@ TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
     EXPECT_EQ(Load().at(1), L"Talis|2019|EN|K1210MM|3|message 52") << "a second listing replaces the first";
 }
 
-TEST_F(ResultScreenTest, AnUnknownStateKeepsTheStatusOfTheRowBefore) {
-    const std::pair<const wchar_t*, const wchar_t*> states[] = {{L"", L""},
-                                                                {L"1", L"message 52"},
-                                                                {L"2", L"message 53"},
-                                                                {L"7", L"message 53"},
-                                                                {L"3", L"message 54"},
-                                                                {L"9", L"取込対象外"},
-                                                                {L"", L"取込対象外"}};
+TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {
+    const std::pair<InstallState, const wchar_t*> states[] = {{InstallState::None, L""},
+                                                              {InstallState::New, L"message 52"},
+                                                              {InstallState::Update, L"message 53"},
+                                                              {InstallState::None, L"message 53"},
+                                                              {InstallState::Nothing, L"message 54"},
+                                                              {InstallState::NotImported, L"取込対象外"},
+                                                              {InstallState::None, L"取込対象外"}};
     for (const auto& [state, text] : states) {
         AddManual(L"K").InstallState = state;
     }
@@ -95,8 +95,8 @@ TEST_F(ResultScreenTest, AnUnknownStateKeepsTheStatusOfTheRowBefore) {
 }
 
 TEST_F(ResultScreenTest, AfterAFailureTheInstalledManualsStandOut) {
-    AddManual(L"installed").DoneFlag = L"1";
-    AddManual(L"failed").DoneFlag = L"0";
+    AddManual(L"installed").DoneFlag = true;
+    AddManual(L"failed").DoneFlag = false;
     Load();
     EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFD5AA));
     EXPECT_EQ(grid_.CellProperty(1, 2, L"BackColor"), GridValue(0xFFFFFF));

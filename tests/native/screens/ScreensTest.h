@@ -45,9 +45,9 @@ class ScreensTest : public testing::Test {
     DiscCatalogueRecord& AddManual(const std::wstring& pubNo) {
         DiscCatalogueRecord manual;
         manual.Pub_No = pubNo;
-        manual.InstallFlag = L"1";
-        manual.InstallState = L"1";
-        manual.PdfForm = L"0";
+        manual.InstallFlag = Selection::Candidate;
+        manual.InstallState = InstallState::New;
+        manual.PdfForm = ManualForm::Archive;
         manual.FolderName = pubNo;
         program_.DiscCatalogue.Records.push_back(manual);
         program_.Installation.CurrentManual = program_.DiscCatalogue.LastIndex();
