@@ -13,8 +13,6 @@ namespace mip {
 
 namespace {
 
-constexpr std::int16_t WalkSlot = 0;
-
 /// A manual whose files may have been delivered in the folder of a variant.
 struct Variant {
     const wchar_t* PubNo;
@@ -61,13 +59,13 @@ bool SecureInstalledManualFolders(Program& program, const std::function<void()>&
     }
     InstalledRecord& record = program.Installed;
     try {
-        MdbStatus status = ReadAllInstalled(program.Platform, database, WalkSlot, record);
+        MdbStatus status = ReadAllInstalled(program.Platform, database, RecordsSlot, record);
         while (status == MdbOk) {
             SecureInstalledManual(program, database, record);
             if (folderDone) {
                 folderDone();
             }
-            status = ReadNextInstalled(program.Platform, database, WalkSlot, record);
+            status = ReadNextInstalled(program.Platform, database, RecordsSlot, record);
         }
     } catch (const std::exception& error) {
         program.Log.Trapped("opening the manual folders to users", error);

@@ -11,10 +11,21 @@
 namespace mip {
 
 /// Status codes of the gateway's operations.
-using MdbStatus = std::int16_t;
-inline constexpr MdbStatus MdbOk = 0;      ///< done; a query has at least one row; a move stands on a row
-inline constexpr MdbStatus MdbEnd = 1;     ///< a query has no row; a move went past the last row
-inline constexpr MdbStatus MdbError = -1;  ///< the engine reported an error
+enum MdbStatus : std::int16_t {
+    MdbOk = 0,      ///< done; a query has at least one row; a move stands on a row
+    MdbEnd = 1,     ///< a query has no row; a move went past the last row
+    MdbError = -1,  ///< the engine reported an error
+};
+
+/// The result sets by their use, so that no walk takes another's.
+enum MdbSlot : std::int16_t {
+    RecordsSlot = 0,        ///< all rows of M_manage
+    LookUpSlot = 1,         ///< one publication
+    LastPathSlot = 2,       ///< the most recent installation
+    SystemSlot = 3,         ///< the layout's version
+    InstalledListSlot = 4,  ///< the rows of M_manage with their forms
+    ModelOrderSlot = 7,     ///< all rows of M_order
+};
 
 /// The one gateway to a catalogue database: a connection and eleven numbered result sets. The engine is chosen by the
 /// file's first bytes. A slot outside 0 to 10 throws std::out_of_range.

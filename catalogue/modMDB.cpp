@@ -15,10 +15,6 @@
 namespace mip {
 namespace {
 
-constexpr std::int16_t LookUpSlot = 1;
-constexpr std::int16_t LastPathSlot = 2;
-constexpr std::int16_t SystemSlot = 3;
-
 const FieldValue EmptyText{std::wstring()};
 
 /// The fourteen columns of M_manage of the row on which a slot stands. Other programs may leave any of them Null, the

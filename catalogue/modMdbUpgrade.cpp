@@ -22,10 +22,6 @@
 namespace mip {
 namespace {
 
-constexpr std::int16_t WalkSlot = 0;
-constexpr std::int16_t FormSlot = 4;
-constexpr MdbStatus InsertFailed = 999;
-
 /// The files of an upgrade, but for those of the backup.
 struct UpgradePaths {
     std::wstring NewDatabaseSource;
@@ -90,16 +86,16 @@ std::int16_t ReadCurrentDatabaseVersion(Program& program) {
 /// Reads the form that M_type records for each manual. A layout without that table has none; it refuses the query each
 /// time, a passing fault does not.
 bool ReadForms(Program& program, std::map<std::wstring, std::wstring>& forms) {
-    MdbStatus status = OpenInstalledList(program, FormSlot);
+    MdbStatus status = OpenInstalledList(program, InstalledListSlot);
     if (status == MdbError) {
-        status = OpenInstalledList(program, FormSlot);
+        status = OpenInstalledList(program, InstalledListSlot);
     }
     if (status == MdbError) {
         return true;
     }
     while (status == MdbOk) {
         forms[program.Installed.Pub_No] = program.Installed.Pdf_flg;
-        status = NextInstalledListRow(program, FormSlot);
+        status = NextInstalledListRow(program, InstalledListSlot);
     }
     return status == MdbEnd;
 }
@@ -112,12 +108,13 @@ bool CopyRows(Program& program, clsMDB& newDatabase) {
     }
     InstalledRecord& record = program.Installed;
     Transaction transaction(newDatabase);
-    MdbStatus status = ReadAllInstalled(program.Platform, *program.CatalogDb, WalkSlot, record);
+    MdbStatus status = ReadAllInstalled(program.Platform, *program.CatalogDb, RecordsSlot, record);
     while (status == MdbOk) {
         record.Pdf_flg = forms[record.Pub_No];
-        status = InsertInstalledRecord(newDatabase, record)
-                     ? ReadNextInstalled(program.Platform, *program.CatalogDb, WalkSlot, record)
-                     : InsertFailed;
+        if (!InsertInstalledRecord(newDatabase, record)) {
+            return false;
+        }
+        status = ReadNextInstalled(program.Platform, *program.CatalogDb, RecordsSlot, record);
     }
     if (status != MdbEnd) {
         return false;

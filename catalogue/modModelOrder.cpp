@@ -9,26 +9,24 @@
 namespace mip {
 namespace {
 
-constexpr std::int16_t OrderSlot = 7;
-
 ModelOrderEntry ReadEntry(clsMDB& database) {
     const FieldValue emptyText{std::wstring()};
-    return {FieldText(database.Pcls_MdbGetField(OrderSlot, L"Model_ID", emptyText)),
-            FieldText(database.Pcls_MdbGetField(OrderSlot, L"Model_desc", emptyText)),
-            FieldInt16(database.Pcls_MdbGetField(OrderSlot, L"OrderNo", FieldValue{std::int64_t{0}}))};
+    return {FieldText(database.Pcls_MdbGetField(ModelOrderSlot, L"Model_ID", emptyText)),
+            FieldText(database.Pcls_MdbGetField(ModelOrderSlot, L"Model_desc", emptyText)),
+            FieldInt16(database.Pcls_MdbGetField(ModelOrderSlot, L"OrderNo", FieldValue{std::int64_t{0}}))};
 }
 
 }  // namespace
 
-std::int16_t LoadModelOrder(clsMDB& database, ModelOrderList& list) {
+MdbStatus LoadModelOrder(clsMDB& database, ModelOrderList& list) {
     list = {};
     try {
-        MdbStatus status = database.Pcls_MdbCreate(OrderSlot, statements::ReadModelOrder);
+        MdbStatus status = database.Pcls_MdbCreate(ModelOrderSlot, statements::ReadModelOrder);
         while (status == MdbOk) {
             ModelOrderEntry entry = ReadEntry(database);
             list.ModelOrderCount = Add16(list.ModelOrderCount, 1);
             list.Entries.push_back(std::move(entry));
-            status = database.Pcls_MdbMoveNext(OrderSlot);
+            status = database.Pcls_MdbMoveNext(ModelOrderSlot);
         }
         return status;
     } catch (const std::exception& error) {

@@ -8,9 +8,9 @@
 
 namespace mip {
 
-/// Loads M_order through slot 7: 1 when the table was read to its end, -1 when the query or a read failed. The entries
-/// read until then stay.
-[[nodiscard]] std::int16_t LoadModelOrder(clsMDB& database, ModelOrderList& list);
+/// Loads M_order: MdbEnd when the table was read to its end, MdbError when the query or a read failed. The entries read
+/// until then stay.
+[[nodiscard]] MdbStatus LoadModelOrder(clsMDB& database, ModelOrderList& list);
 /// The display order of a model, 0 when it is not in the list; exact match, first entry wins.
 std::int16_t FindOrderNo(const ModelOrderList& list, const std::wstring& modelId);
 

@@ -20,8 +20,6 @@ namespace mip {
 
 namespace {
 
-constexpr std::int16_t ListSlot = 4;
-
 bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
     if (RecordedForm(manual) == ManualForm::Pdf) {
         return ManualPdfExists(platform, manual.INSPath, manual.Pub_No);
@@ -32,8 +30,8 @@ bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
 
 /// All installed manuals; false when they could not be read to the end. The list is read before a row is changed.
 bool ReadInstalledList(Program& program, std::vector<InstalledRecord>& manuals) {
-    MdbStatus status = OpenInstalledList(program, ListSlot);
-    for (; status == MdbOk; status = NextInstalledListRow(program, ListSlot)) {
+    MdbStatus status = OpenInstalledList(program, InstalledListSlot);
+    for (; status == MdbOk; status = NextInstalledListRow(program, InstalledListSlot)) {
         manuals.push_back(program.Installed);
     }
     return status == MdbEnd;
