@@ -10,16 +10,25 @@ constexpr UINT_PTR Timer1 = 1;
 constexpr UINT_PTR Timer2 = 2;
 constexpr int BarSteps = 1000;
 
-constexpr TextStyle StepLook(bool bold) {
-    return {.Points = 11, .Bold = bold, .Background = &Palette::Card};
+/// The control of a step's caption; these are numbered from 2.
+constexpr int CaptionOf(Step step) {
+    return ids::L_STEP + 1 + static_cast<int>(step);
+}
+
+constexpr TextStyle StepLook(StepState state) {
+    return {.Points = 11, .Bold = state == StepState::Running, .Background = &Palette::Card};
+}
+
+constexpr COLORREF FrameColour(StepState state) {
+    return state == StepState::Waiting ? 0xFF0000 : state == StepState::Running ? 0x0000FF : 0x404040;
 }
 
 }  // namespace
 
 void frmMain::OnLoad() {
     AddHeader(ids::lblTitle, L"", 14, true, 64);
-    for (int step = FirstStep; step <= LastStep; ++step) {
-        AddLabel(ids::L_STEP + step, L"", StepLook(false), SS_ENDELLIPSIS);
+    for (const Step step : AllSteps) {
+        AddLabel(CaptionOf(step), L"", StepLook(StepState::Waiting), SS_ENDELLIPSIS);
     }
     AddLabel(ids::L_Manual, L"", {.Colour = &Palette::Muted, .Background = &Palette::Card}, SS_ENDELLIPSIS);
     for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
@@ -46,41 +55,42 @@ int frmMain::Arrange(int left, int top, int width) {
     const int height = Px(60);
     const int textLeft = left + Px(72);
     const int textWidth = width - Px(72 + 20);
-    for (int step = FirstStep; step <= LastStep; ++step) {
-        const bool hasBar = step == LastStep;
+    for (const Step step : AllSteps) {
+        const bool hasBar = step == Step::Manuals;
         Frame(step).Area = Area(left, top, width, height + (hasBar ? Px(56) : 0));
-        const HWND caption = Item(ids::L_STEP + step);
+        const HWND caption = Item(CaptionOf(step));
         const int lineHeight = static_cast<int>(TextSize(caption).cy);
         Place(caption, textLeft, top + (height - lineHeight) / 2, textWidth, lineHeight);
         top = Frame(step).Area.bottom + Px(10);
     }
 
-    const int manualTop = Frame(LastStep).Area.top + height - Px(6);
+    const int manualTop = Frame(Step::Manuals).Area.top + height - Px(6);
     Place(Item(ids::L_Manual), textLeft, manualTop, textWidth, Px(18));
     for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
         Place(Item(ids::pgBar + static_cast<int>(bar)), textLeft, manualTop + Px(24), textWidth, Px(16));
     }
-    return Frame(LastStep).Area.bottom;
+    return Frame(Step::Manuals).Area.bottom;
 }
 
 void frmMain::Paint(HDC dc, const Palette& colours) {
-    for (int step = FirstStep; step <= LastStep; ++step) {
+    for (const Step step : AllSteps) {
         DrawStep(dc, colours, step);
     }
 }
 
 /// A card with the step's frame at its left and a disc in the same colour: the step's number, or a tick when done.
-void frmMain::DrawStep(HDC dc, const Palette& colours, int step) {
+void frmMain::DrawStep(HDC dc, const Palette& colours, Step step) {
     const StepFrame& frame = Frame(step);
+    const COLORREF colour = FrameColour(frame.State);
     FillRounded(dc, frame.Area, Px(4), colours.Card, colours.Line);
-    FillArea(dc, Area(frame.Area.left, frame.Area.top, Px(6), frame.Area.bottom - frame.Area.top), frame.Colour);
+    FillArea(dc, Area(frame.Area.left, frame.Area.top, Px(6), frame.Area.bottom - frame.Area.top), colour);
     const RECT disc = Area(frame.Area.left + Px(22), frame.Area.top + (Px(60) - Px(32)) / 2, Px(32), Px(32));
-    FillCircle(dc, disc, frame.Colour);
-    if (frame.Colour == frameColours::Done) {
+    FillCircle(dc, disc, colour);
+    if (frame.State == StepState::Done) {
         DrawGlyph(dc, Shrunk(disc, Px(4)), Glyph::Check, RGB(255, 255, 255));
         return;
     }
-    const std::wstring number = std::to_wstring(step - FirstStep + 1);
+    const std::wstring number = std::to_wstring(static_cast<int>(step));
     RECT text = disc;
     const HGDIOBJ previous = SelectObject(dc, FontOf(11, true));
     SetBkMode(dc, TRANSPARENT);
@@ -106,12 +116,11 @@ void frmMain::SetCaption(const std::wstring& caption) {
     SetItemText(ids::lblTitle, caption);
 }
 
-void frmMain::SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) {
-    const int number = static_cast<int>(step);
-    SetLook(Item(ids::L_STEP + number), StepLook(bold));
-    SetItemText(ids::L_STEP + number, caption);
-    Frame(number).Colour = frameColour;
-    InvalidateRect(Window(), &Frame(number).Area, FALSE);
+void frmMain::SetStep(Step step, const std::wstring& caption, StepState state) {
+    SetLook(Item(CaptionOf(step)), StepLook(state));
+    SetItemText(CaptionOf(step), caption);
+    Frame(step).State = state;
+    InvalidateRect(Window(), &Frame(step).Area, FALSE);
 }
 
 void frmMain::SetBar(Bar bar, const BarState& state) {

@@ -22,24 +22,21 @@ class frmMain final : public Form, private InstallationView {
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    static constexpr int FirstStep = 2;
-    static constexpr int LastStep = 4;
-
     /// The coloured frame beside a step's caption.
     struct StepFrame {
-        COLORREF Colour = frameColours::Waiting;
+        StepState State = StepState::Waiting;
         RECT Area{};
     };
-    StepFrame& Frame(int step) { return frames_[static_cast<std::size_t>(step - FirstStep)]; }
+    StepFrame& Frame(Step step) { return frames_[static_cast<std::size_t>(step) - 1]; }
 
     void SetCaption(const std::wstring& caption) override;
-    void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
+    void SetStep(Step step, const std::wstring& caption, StepState state) override;
     void SetBar(Bar bar, const BarState& state) override;
     void SetManual(const std::wstring& name) override { SetItemText(ids::L_Manual, name); }
     void SetBusyPointer(bool busy) override { ShowBusy(busy); }
     void Repaint() override;
 
-    void DrawStep(HDC dc, const Palette& colours, int step);
+    void DrawStep(HDC dc, const Palette& colours, Step step);
 
     std::array<StepFrame, 3> frames_;
     InstallationDriver driver_;

@@ -1,11 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace mip {
 
-enum class Step { Programs = 2, Catalogue = 3, Manuals = 4 };
+enum class Step { Programs = 1, Catalogue, Manuals };
+inline constexpr Step AllSteps[] = {Step::Programs, Step::Catalogue, Step::Manuals};
+
+enum class StepState { Waiting, Running, Done };
 
 /// The progress bars of the installation screen.
 enum class Bar { SevenZip, Copy, Pdf };
@@ -21,20 +23,13 @@ struct BarState {
     bool operator==(const BarState&) const = default;
 };
 
-/// The colours of a step's frame, in blue-green-red order.
-namespace frameColours {
-inline constexpr std::uint32_t Waiting = 0xFF0000;
-inline constexpr std::uint32_t Running = 0x0000FF;
-inline constexpr std::uint32_t Done = 0x404040;
-}  // namespace frameColours
-
 /// What the installation asks of the progress screen, owned by the driver. A quiet run has one that shows nothing.
 class InstallationView {
   public:
     virtual ~InstallationView() = default;
 
     virtual void SetCaption(const std::wstring& caption) = 0;
-    virtual void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) = 0;
+    virtual void SetStep(Step step, const std::wstring& caption, StepState state) = 0;
     virtual void SetBar(Bar bar, const BarState& state) = 0;
     /// Names the manual that is being worked on; "" when none is.
     virtual void SetManual(const std::wstring& name) = 0;

@@ -48,7 +48,7 @@ InstallationDriver::InstallationDriver(Program& program, InstallationView& view,
 void InstallationDriver::FormLoad() {
     program_.WindowTitle = GetMessageText(program_, messages::Caption);
     view_.SetCaption(program_.WindowTitle);
-    for (const Step step : {Step::Programs, Step::Catalogue, Step::Manuals}) {
+    for (const Step step : AllSteps) {
         ShowWaiting(step);
     }
     program_.Outcome.ResultMessage.clear();
@@ -219,16 +219,16 @@ void InstallationDriver::Timer2() {
 }
 
 void InstallationDriver::ShowWaiting(Step step) {
-    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Before), false, frameColours::Waiting);
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Before), StepState::Waiting);
 }
 
 void InstallationDriver::ShowRunning(Step step) {
-    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Running), true, frameColours::Running);
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Running), StepState::Running);
     program_.Platform.Clock.YieldToMessages();
 }
 
 void InstallationDriver::ShowDone(Step step) {
-    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Done), false, frameColours::Done);
+    view_.SetStep(step, GetMessageText(program_, CaptionsOf(step).Done), StepState::Done);
     program_.Platform.Clock.YieldToMessages();
 }
 

@@ -15,7 +15,7 @@ namespace {
 class HiddenProgress final : public InstallationView {
   public:
     void SetCaption(const std::wstring&) override {}
-    void SetStep(Step, const std::wstring&, bool, std::uint32_t) override {}
+    void SetStep(Step, const std::wstring&, StepState) override {}
     void SetBar(Bar, const BarState&) override {}
     void SetManual(const std::wstring&) override {}
     void SetBusyPointer(bool) override {}

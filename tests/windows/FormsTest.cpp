@@ -1,5 +1,6 @@
 // The forms as windows of this process, over a program on the in-memory computer, in the delivered languages.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -89,6 +90,17 @@ class FormsTest : public ScreensTest {
         EXPECT_GT(place.right - place.left, width * 5 / 4);
     }
 
+    /// The colour of a step's frame, at the left of its caption.
+    static COLORREF FrameColour(const Form& form, int caption) {
+        POINT place{};
+        MapWindowPoints(GetDlgItem(form.Window(), caption), form.Window(), &place, 1);
+        RedrawWindow(form.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        const HDC dc = GetDC(form.Window());
+        const COLORREF colour = GetPixel(dc, place.x - 69, place.y);
+        ReleaseDC(form.Window(), dc);
+        return colour;
+    }
+
     RecordedScreens screens_{program_};
     FormHost host_{program_, screens_, EndProgram};
 };
@@ -125,15 +137,24 @@ TEST_P(FormTexts, FitInEveryForm) {
 TEST_P(FormTexts, FitDuringAWholeInstallation) {
     const auto form = std::make_unique<frmMain>(host_);
     int looks = 0;
+    std::vector<COLORREF> colours;
+    program_.Settings.Kvx3NewMdbName = L"new.mdb";
+    windows_.PutCatalogue(L"D:\\programs\\setup\\new.mdb", 1);
+    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFile(L"D:\\programs\\man_manager\\Manager.exe");
+    windows_.Tree.PutFile(L"D:\\programs\\man_manager\\setup.exe");
     windows_.Clock.OnYield = [&] {
         if (form->Window() != nullptr && looks < 50) {
             ++looks;
             EXPECT_EQ(TextsThatDoNotFit(form->Window()), std::vector<std::string>{});
+            colours.push_back(FrameColour(*form, ids::L_STEP + 4));
         }
     };
     form->Show();
     host_.RunPending();
     EXPECT_GT(looks, 0);
+    colours.erase(std::unique(colours.begin(), colours.end()), colours.end());
+    EXPECT_EQ(colours, (std::vector<COLORREF>{0xFF0000, 0x0000FF, 0x404040})) << "of the last step";
 }
 
 std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language) {

@@ -56,10 +56,6 @@ std::string Narrow(const std::wstring& text) {
 
 }  // namespace
 
-void RecordingView::SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) {
-    Steps[step] = {caption, bold, frameColour};
-}
-
 void RecordingView::SetBar(Bar bar, const BarState& state) {
     Bars[bar] = state;
     if (state.Visible) {

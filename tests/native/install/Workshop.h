@@ -20,22 +20,17 @@ namespace mip {
 class RecordingView : public InstallationView, public FolderQuestion {
   public:
     void SetCaption(const std::wstring& caption) override { Caption = caption; }
-    void SetStep(Step step, const std::wstring& caption, bool bold, std::uint32_t frameColour) override;
+    void SetStep(Step step, const std::wstring& caption, StepState state) override { Steps[step] = {caption, state}; }
     void SetBar(Bar bar, const BarState& state) override;
     void SetManual(const std::wstring&) override {}
     void SetBusyPointer(bool busy) override { Busy = busy; }
     void Repaint() override {}
     std::optional<std::wstring> AskForFolder(const DiscCatalogueRecord& manual, const std::wstring& proposal) override;
 
-    struct StepState {
-        std::wstring Caption;
-        bool Bold = false;
-        std::uint32_t FrameColour = 0;
-        bool operator==(const StepState&) const = default;
-    };
+    using ShownStep = std::pair<std::wstring, StepState>;  ///< caption and state
 
     std::wstring Caption;
-    std::map<Step, StepState> Steps;
+    std::map<Step, ShownStep> Steps;
     std::map<Bar, BarState> Bars;
     std::map<Bar, std::vector<BarState>> ShownBars;  ///< every state in which a bar could be seen
     bool Busy = false;

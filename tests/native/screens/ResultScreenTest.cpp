@@ -78,13 +78,11 @@ TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
 }
 
 TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {
-    const std::pair<InstallState, const wchar_t*> states[] = {{InstallState::None, L""},
-                                                              {InstallState::New, L"message 52"},
-                                                              {InstallState::Update, L"message 53"},
-                                                              {InstallState::None, L"message 53"},
-                                                              {InstallState::Nothing, L"message 54"},
-                                                              {InstallState::NotImported, L"取込対象外"},
-                                                              {InstallState::None, L"取込対象外"}};
+    using enum InstallState;
+    const std::pair<InstallState, const wchar_t*> states[] = {
+        {None, L""},           {New, L"message 52"},     {Update, L"message 53"},
+        {None, L"message 53"}, {Nothing, L"message 54"}, {NotImported, L"取込対象外"},
+        {None, L"取込対象外"}};
     for (const auto& [state, text] : states) {
         AddManual(L"K").InstallState = state;
     }
