@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/Messages.h"
+#include "app/PublicationNumber.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "catalogue/RecordFlags.h"
@@ -25,7 +26,6 @@ namespace {
 
 constexpr wchar_t CatalogueFile[] = L"car_info.ci";
 constexpr wchar_t CatalogueSection[] = L"CAR_INFO";
-constexpr std::size_t RevisionPosition = 4;  // of the revision digit in a publication number
 
 std::wstring RecordFolder(const Program& program, const std::wstring& folderName) {
     return JoinPath(program.Paths.DiscRootPath, folderName);
@@ -272,15 +272,13 @@ bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool empt
 }
 
 bool IsSupersededPublication(Program& program, std::int16_t recordNumber) {
-    std::wstring pubNo = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber)).Pub_No;
-    if (pubNo.size() <= RevisionPosition) {
-        return false;
-    }
-    wchar_t& revision = pubNo[RevisionPosition];
+    const auto& record = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber));
     MdbStatus status = MdbEnd;
-    while (revision >= L'0' && revision < L'9' && status == MdbEnd) {
-        ++revision;
-        status = FindInstalledRecord(program, pubNo);
+    for (const std::wstring& later : LaterEditionsOf(record.Pub_No)) {
+        status = FindInstalledRecord(program, later);
+        if (status != MdbEnd) {
+            break;
+        }
     }
     if (status == MdbError) {
         StopForDatabase(program);

@@ -10,6 +10,7 @@
 #include "app/Failure.h"
 #include "app/ManualPlace.h"
 #include "app/Messages.h"
+#include "app/PublicationNumber.h"
 #include "app/modFile.h"
 #include "app/modFolderCopy.h"
 #include "app/modPdf.h"
@@ -18,14 +19,11 @@
 #include "platform/Archives.h"
 #include "platform/Clusters.h"
 #include "platform/Files.h"
-#include "text/Checked.h"
 #include "text/TextTools.h"
 
 namespace mip {
 
 namespace {
-
-constexpr std::size_t EditionDigit = 4;
 
 /// Calls `visit` with the path below the folder ("\\contents\\index.html") of every file, until it returns false.
 /// Throws PlatformError when a folder cannot be listed.
@@ -179,18 +177,6 @@ void RequireReadable(const Platform& platform, std::int16_t message, const std::
 }
 
 }  // namespace
-
-std::wstring BaseEditionOf(const std::wstring& pubNo) {
-    if (pubNo.size() <= EditionDigit || pubNo[EditionDigit] < L'0' || pubNo[EditionDigit] > L'9') {
-        throw ConversionError();
-    }
-    if (pubNo[EditionDigit] == L'0') {
-        return {};
-    }
-    std::wstring base = pubNo;
-    base[EditionDigit] = L'0';
-    return base;
-}
 
 ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& root) {
     ManualFacts facts;

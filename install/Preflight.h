@@ -9,10 +9,6 @@ namespace mip {
 struct Platform;
 struct Program;
 
-/// The base edition of a publication: the same number with 0 as its fifth character. "" for a base edition itself.
-/// Throws ConversionError when the fifth character is not a digit.
-std::wstring BaseEditionOf(const std::wstring& pubNo);
-
 /// Looks at everything that decides what happens to a manual whose folder is made below `root`. Changes nothing. Throws
 /// Failure when the catalogue does not answer.
 ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& root);

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "app/ClsRegstry.h"
+#include "app/PublicationNumber.h"
 #include "app/TextFile.h"
 #include "app/modLanguage.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "app/modShell.h"
 #include "tests/native/startup/Workshop.h"
+#include "text/Checked.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -212,6 +214,15 @@ TEST(Language, CodesOfIdentifiers) {
         EXPECT_EQ(LanguageCodeOf(identifier), code);
     }
     EXPECT_EQ(MakeLcid(MakeLangId(0, 1)), 0x0400u);
+}
+
+TEST(PublicationNumbers, HaveTheEditionAsFifthCharacter) {
+    EXPECT_EQ(BaseEditionOf(L"K4713MM"), L"K4710MM");
+    EXPECT_EQ(BaseEditionOf(L"K4710MM"), L"");
+    EXPECT_EQ(LaterEditionsOf(L"K4717MM"), (std::vector<std::wstring>{L"K4718MM", L"K4719MM"}));
+    for (const wchar_t* bad : {L"K471XMM", L"K471", L"", L"K471\uFF13MM"}) {
+        EXPECT_THROW(BaseEditionOf(bad), ConversionError);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "install/Preflight.h"
 #include "install/modCompanion.h"
 #include "app/modPdf.h"
 #include "install/modShortcut.h"
 #include "tests/native/install/Workshop.h"
-#include "text/Checked.h"
 
 namespace mip {
 namespace {
@@ -137,14 +135,6 @@ TEST(Companions, UserMayGoOnWithoutAProgramThatFailed) {
     EXPECT_TRUE(workshop.Install());
     EXPECT_EQ(workshop.Windows.MessageBoxes.Shown,
               (std::vector<ShownBox>{{L"message 90message 91", 308, L"message 34"}}));
-}
-
-TEST(Editions, BaseEditionHasZeroAsFifthCharacter) {
-    EXPECT_EQ(BaseEditionOf(L"K4713MM"), L"K4710MM");
-    EXPECT_EQ(BaseEditionOf(L"K4710MM"), L"");
-    for (const wchar_t* bad : {L"K471XMM", L"K471", L"", L"K471\uFF13MM"}) {
-        EXPECT_THROW(BaseEditionOf(bad), ConversionError);
-    }
 }
 
 }  // namespace
