@@ -5,7 +5,6 @@
 #include <cstddef>
 
 #include "app/Messages.h"
-#include "app/modShell.h"
 #include "platform/Files.h"
 #include "platform/ProfileFiles.h"
 #include "text/Checked.h"
@@ -115,10 +114,6 @@ bool ReadSystemParameters(Program& program) {
         program.Log.Trapped("reading the settings", error);
         return false;
     }
-}
-
-void WaitSeconds(Clock& clock, std::int16_t seconds) {
-    PauseSeconds(clock, seconds);
 }
 
 }  // namespace mip

@@ -5,7 +5,6 @@
 
 namespace mip {
 
-class Clock;
 struct Platform;
 struct Program;
 
@@ -28,8 +27,5 @@ std::wstring GetMessageText(const Program& program, std::int16_t number);
 
 /// Loads Program::Settings. False when a number cannot be read; keys after it stay unread.
 [[nodiscard]] bool ReadSystemParameters(Program& program);
-
-/// Sleeps; more than 32 seconds overflow the 16-bit milliseconds and do not wait at all.
-void WaitSeconds(Clock& clock, std::int16_t seconds);
 
 }  // namespace mip

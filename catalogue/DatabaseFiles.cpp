@@ -3,7 +3,7 @@
 #include <exception>
 
 #include "app/modFile.h"
-#include "app/modSysParameter.h"
+#include "app/modShell.h"
 #include "platform/Files.h"
 
 namespace mip {
@@ -28,7 +28,7 @@ bool Discard(Platform& platform, const std::wstring& file) {
     if (IsDeleted(platform, file)) {
         return true;
     }
-    WaitSeconds(platform.Clock, 1);
+    PauseSeconds(platform.Clock, 1);
     return IsDeleted(platform, file);
 }
 

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "app/modFile.h"
-#include "app/modSysParameter.h"
+#include "app/modShell.h"
 #include "catalogue/DatabaseFiles.h"
 #include "catalogue/Transaction.h"
 #include "catalogue/UpgradeBackup.h"
@@ -128,7 +128,7 @@ bool FillNewDatabase(Program& program, const UpgradePaths& paths) {
     Platform& platform = program.Platform;
     DeleteFileForced(platform, JournalOf(paths.NewDatabaseCopy));
     CopyFileReplacing(platform, paths.NewDatabaseSource, paths.NewDatabaseCopy);
-    WaitSeconds(platform.Clock, 2);
+    PauseSeconds(platform.Clock, 2);
     clsMDB newDatabase(platform);
     if (!platform.Files.Exists(paths.NewDatabaseCopy) || !newDatabase.Pcls_MdbOpen(paths.NewDatabaseCopy)) {
         return false;
@@ -146,7 +146,7 @@ bool ReplaceDatabase(Program& program, const UpgradePaths& paths, UpgradeBackup&
     Platform& platform = program.Platform;
     program.CatalogDb.reset();
     backup.Make();
-    WaitSeconds(platform.Clock, 1);
+    PauseSeconds(platform.Clock, 1);
     platform.Files.Move(paths.NewDatabaseCopy, paths.CurrentDatabase);
     return true;
 }
@@ -159,7 +159,7 @@ bool OpenCurrentDatabase(Program& program, const UpgradePaths& paths) {
 }
 
 bool OpenNewDatabase(Program& program, const UpgradePaths& paths) {
-    WaitSeconds(program.Platform.Clock, 1);
+    PauseSeconds(program.Platform.Clock, 1);
     return OpenCurrentDatabase(program, paths);
 }
 

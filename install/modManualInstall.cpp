@@ -7,6 +7,7 @@
 #include "app/ExitCode.h"
 #include "app/Messages.h"
 #include "app/modFile.h"
+#include "app/modShell.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMdbUpgrade.h"
@@ -64,7 +65,7 @@ bool InstallationDriver::RunInstallation() {
 
     view_.SetBusyPointer(true);
     const bool succeeded = RunSteps();
-    WaitSeconds(program_.Platform.Clock, 1);
+    PauseSeconds(program_.Platform.Clock, 1);
     view_.SetBusyPointer(false);
 
     CloseOutcome(succeeded);
@@ -85,7 +86,7 @@ bool InstallationDriver::Attempt(const wchar_t* name, std::int16_t message, bool
         return (this->*step)();
     } catch (const std::exception& error) {
         FailRun(program_, message, "the step of the installation", error);
-        WaitSeconds(program_.Platform.Clock, 2);
+        PauseSeconds(program_.Platform.Clock, 2);
         return false;
     }
 }
@@ -97,12 +98,12 @@ bool InstallationDriver::StepManagerProgram() {
         program_.Log.Write(L"manager", L"", L"up to date");
         // A run may have ended between the setup and the stamp.
         StampManagerVersion();
-        WaitSeconds(program_.Platform.Clock, 1);
+        PauseSeconds(program_.Platform.Clock, 1);
     } else {
         const bool installed = InstallManagerProgram(program_, setupPath);
         program_.Log.Write(L"manager", L"", installed ? L"set up" : L"failed");
         if (!installed) {
-            WaitSeconds(program_.Platform.Clock, 2);
+            PauseSeconds(program_.Platform.Clock, 2);
             return false;
         }
         program_.Outcome.ManagerInstalled = true;
@@ -113,10 +114,10 @@ bool InstallationDriver::StepManagerProgram() {
     program_.Log.Write(L"catalogue database", L"", upgraded ? L"current" : L"upgrade failed");
     if (!upgraded) {
         Fail(messages::UpgradeFailed);
-        WaitSeconds(program_.Platform.Clock, 2);
+        PauseSeconds(program_.Platform.Clock, 2);
         return false;
     }
-    WaitSeconds(program_.Platform.Clock, 1);
+    PauseSeconds(program_.Platform.Clock, 1);
     return true;
 }
 
@@ -150,11 +151,11 @@ void InstallationDriver::StampManagerVersion() {
 
 bool InstallationDriver::StepCompanionPrograms() {
     if (!SetUpCompanion(L"manual_link", InstallLinkProgram) || !SetUpCompanion(L"View", InstallViewerProgram)) {
-        WaitSeconds(program_.Platform.Clock, 2);
+        PauseSeconds(program_.Platform.Clock, 2);
         Fail(messages::CompanionFailed);
         return false;
     }
-    WaitSeconds(program_.Platform.Clock, 1);
+    PauseSeconds(program_.Platform.Clock, 1);
     ShowDone(Step::Programs);
     return true;
 }
@@ -182,7 +183,7 @@ bool InstallationDriver::StepCatalogue() {
     program_.Log.Write(L"disc", L"",
                        scanned ? std::to_wstring(program_.DiscCatalogue.LastIndex()) + L" manuals"
                                : L"failed " + program_.DiscCatalogue.CatalogueErrorText);
-    WaitSeconds(program_.Platform.Clock, 2);
+    PauseSeconds(program_.Platform.Clock, 2);
     if (!scanned) {
         program_.Outcome.ResultMessage = program_.DiscCatalogue.CatalogueErrorCaption;
         program_.Outcome.ResultSubMessage = program_.DiscCatalogue.CatalogueErrorText;
@@ -199,11 +200,11 @@ bool InstallationDriver::StepManuals() {
     ShowRunning(Step::Manuals);
     PrepareManualInfo(program_);
     if (!worker_.InstallAllManuals()) {
-        WaitSeconds(program_.Platform.Clock, 2);
+        PauseSeconds(program_.Platform.Clock, 2);
         return false;
     }
     PlaceManualInfo(program_);
-    WaitSeconds(program_.Platform.Clock, 2);
+    PauseSeconds(program_.Platform.Clock, 2);
     ShowDone(Step::Manuals);
     return true;
 }

@@ -8,7 +8,6 @@
 #include "app/ExitCode.h"
 #include "app/ManualPlace.h"
 #include "app/modFile.h"
-#include "app/modSysParameter.h"
 #include "catalogue/RecordFlags.h"
 #include "catalogue/modMDB.h"
 #include "app/modPdf.h"
@@ -72,9 +71,9 @@ ExitCode RunMode(Program& program) {
 }  // namespace
 
 void RunMaintenance(Program& program) {
-    WaitSeconds(program.Platform.Clock, 1);
+    PauseSeconds(program.Platform.Clock, 1);
     program.Outcome.ExitCode = RunMode(program);
-    WaitSeconds(program.Platform.Clock, 1);
+    PauseSeconds(program.Platform.Clock, 1);
 }
 
 bool CheckInstalledManuals(Program& program) {
