@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/TextTools.h"
+
 namespace mip {
 
 /// The two parts of a command line.
@@ -49,11 +51,8 @@ std::optional<ProgramCall> FindProgram(const std::wstring& commandLine, IsFile i
 
 /// True for a batch file, which only the command interpreter can run.
 inline bool IsBatchFile(const std::wstring& program) {
-    std::wstring extension = program.substr(program.size() - std::min<std::size_t>(program.size(), 4));
-    for (wchar_t& c : extension) {
-        c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c;
-    }
-    return extension == L".bat" || extension == L".cmd";
+    const std::wstring name = ToUpperAscii(program);
+    return name.ends_with(L".BAT") || name.ends_with(L".CMD");
 }
 
 /// Whether a batch file's arguments are nothing but words and quoted texts. The interpreter takes what follows an

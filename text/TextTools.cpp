@@ -33,13 +33,8 @@ wchar_t UpperOf(wchar_t character) {
     return character;
 }
 
-wchar_t LowerOf(wchar_t character) {
-    for (const SmallLetters& range : smallLetters) {
-        if (character >= range.First - range.Distance && character <= range.Last - range.Distance) {
-            return static_cast<wchar_t>(character + range.Distance);
-        }
-    }
-    return character;
+wchar_t AsciiUpperOf(wchar_t character) {
+    return character <= L'z' ? UpperOf(character) : character;
 }
 
 template <typename Change>
@@ -86,8 +81,8 @@ std::wstring ToUpper(std::wstring_view text) {
     return Changed(text, UpperOf);
 }
 
-std::wstring ToLower(std::wstring_view text) {
-    return Changed(text, LowerOf);
+std::wstring ToUpperAscii(std::wstring_view text) {
+    return Changed(text, AsciiUpperOf);
 }
 
 std::wstring CutAtNul(const std::wstring& text) {

@@ -13,7 +13,8 @@ std::wstring_view TrimBlanks(std::wstring_view text);
 /// The parts between separators; one part more than there are separators.
 std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator);
 std::wstring ToUpper(std::wstring_view text);
-std::wstring ToLower(std::wstring_view text);
+/// Capitals in place of the letters a to z only, as the names of devices, switches and file types are compared.
+std::wstring ToUpperAscii(std::wstring_view text);
 /// The text before the first NUL.
 std::wstring CutAtNul(const std::wstring& text);
 /// UTF-8 to and from text; malformed parts become U+FFFD.

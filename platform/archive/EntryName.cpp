@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "platform/archive/BadArchive.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
@@ -17,10 +18,6 @@ bool IsForbidden(wchar_t character) {
     return character < L' ' || std::wstring_view(L"<>:\"|?*").find(character) != std::wstring_view::npos;
 }
 
-wchar_t UpperAscii(wchar_t character) {
-    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
-}
-
 /// COM and LPT are devices with the digits 1 to 9 and with the superscripts 1, 2 and 3.
 bool IsPortDigit(wchar_t character) {
     return (character >= L'1' && character <= L'9') || character == L'\u00B9' || character == L'\u00B2' ||
@@ -31,8 +28,7 @@ bool IsPortDigit(wchar_t character) {
 bool IsDeviceName(std::wstring_view part) {
     part = part.substr(0, part.find(L'.'));
     part = part.substr(0, part.find_last_not_of(L' ') + 1);
-    std::wstring stem(part);
-    std::ranges::transform(stem, stem.begin(), UpperAscii);
+    const std::wstring stem = ToUpperAscii(part);
     if (stem.size() == 4 && (stem.starts_with(L"COM") || stem.starts_with(L"LPT"))) {
         return IsPortDigit(stem[3]);
     }

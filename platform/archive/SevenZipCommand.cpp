@@ -3,17 +3,13 @@
 #include <algorithm>
 #include <string_view>
 
+#include "text/TextTools.h"
+
 namespace mip {
 
 namespace {
 
 constexpr std::wstring_view Blanks = L" \t";
-
-bool EqualsIgnoringCase(std::wstring_view text, std::wstring_view lower) {
-    return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](wchar_t left, wchar_t right) {
-        return (left >= L'A' && left <= L'Z' ? left - L'A' + L'a' : left) == right;
-    });
-}
 
 std::wstring_view Trimmed(std::wstring_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
@@ -59,13 +55,13 @@ std::wstring FolderOf(std::wstring_view argument) {
 
 std::optional<SevenZipCommand> ParseSevenZipCommand(const std::wstring& commandLine) {
     std::wstring_view text = Trimmed(commandLine);
-    bool isKnown = EqualsIgnoringCase(TakeWord(text), L"x");
+    bool isKnown = ToUpperAscii(TakeWord(text)) == L"X";
     bool overwritesAll = false;
     while (text.starts_with(L'-')) {
-        const std::wstring_view word = TakeWord(text);
-        const bool isOverwrite = EqualsIgnoringCase(word, L"-aoa");
+        const std::wstring word = ToUpperAscii(TakeWord(text));
+        const bool isOverwrite = word == L"-AOA";
         overwritesAll = overwritesAll || isOverwrite;
-        isKnown = isKnown && (isOverwrite || EqualsIgnoringCase(word, L"-hide"));
+        isKnown = isKnown && (isOverwrite || word == L"-HIDE");
     }
     const std::size_t start = StartOfLastArgument(text);
     const std::wstring_view archive = WithoutSurroundingQuotes(Trimmed(text.substr(0, start)));

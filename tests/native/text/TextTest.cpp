@@ -60,7 +60,7 @@ TEST(TextTools, ReplacesAndSplits) {
     EXPECT_EQ(SplitLines(L"a\r\n\r\nb\nc"), (std::vector<std::wstring>{L"a", L"", L"b", L"c"}));
     EXPECT_TRUE(SplitLines(L"").empty());
     EXPECT_EQ(ToUpper(L"aÿßéжѓας1"), L"AÿßÉЖЃΑς1");
-    EXPECT_EQ(ToLower(L"ZÉЖЃΑ×"), L"zéжѓα×");
+    EXPECT_EQ(ToUpperAscii(L"azAZé表Ｃｃ{`"), L"AZAZé表Ｃｃ{`");
 }
 
 TEST(TextTools, Utf8SurvivesARoundTrip) {
