@@ -14,11 +14,6 @@ void FormHost::Run() {
     }
 }
 
-void FormHost::RunPending() {
-    ServeWaitingMessages();
-    ThrowKept();
-}
-
 void FormHost::ThrowKept() {
     if (failure_) {
         std::rethrow_exception(std::exchange(failure_, nullptr));

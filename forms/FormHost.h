@@ -24,8 +24,6 @@ class FormHost {
     void ThrowKept();
     /// Serves messages until the program ends. Throws what a form's handler threw.
     void Run();
-    /// Serves the messages that wait and returns. Throws as Run does.
-    void RunPending();
 
   private:
     mip::Program& program_;

@@ -27,7 +27,6 @@ class Archives {
     /// Extracts with paths and returns 0 for success. Errors become a non-zero result, and are told to `log`; nothing
     /// is thrown.
     virtual std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) = 0;
-    std::int32_t SevenZip(const std::wstring& commandLine) { return SevenZip(commandLine, NoFaultLog::Instance()); }
     /// Reads the archive's directory and writes nothing. Throws PlatformError when it cannot be read, or when it
     /// declares an entry that extraction refuses.
     virtual ArchiveFacts Inspect(const std::wstring& commandLine) = 0;

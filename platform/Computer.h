@@ -18,18 +18,11 @@ class Computer {
     virtual std::wstring LanguageIdentifier() = 0;
     /// True when another instance of this program was already running when this one started.
     virtual bool IsPreviousInstanceRunning() = 0;
-    /// Folder for short-lived files of the current user, without a trailing backslash.
-    virtual std::wstring TemporaryFolder() = 0;
     /// Text in the system's ANSI code page; what has no place there becomes "?".
     virtual std::string ToSystemCodePage(const std::wstring& text) = 0;
     virtual std::wstring FromSystemCodePage(const std::string& bytes) = 0;
-    /// Ends the process; no screen gets any further event. Never returns on a real computer; fakes throw ProcessEnded.
+    /// Ends the process; no screen gets any further event.
     [[noreturn]] virtual void EndProcess(std::uint32_t exitCode) = 0;
-};
-
-/// Thrown by fakes of Computer in place of the end of the process.
-struct ProcessEnded {
-    std::uint32_t ExitCode = 0;
 };
 
 }  // namespace mip

@@ -15,7 +15,6 @@ class EmbeddedArchives : public Archives {
     EmbeddedArchives(ArchiveSystem& system, Clock& clock) : system_(system), clock_(clock) {}
 
     /// Results: 0 done, 2 failed, 7 the command line is not one that this extractor knows.
-    using Archives::SevenZip;
     std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override;
     /// An unknown command line is thrown with Win32's code for an invalid parameter, a refused archive with that for
     /// invalid data.

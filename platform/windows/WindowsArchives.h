@@ -13,7 +13,6 @@ class WindowsArchives : public Archives {
   public:
     WindowsArchives(Computer& computer, Archives& embedded) : computer_(computer), embedded_(embedded) {}
 
-    using Archives::SevenZip;
     std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override;
     ArchiveFacts Inspect(const std::wstring& commandLine) override { return embedded_.Inspect(commandLine); }
     /// The library that would extract makes its own test, too; a PlatformError of that has the library's result as its

@@ -62,12 +62,6 @@ std::wstring WindowsComputer::LanguageIdentifier() {
     return digits.substr(0, digits.find(L'\0'));
 }
 
-std::wstring WindowsComputer::TemporaryFolder() {
-    std::array<wchar_t, MAX_PATH + 2> folder{};
-    GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    return WithoutTrailingBackslash(folder.data());
-}
-
 std::string WindowsComputer::ToSystemCodePage(const std::wstring& text) {
     // A likeness ("8" for the sign of infinity) would be another name, so best fits are off where that can be said.
     const DWORD flags = GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;

@@ -17,7 +17,6 @@ class WindowsComputer : public Computer {
     std::wstring UserName() override;
     std::wstring LanguageIdentifier() override;
     bool IsPreviousInstanceRunning() override { return previousInstance_; }
-    std::wstring TemporaryFolder() override;
     std::string ToSystemCodePage(const std::wstring& text) override;
     std::wstring FromSystemCodePage(const std::string& bytes) override;
     [[noreturn]] void EndProcess(std::uint32_t exitCode) override;

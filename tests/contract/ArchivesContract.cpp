@@ -24,7 +24,7 @@ class ArchivesContract : public testing::Test {
     /// Extracts into a folder that is new.
     void ExpectExtracts(const std::wstring& archive, const Entries& entries) {
         const std::wstring folder = L"output " + std::to_wstring(++folders_);
-        EXPECT_EQ(0, host_->Archives().SevenZip(Command(archive, folder)));
+        EXPECT_EQ(0, host_->Archives().SevenZip(Command(archive, folder), NoFaultLog::Instance()));
         auto extracted = host_->Tree(host_->At(folder));
         for (const ArchiveEntry& entry : entries) {
             EXPECT_EQ(1u, extracted.count(entry.Name)) << testing::PrintToString(entry.Name);
@@ -33,7 +33,7 @@ class ArchivesContract : public testing::Test {
     }
     void ExpectRefused(const std::wstring& command) {
         EXPECT_FALSE(Test(command));
-        EXPECT_NE(0, host_->Archives().SevenZip(command));
+        EXPECT_NE(0, host_->Archives().SevenZip(command, NoFaultLog::Instance()));
     }
 
     std::unique_ptr<ArchivesHost> host_ = MakeArchivesHost();

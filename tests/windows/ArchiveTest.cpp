@@ -27,7 +27,8 @@ class WindowsExtraction : public testing::Test {
     std::int32_t Extract(const std::string& zip, const std::wstring& archiveName = L"manual.zip") {
         const std::wstring archive = Folder.Below(archiveName);
         Files.Write(archive, zip);
-        return EmbeddedArchives(System, Clock_).SevenZip(L"x -aoa -hide \"" + archive + L"\" \"" + Out + L"\\\"");
+        return EmbeddedArchives(System, Clock_)
+            .SevenZip(L"x -aoa -hide \"" + archive + L"\" \"" + Out + L"\\\"", NoFaultLog::Instance());
     }
 
     TemporaryFolder Folder;

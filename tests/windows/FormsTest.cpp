@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <thread>
 
 #include "tests/native/screens/ScreensTest.h"
 
@@ -19,6 +18,7 @@
 #include "forms/frmStartUp.h"
 #include "forms/frmTarm.h"
 #include "forms/frmTransaction.h"
+#include "platform/windows/MessageLoop.h"
 #include "tests/windows/TextFit.h"
 
 namespace mip {
@@ -101,6 +101,12 @@ class FormsTest : public ScreensTest {
         return colour;
     }
 
+    /// Serves the messages that wait. Throws what a form's handler threw.
+    void RunPending() {
+        ServeWaitingMessages();
+        host_.ThrowKept();
+    }
+
     RecordedScreens screens_{program_};
     FormHost host_{program_, screens_, EndProgram};
 };
@@ -151,7 +157,7 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
         }
     };
     form->Show();
-    host_.RunPending();
+    RunPending();
     EXPECT_GT(looks, 0);
     colours.erase(std::unique(colours.begin(), colours.end()), colours.end());
     EXPECT_EQ(colours, (std::vector<COLORREF>{0xFF0000, 0x0000FF, 0x404040})) << "of the last step";
@@ -173,7 +179,7 @@ TEST_F(FormsTest, TheAgreementNeedsAChoice) {
         Press(*form, ids::O_Value + option);
         EXPECT_EQ(IsDlgButtonChecked(form->Window(), ids::O_Value + 3 - option), UINT{BST_UNCHECKED});
         PostMessageW(GetDlgItem(form->Window(), ids::B_OK), BM_CLICK, 0, 0);
-        EXPECT_EQ(ExitCodeOf([this] { host_.RunPending(); }), exitCode);
+        EXPECT_EQ(ExitCodeOf([this] { RunPending(); }), exitCode);
         EXPECT_EQ(screens_.Shown, screens);
     }
 }
@@ -181,7 +187,7 @@ TEST_F(FormsTest, TheAgreementNeedsAChoice) {
 TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     const auto closeAndServe = [this](const Form& form) {
         PostMessageW(form.Window(), WM_CLOSE, 0, 0);
-        return ExitCodeOf([this] { host_.RunPending(); });
+        return ExitCodeOf([this] { RunPending(); });
     };
     EXPECT_EQ(closeAndServe(*Open<frmMenu>()), 2U);
     EXPECT_EQ(closeAndServe(*Open<frmStartUp>()), 2U);
@@ -294,7 +300,7 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
     for (int bar = 0; bar < 3; ++bar) {
         EXPECT_FALSE(IsShown(*form, ids::pgBar + bar));
     }
-    host_.RunPending();
+    RunPending();
     EXPECT_EQ(form->Window(), nullptr);
     EXPECT_TRUE(program_.Outcome.RunFinished);
     EXPECT_EQ(screens_.Shown, std::vector<std::string>{"result"});
@@ -303,7 +309,7 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
 TEST_F(FormsTest, TheTransactionScreenDoesItsWorkAndEndsTheProgram) {
     program_.Switches.Check = true;
     const auto form = Open<frmTransaction>();
-    EXPECT_EQ(ExitCodeOf([this] { host_.RunPending(); }), 0U);
+    EXPECT_EQ(ExitCodeOf([this] { RunPending(); }), 0U);
     EXPECT_EQ(windows_.Clock.Sleeps.size(), 2U);
 }
 

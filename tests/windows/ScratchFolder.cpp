@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include "platform/windows/LongPath.h"
-#include "platform/windows/WindowsComputer.h"
 #include "platform/windows/WindowsFiles.h"
 
 namespace mip {
@@ -24,7 +23,9 @@ void RemoveAll(const std::wstring& folder) {
 }
 
 std::wstring TemporaryPath(const std::wstring& name) {
-    return WindowsComputer(L"ScratchFolder").TemporaryFolder() + L"\\" + name;
+    wchar_t folder[MAX_PATH + 1]{};
+    GetTempPathW(MAX_PATH + 1, folder);
+    return folder + name;
 }
 
 }  // namespace

@@ -30,7 +30,8 @@ class Extraction : public testing::Test {
         const auto system = MakeTestSystem(codePage);
         EmbeddedArchives archives(*system, Clock_);
         Archive = Folder.Write(L"manual.zip", zip);
-        return archives.SevenZip(L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"out") + L"\\\"");
+        return archives.SevenZip(L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"out") + L"\\\"",
+                                 NoFaultLog::Instance());
     }
     Tree Extracted() const { return TreeOf(Folder.Path() / "out"); }
     ArchiveFacts Test() {

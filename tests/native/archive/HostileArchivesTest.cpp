@@ -102,7 +102,7 @@ class HostileArchive : public testing::Test {
         return Extract(archives);
     }
     std::int32_t Extract(EmbeddedArchives* archives = nullptr) {
-        return (archives ? *archives : Archives_).SevenZip(Command());
+        return (archives ? *archives : Archives_).SevenZip(Command(), NoFaultLog::Instance());
     }
     std::wstring Command() const {
         return L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"a\\b\\out") + L"\\\"";

@@ -26,7 +26,6 @@ class FakeArchives : public Archives {
     /// Calls `OnSevenZip` when the test has set it. Else makes each entry's folders and file by FakeFolders and
     /// FakeFiles, whose faults and drives stop it half way: 2 then, as for what `Inspect` throws. Of a broken archive,
     /// half of the entries are there.
-    using Archives::SevenZip;
     std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override;
     ArchiveFacts Inspect(const std::wstring& commandLine) override;
     ArchiveFacts Test(const std::wstring& commandLine) override;

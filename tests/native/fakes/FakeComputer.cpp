@@ -43,11 +43,6 @@ bool FakeComputer::IsPreviousInstanceRunning() {
     return PreviousInstance;
 }
 
-std::wstring FakeComputer::TemporaryFolder() {
-    faults_.CheckPower();
-    return Temporary;
-}
-
 std::string FakeComputer::ToSystemCodePage(const std::wstring& text) {
     if (CodePage == FakeCodePage::Utf8) {
         return ToUtf8(text);

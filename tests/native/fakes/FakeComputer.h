@@ -33,6 +33,11 @@ class FakeClock : public Clock {
 
 enum class FakeCodePage { Latin1, Utf8 };
 
+/// Thrown in place of the end of the process.
+struct ProcessEnded {
+    std::uint32_t ExitCode = 0;
+};
+
 class FakeComputer : public Computer {
   public:
     explicit FakeComputer(Faults& faults) : faults_(faults) {}
@@ -41,7 +46,6 @@ class FakeComputer : public Computer {
     std::wstring UserName() override;
     std::wstring LanguageIdentifier() override;
     bool IsPreviousInstanceRunning() override;
-    std::wstring TemporaryFolder() override;
     std::string ToSystemCodePage(const std::wstring& text) override;
     std::wstring FromSystemCodePage(const std::string& bytes) override;
     [[noreturn]] void EndProcess(std::uint32_t exitCode) override;

@@ -20,7 +20,6 @@ constexpr auto LibraryName = L"7-zip32.dll";
 /// Notes what the embedded extractor is asked for.
 class NotedExtractor : public Archives {
   public:
-    using Archives::SevenZip;
     std::int32_t SevenZip(const std::wstring& commandLine, FaultLog&) override {
         CommandLines.push_back(commandLine);
         return 7;
@@ -94,7 +93,7 @@ TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
     PutLibrary(systemLibrary_);
     const std::wstring commandLine = L"x -aoa -hide D:\\K\\manual.zip \"C:\\Temp\\é x\\\"";
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(commandLine), LibraryFailure);
+    EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), LibraryFailure);
 
     fs::path loadedFrom;
     const RecordedCall* call = LoadedCall(loadedFrom);
@@ -111,7 +110,7 @@ TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
 TEST_F(ArchiveLibrary, LibraryOfTheSystemFolderIsSecondChoice) {
     PutLibrary(systemLibrary_);
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(L"x -aoa -hide D:\\manual.zip C:\\t"), LibraryFailure);
+    EXPECT_EQ(archives.SevenZip(L"x -aoa -hide D:\\manual.zip C:\\t", NoFaultLog::Instance()), LibraryFailure);
     fs::path loadedFrom;
     ASSERT_NE(LoadedCall(loadedFrom), nullptr);
     EXPECT_TRUE(fs::equivalent(loadedFrom, systemLibrary_)) << loadedFrom;
@@ -121,16 +120,16 @@ TEST_F(ArchiveLibrary, EmbeddedExtractorWorksWhereNoUsableLibraryIs) {
     const std::wstring commandLine = L"x -aoa -hide \"D:\\車 両.zip\" \"C:\\Temp\\\"";
     {
         WindowsArchives archives(computer_, embedded_);
-        EXPECT_EQ(archives.SevenZip(commandLine), 7);
+        EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), 7);
     }
     // A library that is none, and one without the command entry.
     std::ofstream(programFolder_ / LibraryName) << "not a library";
-    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine), 7);
+    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine, NoFaultLog::Instance()), 7);
     wchar_t folder[MAX_PATH] = L"";
     GetSystemDirectoryW(folder, MAX_PATH);
     fs::remove(programFolder_ / LibraryName);
     fs::copy_file(fs::path(folder) / "version.dll", programFolder_ / LibraryName);
-    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine), 7);
+    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine, NoFaultLog::Instance()), 7);
     EXPECT_EQ(embedded_.CommandLines, std::vector<std::wstring>(3, commandLine));
 }
 
@@ -144,11 +143,11 @@ TEST_F(ArchiveLibrary, EmbeddedExtractorServesWhatTheLibraryShouldNotGet) {
         L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"",
     };
     for (const std::wstring& commandLine : commandLines) {
-        EXPECT_EQ(archives.SevenZip(commandLine), 7);
+        EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), 7);
         EXPECT_EQ(archives.Test(commandLine), embedded_.Facts);
     }
     embedded_.Refuses = true;
-    EXPECT_EQ(archives.SevenZip(plain), 7);
+    EXPECT_EQ(archives.SevenZip(plain, NoFaultLog::Instance()), 7);
     EXPECT_THROW(archives.Test(plain), PlatformError);
     commandLines.push_back(plain);
     EXPECT_EQ(embedded_.CommandLines, commandLines);

@@ -24,7 +24,8 @@ void Run(const std::vector<std::wstring>& arguments) {
     if (arguments.size() == 3 && arguments[0] == L"t" && arguments[1] == L"-hide") {
         archives.Test(L"x -aoa" + quoted(arguments[2]) + L" .");
     } else if (arguments.size() != 5 || arguments[0] != L"x" ||
-               archives.SevenZip(L"x -aoa" + quoted(arguments[3]) + quoted(arguments[4])) != 0) {
+               archives.SevenZip(L"x -aoa" + quoted(arguments[3]) + quoted(arguments[4]),
+                                 mip::NoFaultLog::Instance()) != 0) {
         throw std::exception();
     }
 }
