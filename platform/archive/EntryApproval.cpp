@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "platform/Clusters.h"
+#include "platform/Pacer.h"
 #include "platform/archive/ArchiveSystem.h"
 #include "platform/archive/BadArchive.h"
 #include "platform/archive/EntryName.h"
-#include "platform/archive/Pacer.h"
 #include "platform/archive/ZipDirectory.h"
 
 namespace mip {

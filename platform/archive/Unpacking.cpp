@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Pacer.h"
 #include "platform/archive/ArchiveSystem.h"
 #include "platform/archive/BadArchive.h"
 #include "platform/archive/EntryApproval.h"
 #include "platform/archive/EntryName.h"
-#include "platform/archive/Pacer.h"
 #include "platform/archive/ZipReader.h"
 #include "threads/WorkBehind.h"
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/archive/Pacer.h"
+#include "platform/Pacer.h"
 #include "platform/windows/FileTimes.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"

@@ -5,7 +5,7 @@
 #include <windows.h>
 
 #include "platform/DriveName.h"
-#include "platform/archive/Pacer.h"
+#include "platform/Pacer.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/LastError.h"
 #include "platform/windows/LongPath.h"
