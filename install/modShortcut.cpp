@@ -32,8 +32,9 @@ bool CreateShortcut(Platform& platform, const std::wstring& file, const Shortcut
         }
     }
     const bool setStyle = setEmptyFields || spec.WindowStyle != 0;
+    const auto style = setStyle ? std::optional(spec.WindowStyle) : std::nullopt;
     try {
-        platform.Shell.SaveShortcut(file, properties, setStyle ? &spec.WindowStyle : nullptr);
+        platform.Shell.SaveShortcut(file, properties, style);
         return true;
     } catch (const std::exception& error) {
         platform.FaultLog.Trapped("making a shortcut", error);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,17 @@ struct ShortcutProperty {
     std::wstring Value;
 };
 
+/// How a document's window is shown.
+namespace showCommands {
+inline constexpr int Normal = 1;
+inline constexpr int Maximised = 3;
+}  // namespace showCommands
+
 class Shell {
   public:
     virtual ~Shell() = default;
 
-    /// Performs a verb on a document in a window shown as `showCommand` (3 maximised), owned by the active screen.
+    /// Performs a verb on a document in a window shown as `showCommand`, owned by the active screen.
     /// Returns the shell's value: below 32 is a failure.
     virtual std::intptr_t OpenDocument(const std::wstring& verb, const std::wstring& document, int showCommand) = 0;
     /// Path of a special folder by its number; "" when there is none.
@@ -25,7 +32,7 @@ class Shell {
     /// Writes a shortcut file through the scripting shell: the text properties in order, then the window style when
     /// it is not nothing, then Save. Throws PlatformError with an HRESULT.
     virtual void SaveShortcut(const std::wstring& file, const std::vector<ShortcutProperty>& properties,
-                              const std::int16_t* windowStyle) = 0;
+                              std::optional<std::int16_t> windowStyle) = 0;
 };
 
 /// A browser window driven by automation. Operations throw PlatformError with an HRESULT; a browser that is gone

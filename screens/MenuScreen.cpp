@@ -11,7 +11,6 @@ namespace mip {
 
 namespace {
 
-constexpr int ShowMaximised = 3;
 constexpr std::intptr_t LowestSuccess = 32;
 
 }  // namespace
@@ -19,7 +18,7 @@ constexpr std::intptr_t LowestSuccess = 32;
 void OpenInstallationGuide(Program& program) {
     // The disc root ends in a backslash already; the shell takes the doubled one.
     const std::wstring page = program.Paths.DiscRootPath + L"\\install.html";
-    if (program.Platform.Shell.OpenDocument(L"Open", page, ShowMaximised) < LowestSuccess) {
+    if (program.Platform.Shell.OpenDocument(L"Open", page, showCommands::Maximised) < LowestSuccess) {
         program.Platform.MessageBoxes.Show(GetMessageText(program, messages::GuideNotOpened), boxes::Exclamation,
                                            program.WindowTitle);
     }

@@ -18,7 +18,6 @@ namespace {
 
 constexpr wchar_t SystemBrowser[] = L"c:\\Program Files\\Internet Explorer\\IEXPLORE.EXE";
 constexpr int ReadyStateComplete = 4;
-constexpr int ShowNormal = 1;
 /// Between two looks at a browser that is still loading.
 constexpr std::chrono::milliseconds PollInterval{10};
 
@@ -120,7 +119,7 @@ void ShowDiscIndex(Program& program) {
     const bool isShown =
         viewer == program.Paths.ViewerExePath ? StartViewer(program, viewer, page) : ShowInBrowser(program);
     if (!isShown) {
-        platform.Shell.OpenDocument(L"Open", page, ShowNormal);
+        platform.Shell.OpenDocument(L"Open", page, showCommands::Normal);
     }
 }
 

@@ -52,7 +52,7 @@ std::wstring WindowsShell::SpecialFolder(int number) {
 }
 
 void WindowsShell::SaveShortcut(const std::wstring& file, const std::vector<ShortcutProperty>& properties,
-                                const std::int16_t* windowStyle) {
+                                std::optional<std::int16_t> windowStyle) {
     const ComObject scriptingShell = ComObject::Create(L"WScript.Shell");
     const ComObject shortcut = scriptingShell.Call(L"CreateShortcut", {file}).Object();
     for (const ShortcutProperty& property : properties) {

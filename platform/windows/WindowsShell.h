@@ -9,7 +9,7 @@ class WindowsShell : public Shell {
     std::intptr_t OpenDocument(const std::wstring& verb, const std::wstring& document, int showCommand) override;
     std::wstring SpecialFolder(int number) override;
     void SaveShortcut(const std::wstring& file, const std::vector<ShortcutProperty>& properties,
-                      const std::int16_t* windowStyle) override;
+                      std::optional<std::int16_t> windowStyle) override;
 };
 
 }  // namespace mip

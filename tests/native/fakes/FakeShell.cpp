@@ -75,15 +75,12 @@ std::wstring FakeShell::SpecialFolder(int number) {
 }
 
 void FakeShell::SaveShortcut(const std::wstring& file, const std::vector<ShortcutProperty>& properties,
-                             const std::int16_t* windowStyle) {
+                             std::optional<std::int16_t> windowStyle) {
     faults_.Check("Shell.SaveShortcut", file, PathNotFoundResult);
     if (!tree_.HasFolder(file.substr(0, file.rfind(L'\\')))) {
         throw PlatformError("SaveShortcut", file, PathNotFoundResult);
     }
-    SavedShortcut shortcut{properties, std::nullopt};
-    if (windowStyle) {
-        shortcut.WindowStyle = *windowStyle;
-    }
+    SavedShortcut shortcut{properties, windowStyle};
     std::string bytes;
     for (const ShortcutProperty& property : properties) {
         bytes += ToUtf8(property.Name + L"=" + property.Value + L"\n");

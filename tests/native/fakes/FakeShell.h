@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -35,7 +34,7 @@ class FakeShell : public Shell {
     std::intptr_t OpenDocument(const std::wstring& verb, const std::wstring& document, int showCommand) override;
     std::wstring SpecialFolder(int number) override;
     void SaveShortcut(const std::wstring& file, const std::vector<ShortcutProperty>& properties,
-                      const std::int16_t* windowStyle) override;
+                      std::optional<std::int16_t> windowStyle) override;
 
     std::vector<OpenedDocument> Opened;
     std::intptr_t OpenResult = 42;

@@ -64,8 +64,7 @@ LoadedShortcut Load(const std::wstring& file) {
 
 TEST_F(ShellTest, ShortcutFileHoldsWhatWasPut) {
     const std::wstring file = (folder_ / L"マニュアル.lnk").wstring();
-    const std::int16_t normalWindow = 1;
-    shell_.SaveShortcut(file, FilledProperties, &normalWindow);
+    shell_.SaveShortcut(file, FilledProperties, 1);
     const LoadedShortcut loaded = Load(file);
     EXPECT_EQ(loaded.Target, L"C:\\windows\\notepad.exe");
     EXPECT_EQ(loaded.Arguments, L"/p \"a b\"");
@@ -77,7 +76,7 @@ TEST_F(ShellTest, ShortcutFileHoldsWhatWasPut) {
 
 TEST_F(ShellTest, ShortcutThatCannotBeWrittenThrows) {
     const std::wstring file = (folder_ / L"no such folder" / L"a.lnk").wstring();
-    EXPECT_THROW(shell_.SaveShortcut(file, FilledProperties, nullptr), PlatformError);
+    EXPECT_THROW(shell_.SaveShortcut(file, FilledProperties, std::nullopt), PlatformError);
 }
 
 /// A scripting shell whose shortcuts refuse the property of the given name.
@@ -104,9 +103,8 @@ RegisteredClass::Maker ScriptingShell(Script& script, const std::wstring& refuse
 TEST_F(ShellTest, PropertiesArePutInOrderAndSavedLast) {
     Script script;
     const RegisteredClass scriptingShell(L"WScript.Shell", ScriptingShell(script, L"Hotkey"));
-    const std::int16_t minimised = 7;
-    shell_.SaveShortcut(L"C:\\a.lnk", {{L"TargetPath", L"x"}, {L"Hotkey", L""}}, &minimised);
-    shell_.SaveShortcut(L"C:\\b.lnk", {{L"TargetPath", L"y"}}, nullptr);
+    shell_.SaveShortcut(L"C:\\a.lnk", {{L"TargetPath", L"x"}, {L"Hotkey", L""}}, 7);
+    shell_.SaveShortcut(L"C:\\b.lnk", {{L"TargetPath", L"y"}}, std::nullopt);
     const std::vector<std::wstring> expected = {L"call Shell.CreateShortcut(\"C:\\a.lnk\")",
                                                 L"put Shortcut.TargetPath(\"x\")",
                                                 L"put Shortcut.Hotkey(\"\")",
@@ -122,7 +120,7 @@ TEST_F(ShellTest, PropertiesArePutInOrderAndSavedLast) {
 TEST_F(ShellTest, RefusedTargetIsAnErrorAndNothingIsSaved) {
     Script script;
     const RegisteredClass scriptingShell(L"WScript.Shell", ScriptingShell(script, L"TargetPath"));
-    EXPECT_THROW(shell_.SaveShortcut(L"C:\\a.lnk", {{L"TargetPath", L"x"}}, nullptr), PlatformError);
+    EXPECT_THROW(shell_.SaveShortcut(L"C:\\a.lnk", {{L"TargetPath", L"x"}}, std::nullopt), PlatformError);
     EXPECT_EQ(script.Calls.back(), L"put Shortcut.TargetPath(\"x\")");
 }
 
