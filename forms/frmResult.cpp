@@ -11,8 +11,6 @@ namespace mip {
 
 namespace {
 
-constexpr COLORREF HighlightedRow = 0xFFD5AA;
-
 /// Enter in a control that is not a button moves on to the next one.
 LRESULT CALLBACK MoveOnWithEnter(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
     const auto* pending = reinterpret_cast<const MSG*>(lParam);
@@ -137,7 +135,7 @@ void frmResult::Paint(HDC dc, const Palette& colours) {
                   colours.HighContrast ? colours.Page : colours.HeaderText);
     }
     if (hasLegend_) {
-        FillRounded(dc, legend_, Px(2), HighlightedRow, colours.Line);
+        FillRounded(dc, legend_, Px(2), clsSpread::LightBlue, colours.Line);
     }
 }
 

@@ -7,7 +7,6 @@ namespace mip {
 
 namespace {
 
-constexpr std::int32_t LightBlue = 0xFFD5AA;
 constexpr std::int32_t White = 0xFFFFFF;
 constexpr std::int32_t PictureCell = 9;
 

@@ -15,6 +15,8 @@ class clsSpread {
   public:
     /// Stands for the default of a block's bound: the first row or column, the last row or column.
     static constexpr std::int32_t Default = -1;
+    /// The background of a cell with the colour flag "0".
+    static constexpr std::int32_t LightBlue = 0xFFD5AA;
 
     /// What a control rejects is said to `log`.
     explicit clsSpread(FaultLog& log) : log_(log) {}
