@@ -3,7 +3,7 @@
 #include <string>
 
 #include "app/DiscCatalogue.h"
-#include "platform/Clock.h"
+#include "text/DateTime.h"
 
 namespace mip {
 

@@ -1,7 +1,6 @@
 #include "app/RunLog.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/Clock.h"
 #include "platform/Files.h"

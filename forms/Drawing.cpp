@@ -1,9 +1,7 @@
 #include "forms/Drawing.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <initializer_list>
 #include <vector>
 
 namespace mip {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "forms/WindowsHeader.h"
 
 namespace mip {

@@ -1,7 +1,5 @@
 #include "forms/frmMenu.h"
 
-#include <algorithm>
-
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "platform/ScopeGuard.h"

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <exception>
 #include <functional>
-#include <string_view>
 
 #include "app/Failure.h"
 #include "app/ManualPlace.h"

@@ -3,7 +3,6 @@
 #include "app/Program.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include "app/Messages.h"
 #include "app/TextFile.h"

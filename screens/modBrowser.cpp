@@ -2,7 +2,6 @@
 
 #include "app/Program.h"
 
-#include <algorithm>
 #include <chrono>
 
 #include "platform/Clock.h"

@@ -1,9 +1,7 @@
 #include "security/modAcl.h"
 
 #include <algorithm>
-#include <exception>
 #include <optional>
-#include <vector>
 
 #include "app/Program.h"
 #include "platform/PlatformError.h"

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
 
 #include "text/Checked.h"
 #include "text/TextTools.h"

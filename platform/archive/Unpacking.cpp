@@ -1,6 +1,5 @@
 #include "platform/archive/Unpacking.h"
 
-#include <exception>
 #include <memory>
 #include <optional>
 #include <span>

@@ -1,7 +1,5 @@
 #include "tools/mkcatalogue/WriteCatalogue.h"
 
-#include <memory>
-
 #include "catalogue/Statements.h"
 #include "platform/ScopeGuard.h"
 #include "platform/sqlite/SqliteEngine.h"

@@ -1,7 +1,5 @@
 #include "tests/native/fakes/FakeSecurity.h"
 
-#include <algorithm>
-
 #include "text/TextTools.h"
 
 namespace mip {

@@ -3,7 +3,6 @@
 #include <sqlite3.h>
 
 #include <map>
-#include <memory>
 #include <string>
 
 #include "tests/native/fakes/Faults.h"

@@ -1,7 +1,5 @@
 #include "tests/windows/automation/AdoStandIn.h"
 
-#include <chrono>
-
 #include "platform/PlatformError.h"
 
 namespace mip {
