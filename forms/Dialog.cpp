@@ -1,5 +1,6 @@
 #include "forms/Dialog.h"
 
+#include "forms/Drawing.h"
 #include "platform/windows/LastError.h"
 
 namespace mip {
@@ -27,10 +28,7 @@ int ScreenDpi(HWND window) {
     if (address != nullptr) {
         return static_cast<int>(reinterpret_cast<GetDpi>(address)(window));
     }
-    const HDC screen = GetDC(nullptr);
-    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(nullptr, screen);
-    return dpi;
+    return GetDeviceCaps(WindowDc(nullptr).Get(), LOGPIXELSX);
 }
 
 }  // namespace

@@ -70,22 +70,19 @@ class SmoothPart {
           height_(area.bottom - area.top),
           dc_(CreateCompatibleDC(target)),
           bitmap_(MakeBitmap(target, width_ * Scale, height_ * Scale, &large_)),
-          previous_(SelectObject(dc_, bitmap_)) {
-        SetStretchBltMode(dc_, COLORONCOLOR);
-        StretchBlt(dc_, 0, 0, width_ * Scale, height_ * Scale, target, area.left, area.top, width_, height_, SRCCOPY);
+          selected_(Dc(), bitmap_.Get()) {
+        SetStretchBltMode(Dc(), COLORONCOLOR);
+        StretchBlt(Dc(), 0, 0, width_ * Scale, height_ * Scale, target, area.left, area.top, width_, height_, SRCCOPY);
     }
     SmoothPart(const SmoothPart&) = delete;
     SmoothPart& operator=(const SmoothPart&) = delete;
     ~SmoothPart() {
         GdiFlush();
         Shrink();
-        SelectObject(dc_, previous_);
-        DeleteObject(bitmap_);
-        DeleteDC(dc_);
     }
 
     static constexpr int Scale = 4;
-    HDC Dc() const { return dc_; }
+    HDC Dc() const { return dc_.Get(); }
     int Width() const { return width_ * Scale; }
     int Height() const { return height_ * Scale; }
 
@@ -144,27 +141,26 @@ class SmoothPart {
     int width_;
     int height_;
     std::uint32_t* large_ = nullptr;
-    HDC dc_;
-    HBITMAP bitmap_;
-    HGDIOBJ previous_;
+    MemoryDc dc_;
+    GdiObject bitmap_;
+    SelectedObject selected_;
 };
 
 /// A pen or brush that is in use for as long as the object lives.
 class UsedTool {
   public:
-    UsedTool(HDC dc, HGDIOBJ tool) : dc_(dc), tool_(tool), previous_(SelectObject(dc, tool)) {}
-    UsedTool(const UsedTool&) = delete;
-    UsedTool& operator=(const UsedTool&) = delete;
-    ~UsedTool() {
-        SelectObject(dc_, previous_);
-        DeleteObject(tool_);
-    }
+    UsedTool(HDC dc, HGDIOBJ tool) : tool_(tool), selected_(dc, tool) {}
 
   private:
-    HDC dc_;
-    HGDIOBJ tool_;
-    HGDIOBJ previous_;
+    GdiObject tool_;
+    SelectedObject selected_;
 };
+
+HBITMAP ClientBitmap(HDC dc, HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return CreateCompatibleBitmap(dc, std::max<int>(client.right, 1), std::max<int>(client.bottom, 1));
+}
 
 HPEN RoundPen(int width, COLORREF colour) {
     const LOGBRUSH brush{BS_SOLID, colour, 0};
@@ -206,22 +202,17 @@ Palette Colours() {
     return IsHighContrastOn() ? SystemPalette() : HousePalette;
 }
 
-BufferedPaint::BufferedPaint(HWND window) : window_(window) {
-    const HDC dc = BeginPaint(window, &paint_);
-    RECT client{};
-    GetClientRect(window, &client);
-    memory_ = CreateCompatibleDC(dc);
-    bitmap_ = CreateCompatibleBitmap(dc, std::max<int>(client.right, 1), std::max<int>(client.bottom, 1));
-    previous_ = SelectObject(memory_, bitmap_);
-}
+BufferedPaint::BufferedPaint(HWND window)
+    : window_(window),
+      dc_(BeginPaint(window, &paint_)),
+      memory_(CreateCompatibleDC(dc_)),
+      bitmap_(ClientBitmap(dc_, window)),
+      selected_(Dc(), bitmap_.Get()) {}
 
 BufferedPaint::~BufferedPaint() {
     const RECT& area = paint_.rcPaint;
-    BitBlt(paint_.hdc, area.left, area.top, area.right - area.left, area.bottom - area.top, memory_, area.left,
-           area.top, SRCCOPY);
-    SelectObject(memory_, previous_);
-    DeleteObject(bitmap_);
-    DeleteDC(memory_);
+    BitBlt(dc_, area.left, area.top, area.right - area.left, area.bottom - area.top, Dc(), area.left, area.top,
+           SRCCOPY);
     EndPaint(window_, &paint_);
 }
 

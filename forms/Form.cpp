@@ -22,13 +22,11 @@ std::wstring TextOf(HWND control) {
 }
 
 RECT MeasureText(HWND control, int width, UINT format) {
-    const HDC dc = GetDC(control);
-    const HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    const WindowDc dc(control);
+    const SelectedObject font(dc.Get(), reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
     RECT area{0, 0, width, 0};
     const std::wstring text = TextOf(control);
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
-    SelectObject(dc, previous);
-    ReleaseDC(control, dc);
+    DrawTextW(dc.Get(), text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
     return area;
 }
 

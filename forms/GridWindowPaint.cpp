@@ -10,18 +10,6 @@ namespace {
 constexpr int CellPadding = 10;
 constexpr std::int32_t White = 0xFFFFFF;
 
-class SelectedFont {
-  public:
-    SelectedFont(HDC dc, HFONT font) : dc_(dc), previous_(SelectObject(dc, font)) {}
-    SelectedFont(const SelectedFont&) = delete;
-    SelectedFont& operator=(const SelectedFont&) = delete;
-    ~SelectedFont() { SelectObject(dc_, previous_); }
-
-  private:
-    HDC dc_;
-    HGDIOBJ previous_;
-};
-
 int WidthOf(HDC dc, const std::wstring& text) {
     SIZE size{};
     GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
@@ -47,14 +35,14 @@ RECT KeepScale(const RECT& cell, const BITMAP& picture) {
 
 /// Every column is as wide as its widest text. Of what is left over, the first gets two shares, every other one.
 void GridWindow::FitColumns() {
-    const HDC dc = GetDC(window_);
-    const SelectedFont font(dc, font_);
+    const WindowDc dc(window_);
+    const SelectedObject font(dc.Get(), font_);
     columns_.assign(static_cast<std::size_t>(model_.Cols()), 0);
     int total = 0;
     for (std::int32_t col = 1; col <= model_.Cols(); ++col) {
         int& width = columns_[static_cast<std::size_t>(col - 1)];
         for (std::int32_t row = 0; row <= model_.Rows(); ++row) {
-            width = std::max(width, WidthOf(dc, model_.GetText(col, row)) + 2 * Units(CellPadding));
+            width = std::max(width, WidthOf(dc.Get(), model_.GetText(col, row)) + 2 * Units(CellPadding));
         }
         total += width;
     }
@@ -64,14 +52,13 @@ void GridWindow::FitColumns() {
         total += share;
     }
     columns_.front() += std::max(0, static_cast<int>(Client().right) - total);
-    ReleaseDC(window_, dc);
 }
 
 void GridWindow::Paint() {
     const BufferedPaint paint(window_);
     const HDC dc = paint.Dc();
     const RECT client = Client();
-    const SelectedFont font(dc, font_);
+    const SelectedObject font(dc, font_);
     FillArea(dc, client, Colours().Page);
     SetBkMode(dc, TRANSPARENT);
     int top = RowPixels(0) - scrollY_;
@@ -128,9 +115,9 @@ void GridWindow::PaintCell(HDC dc, std::int32_t col, std::int32_t row, const REC
 
 void GridWindow::PaintPicture(HDC dc, std::int32_t col, std::int32_t row, const RECT& cell) {
     const auto file = std::get<std::wstring>(model_.CellProperty(col, row, L"TypePictPicture"));
-    const auto bitmap = static_cast<HBITMAP>(LoadImageW(nullptr, file.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE));
+    const GdiObject bitmap(LoadImageW(nullptr, file.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE));
     BITMAP picture{};
-    if (bitmap == nullptr || GetObjectW(bitmap, sizeof picture, &picture) == 0) {
+    if (!bitmap || GetObjectW(bitmap.Get(), sizeof picture, &picture) == 0) {
         return;
     }
     RECT target = Area(static_cast<int>(cell.left), static_cast<int>(cell.top), static_cast<int>(picture.bmWidth),
@@ -138,14 +125,11 @@ void GridWindow::PaintPicture(HDC dc, std::int32_t col, std::int32_t row, const 
     if (Flag(model_, col, row, L"TypePictStretch")) {
         target = Flag(model_, col, row, L"TypePictMaintainScale") ? KeepScale(cell, picture) : cell;
     }
-    const HDC source = CreateCompatibleDC(dc);
-    const HGDIOBJ previous = SelectObject(source, bitmap);
+    const MemoryDc source(CreateCompatibleDC(dc));
+    const SelectedObject selected(source.Get(), bitmap.Get());
     SetStretchBltMode(dc, HALFTONE);
-    StretchBlt(dc, target.left, target.top, target.right - target.left, target.bottom - target.top, source, 0, 0,
+    StretchBlt(dc, target.left, target.top, target.right - target.left, target.bottom - target.top, source.Get(), 0, 0,
                picture.bmWidth, picture.bmHeight, SRCCOPY);
-    SelectObject(source, previous);
-    DeleteDC(source);
-    DeleteObject(bitmap);
 }
 
 }  // namespace mip

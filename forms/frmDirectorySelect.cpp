@@ -3,19 +3,15 @@
 #include <shlobj.h>
 
 #include <algorithm>
-#include <memory>
 
 #include "forms/ControlIds.h"
+#include "platform/windows/Handle.h"
 
 namespace mip {
 
 namespace {
 
 constexpr TextStyle OnCard{.Background = &Palette::Card};
-
-struct ItemListCloser {
-    void operator()(void* list) const { CoTaskMemFree(list); }
-};
 
 int CALLBACK SelectStartFolder(HWND browser, UINT message, LPARAM, LPARAM start) {
     if (message == BFFM_INITIALIZED) {
@@ -126,9 +122,9 @@ std::wstring ChooseInstallFolder(HWND owner, const std::wstring& title, const st
     browse.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
     browse.lpfn = SelectStartFolder;
     browse.lParam = reinterpret_cast<LPARAM>(start.c_str());
-    const std::unique_ptr<void, ItemListCloser> chosen(SHBrowseForFolderW(&browse));
+    const ItemList chosen(SHBrowseForFolderW(&browse));
     wchar_t folder[MAX_PATH]{};
-    if (!chosen || SHGetPathFromIDListW(static_cast<PCIDLIST_ABSOLUTE>(chosen.get()), folder) == 0) {
+    if (!chosen || SHGetPathFromIDListW(chosen.Get(), folder) == 0) {
         return {};
     }
     return folder;

@@ -92,11 +92,10 @@ void frmMain::DrawStep(HDC dc, const Palette& colours, Step step) {
     }
     const std::wstring number = std::to_wstring(static_cast<int>(step));
     RECT text = disc;
-    const HGDIOBJ previous = SelectObject(dc, FontOf(11, true));
+    const SelectedObject font(dc, FontOf(11, true));
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, RGB(255, 255, 255));
     DrawTextW(dc, number.c_str(), -1, &text, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
-    SelectObject(dc, previous);
 }
 
 std::optional<LRESULT> frmMain::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {

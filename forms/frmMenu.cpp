@@ -119,14 +119,13 @@ void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     RECT textArea = draw.rc;
     textArea.left = discArea.right + Px(20);
     textArea.right -= Px(16);
-    const HGDIOBJ previous = SelectObject(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
+    const SelectedObject font(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
     SetBkMode(draw.hdc, TRANSPARENT);
     SetTextColor(draw.hdc, colours.Text);
     wchar_t text[256];
     GetWindowTextW(button, text, 256);
     const bool cuesHidden = (SendMessageW(button, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
     DrawTextW(draw.hdc, text, -1, &textArea, DT_SINGLELINE | DT_VCENTER | (cuesHidden ? DT_HIDEPREFIX : 0U));
-    SelectObject(draw.hdc, previous);
 }
 
 }  // namespace mip

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <shtypes.h>
+
 namespace mip {
 
 /// Owns one system resource. `Traits` gives its `Value` type, the `Invalid()` value and `Close(value)`. Closing keeps
@@ -88,11 +90,19 @@ struct LocalMemoryTraits {
     static void Close(Value value) noexcept { LocalFree(value); }
 };
 
+/// Where something is in the shell's namespace, as the shell's calls give it.
+struct ItemListTraits {
+    using Value = LPITEMIDLIST;
+    static Value Invalid() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { CoTaskMemFree(value); }
+};
+
 using FileHandle = Handle<FileHandleTraits>;
 using KernelHandle = Handle<KernelHandleTraits>;
 using FindHandle = Handle<FindHandleTraits>;
 using RegistryKey = Handle<RegistryKeyTraits>;
-using Library = Handle<LibraryTraits>;
+using LibraryHandle = Handle<LibraryTraits>;
+using ItemList = Handle<ItemListTraits>;
 template <typename T>
 using LocalMemory = Handle<LocalMemoryTraits<T>>;
 

@@ -117,7 +117,7 @@ std::optional<std::vector<AccessEntry>> WindowsAccessControl::ReadEntries(const 
 std::wstring WindowsAccessControl::MessageText(std::uint32_t code, const std::wstring& messageLibrary) {
     const DWORD wanted = code != 0 ? code : GetLastError();
     DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    Library library;
+    LibraryHandle library;
     if (!messageLibrary.empty()) {
         library.Reset(LoadLibraryExW(messageLibrary.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
         if (library) {

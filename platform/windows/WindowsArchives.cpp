@@ -20,14 +20,14 @@ std::wstring SystemFolder() {
 }
 
 /// By its full path, so that no other folder's library of that name is taken.
-Library LoadFrom(std::wstring folder) {
+LibraryHandle LoadFrom(std::wstring folder) {
     if (folder.empty()) {
-        return Library();
+        return LibraryHandle();
     }
     if (folder.back() != L'\\') {
         folder += L'\\';
     }
-    return Library(LoadLibraryExW((folder + LibraryName).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    return LibraryHandle(LoadLibraryExW((folder + LibraryName).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ class WindowsArchives : public Archives {
 
     Computer& computer_;
     Archives& embedded_;
-    Library library_;
+    LibraryHandle library_;
 };
 
 }  // namespace mip

@@ -14,12 +14,6 @@ namespace mip {
 
 namespace {
 
-struct ItemListTraits {
-    using Value = PIDLIST_ABSOLUTE;
-    static Value Invalid() noexcept { return nullptr; }
-    static void Close(Value value) noexcept { CoTaskMemFree(value); }
-};
-
 void PutProperty(const ComObject& shortcut, const ShortcutProperty& property) {
     try {
         shortcut.Put(property.Name, property.Value);
@@ -40,7 +34,7 @@ std::intptr_t WindowsShell::OpenDocument(const std::wstring& verb, const std::ws
 }
 
 std::wstring WindowsShell::SpecialFolder(int number) {
-    Handle<ItemListTraits> location;
+    ItemList location;
     if (FAILED(SHGetSpecialFolderLocation(nullptr, number, location.Receive()))) {
         return L"";
     }

@@ -85,12 +85,12 @@ TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
     std::array<wchar_t, MAX_PATH> current{};
     GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
     SetCurrentDirectoryW(scratch.Path().c_str());
-    EXPECT_TRUE(Library(LoadLibraryW(L"planted.dll")));
+    EXPECT_TRUE(LibraryHandle(LoadLibraryW(L"planted.dll")));
     SetErrorMode(0);  // the starter's may have been inherited
 
     HardenProcess();
-    EXPECT_FALSE(Library(LoadLibraryW(L"planted.dll")));
-    EXPECT_TRUE(Library(LoadLibraryW(L"version.dll")));
+    EXPECT_FALSE(LibraryHandle(LoadLibraryW(L"planted.dll")));
+    EXPECT_TRUE(LibraryHandle(LoadLibraryW(L"version.dll")));
     EXPECT_EQ(GetErrorMode() & SEM_FAILCRITICALERRORS, UINT{SEM_FAILCRITICALERRORS});
     SetCurrentDirectoryW(current.data());
 }

@@ -95,10 +95,7 @@ class FormsTest : public ScreensTest {
         POINT place{};
         MapWindowPoints(GetDlgItem(form.Window(), caption), form.Window(), &place, 1);
         RedrawWindow(form.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        const HDC dc = GetDC(form.Window());
-        const COLORREF colour = GetPixel(dc, place.x - 69, place.y);
-        ReleaseDC(form.Window(), dc);
-        return colour;
+        return GetPixel(WindowDc(form.Window()).Get(), place.x - 69, place.y);
     }
 
     /// Serves the messages that wait. Throws what a form's handler threw.

@@ -27,10 +27,7 @@ class GridTest : public testing::Test {
     int Position(int bar) const { return GetScrollPos(window_, bar); }
     COLORREF Pixel(int x, int y) const {
         UpdateWindow(window_);
-        const HDC dc = GetDC(window_);
-        const COLORREF colour = GetPixel(dc, x, y);
-        ReleaseDC(window_, dc);
-        return colour;
+        return GetPixel(WindowDc(window_).Get(), x, y);
     }
 
     GridWindow grid_{Rows, 2};
