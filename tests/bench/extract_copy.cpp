@@ -7,24 +7,7 @@
 
 #include "app/modFolderCopy.h"
 #include "install/modUnZip.h"
-#include "platform/Platform.h"
-#include "platform/archive/EmbeddedArchives.h"
-#include "platform/sqlite/SqliteEngine.h"
-#include "platform/windows/AdoEngine.h"
-#include "platform/windows/WindowsAccessControl.h"
-#include "platform/windows/WindowsAccountNames.h"
-#include "platform/windows/WindowsArchiveSystem.h"
-#include "platform/windows/WindowsBrowsers.h"
-#include "platform/windows/WindowsClock.h"
-#include "platform/windows/WindowsComputer.h"
-#include "platform/windows/WindowsFileVersions.h"
-#include "platform/windows/WindowsFiles.h"
-#include "platform/windows/WindowsMessageBoxes.h"
-#include "platform/windows/WindowsProcesses.h"
-#include "platform/windows/WindowsProfileFiles.h"
-#include "platform/windows/WindowsRegistry.h"
-#include "platform/windows/WindowsShell.h"
-#include "platform/windows/WindowsVolumes.h"
+#include "startup/windows/WindowsPlatform.h"
 #include "tests/bench/Measure.h"
 
 #include <windows.h>
@@ -87,28 +70,35 @@ class CountingFolders : public WindowsFolders {
     int Calls = 0;
 };
 
+/// The real computer with a count of the calls for files, and with the embedded extractor only.
 struct Computer {
+    WindowsPlatform Real{L"ExtractCopyBench"};
     CountingSystem ArchiveSystem;
     CountingFiles Files;
     CountingFolders Folders;
-    WindowsVolumes Volumes;
-    WindowsFileVersions FileVersions;
-    WindowsProfileFiles ProfileFiles;
-    WindowsRegistry Registry;
-    WindowsProcesses Processes;
-    WindowsClock Clock;
-    WindowsComputer This{L"ExtractCopyBench"};
-    WindowsAccountNames AccountNames;
-    WindowsAccessControl AccessControl;
-    WindowsShell Shell;
-    WindowsBrowsers Browsers;
-    EmbeddedArchives Archives{ArchiveSystem, Clock};
-    AdoEngine JetEngine;
-    SqliteEngine Sqlite;
-    WindowsMessageBoxes MessageBoxes;
-    mip::Platform Platform{Files,     Folders,  Volumes,   FileVersions, ProfileFiles,  Registry,
-                           Processes, Clock,    This,      AccountNames, AccessControl, Shell,
-                           Browsers,  Archives, JetEngine, Sqlite,       MessageBoxes};
+    EmbeddedArchives Archives{ArchiveSystem, Real.Platform().Clock};
+    mip::Platform Platform = Counted(Real.Platform());
+
+  private:
+    mip::Platform Counted(const mip::Platform& real) {
+        return {.Files = Files,
+                .Folders = Folders,
+                .Volumes = real.Volumes,
+                .FileVersions = real.FileVersions,
+                .ProfileFiles = real.ProfileFiles,
+                .Registry = real.Registry,
+                .Processes = real.Processes,
+                .Clock = real.Clock,
+                .Computer = real.Computer,
+                .AccountNames = real.AccountNames,
+                .AccessControl = real.AccessControl,
+                .Shell = real.Shell,
+                .Browsers = real.Browsers,
+                .Archives = Archives,
+                .JetEngine = real.JetEngine,
+                .SqliteEngine = real.SqliteEngine,
+                .MessageBoxes = real.MessageBoxes};
+    }
 };
 
 unsigned PeakKibibytes() {
