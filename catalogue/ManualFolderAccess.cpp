@@ -1,6 +1,8 @@
 #include "catalogue/ManualFolderAccess.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 #include "app/ManualPlace.h"
 #include "app/Program.h"
@@ -24,29 +26,29 @@ bool HasIndexPage(Platform& platform, const std::wstring& folder) {
     return platform.Files.Exists(folder + L"\\index.html");
 }
 
-/// Follows the manual to the variant's folder beside its own when the pages are there.
-void RelinkToVariant(Platform& platform, clsMDB& database, InstalledRecord& record, const std::wstring& variantPubNo) {
-    const std::wstring parent = record.INSPath.substr(0, record.INSPath.rfind(L'\\') + 1);
-    const std::wstring candidate = parent + variantPubNo;
-    if (!platform.Folders.Exists(candidate) || !HasIndexPage(platform, candidate)) {
-        return;
+/// The folder of the manual's variant beside its own, when the pages are there and not in its own; else "".
+std::wstring FindVariantFolder(Platform& platform, const InstalledRecord& manual) {
+    const auto variant = std::ranges::find(Variants, manual.Pub_No, &Variant::PubNo);
+    if (variant == std::end(Variants) || HasIndexPage(platform, manual.INSPath)) {
+        return {};
     }
-    record.INSPath = candidate;
-    record.Adjust_flg = NotMarked;
-    // The folder is secured below even where its new place could not be recorded.
-    static_cast<void>(ReregisterInstallPath(database, record.Pub_No, candidate));
+    const std::wstring folder = manual.INSPath.substr(0, manual.INSPath.rfind(L'\\') + 1) + variant->VariantPubNo;
+    return platform.Folders.Exists(folder) && HasIndexPage(platform, folder) ? folder : L"";
 }
 
-void SecureInstalledManual(Program& program, clsMDB& database, InstalledRecord& record) {
+/// Opens the folder to users, even where a variant's could not be recorded as the manual's.
+void SecureInstalledManual(Program& program, clsMDB& database, const InstalledRecord& manual) {
     Platform& platform = program.Platform;
-    for (const Variant& variant : Variants) {
-        if (record.Pub_No == variant.PubNo && !HasIndexPage(platform, record.INSPath)) {
-            RelinkToVariant(platform, database, record, variant.VariantPubNo);
-        }
+    const std::wstring variant = FindVariantFolder(platform, manual);
+    if (!variant.empty()) {
+        program.Installed.INSPath = variant;
+        program.Installed.Adjust_flg = NotMarked;
+        static_cast<void>(ReregisterInstallPath(database, manual.Pub_No, variant));
     }
-    if (platform.Folders.Exists(record.INSPath) && IsNtfsVolume(platform, record.INSPath) &&
-        !UsersHaveModifyAccess(program, record.INSPath) && MayTouchFolder(program, record.INSPath)) {
-        static_cast<void>(GrantModifyToUsers(program, record.INSPath));
+    const std::wstring& folder = variant.empty() ? manual.INSPath : variant;
+    if (platform.Folders.Exists(folder) && IsNtfsVolume(platform, folder) && !UsersHaveModifyAccess(program, folder) &&
+        MayTouchFolder(program, folder)) {
+        static_cast<void>(GrantModifyToUsers(program, folder));
     }
 }
 
@@ -57,15 +59,13 @@ bool SecureInstalledManualFolders(Program& program, const std::function<void()>&
     if (!database.Pcls_MdbOpen(program.Paths.MdbPath)) {
         return false;
     }
-    InstalledRecord& record = program.Installed;
     try {
-        MdbStatus status = ReadAllInstalled(program.Platform, database, RecordsSlot, record);
-        while (status == MdbOk) {
-            SecureInstalledManual(program, database, record);
+        InstalledRows rows = ReadAllInstalled(program, database, RecordsSlot);
+        for (const InstalledRecord& manual : rows) {
+            SecureInstalledManual(program, database, manual);
             if (folderDone) {
                 folderDone();
             }
-            status = ReadNextInstalled(program.Platform, database, RecordsSlot, record);
         }
     } catch (const std::exception& error) {
         program.Log.Trapped("opening the manual folders to users", error);

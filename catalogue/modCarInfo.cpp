@@ -144,13 +144,13 @@ bool ClassifyUpdate(Platform& platform, const InstalledRecord& installed, DiscCa
     return true;
 }
 
-/// Decides whether and how a valid record is installed; `found` tells whether Program::Installed holds its edition.
-void Classify(Program& program, const std::wstring& folderName, bool found, DiscCatalogueRecord& record) {
+/// Decides whether and how a valid record is installed, by what is installed of it.
+void Classify(Program& program, const std::wstring& folderName, const Lookup& edition, DiscCatalogueRecord& record) {
     record.DoneFlag = false;
     record.InstallFlag = Selection::Candidate;
     record.InstallState = InstallState::Nothing;
-    const InstalledRecord& installed = program.Installed;
-    if (!found) {
+    const InstalledRecord& installed = edition.Record;
+    if (!edition.Found()) {
         record.InstallKind = InstallKind::Full;
         record.InstallState = InstallState::New;
     } else if (!IsUsable(program.Platform, installed)) {
@@ -159,7 +159,7 @@ void Classify(Program& program, const std::wstring& folderName, bool found, Disc
     } else if (!ClassifyUpdate(program.Platform, installed, record)) {
         return;
     }
-    record.InstalledPath = found ? installed.INSPath : L"";
+    record.InstalledPath = installed.INSPath;
     record.FolderName = folderName;
 }
 
@@ -220,13 +220,13 @@ void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
         catalogue.CatalogueErrorFlag = true;
         return;
     }
-    const MdbStatus status = FindInstalledRecord(program, record.Pub_No);
-    if (status == MdbError) {
+    const Lookup edition = FindInstalledRecord(program, record.Pub_No);
+    if (edition.Failed()) {
         StopForDatabase(program);
         return;
     }
     LocateContent(program, folderName, record);
-    Classify(program, folderName, status == MdbOk, record);
+    Classify(program, folderName, edition, record);
     if (IsSupersededPublication(program, catalogue.LastIndex())) {
         record.InstallFlag = Selection::Superseded;
         record.InstallState = InstallState::Nothing;
@@ -275,7 +275,7 @@ bool IsSupersededPublication(Program& program, std::int16_t recordNumber) {
     const auto& record = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber));
     MdbStatus status = MdbEnd;
     for (const std::wstring& later : LaterEditionsOf(record.Pub_No)) {
-        status = FindInstalledRecord(program, later);
+        status = FindInstalledRecord(program, later).Status;
         if (status != MdbEnd) {
             break;
         }

@@ -19,7 +19,7 @@ const FieldValue EmptyText{std::wstring()};
 
 /// The fourteen columns of M_manage of the row on which a slot stands. Other programs may leave any of them Null, the
 /// date included.
-InstalledRecord ReadRow(clsMDB& database, std::int16_t slot) {
+InstalledRecord ReadColumns(clsMDB& database, std::int16_t slot) {
     const auto field = [&](const wchar_t* column) { return database.Pcls_MdbGetField(slot, column, EmptyText); };
     InstalledRecord record;
     record.Pub_No = FieldText(field(L"Pub_No"));
@@ -37,39 +37,6 @@ InstalledRecord ReadRow(clsMDB& database, std::int16_t slot) {
     record.Adjust_flg = FieldText(field(L"Adjust_flg"));
     record.Memo_txt = FieldText(field(L"Memo_txt"));
     return record;
-}
-
-/// Takes the row that a query or a move has reached; a row that cannot be read is an error.
-template <typename Read>
-MdbStatus TakeRow(MdbStatus status, clsMDB& database, InstalledRecord& record, Read read) {
-    if (status != MdbOk) {
-        return status;
-    }
-    try {
-        record = read();
-        return MdbOk;
-    } catch (const std::exception& error) {
-        database.TrapLog().Trapped("reading a row of installed manuals", error);
-        return MdbError;
-    }
-}
-
-MdbStatus TakeInstalledRow(MdbStatus status, Platform& platform, clsMDB& database, std::int16_t slot,
-                           InstalledRecord& record) {
-    return TakeRow(status, database, record, [&] {
-        InstalledRecord row = ReadRow(database, slot);
-        row.InstalledPdfForm =
-            ManualPdfExists(platform, row.INSPath, row.Pub_No) ? ManualForm::Pdf : ManualForm::Archive;
-        return row;
-    });
-}
-
-MdbStatus TakeListRow(MdbStatus status, Program& program, std::int16_t slot) {
-    return TakeRow(status, *program.CatalogDb, program.Installed, [&] {
-        InstalledRecord row = ReadRow(*program.CatalogDb, slot);
-        row.Pdf_flg = FieldText(program.CatalogDb->Pcls_MdbGetField(slot, L"Pdf_flg", EmptyText));
-        return row;
-    });
 }
 
 InstalledRecord RecordOf(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& installPath,
@@ -120,14 +87,49 @@ bool ExecuteTogether(clsMDB& database, std::initializer_list<std::wstring> texts
 
 }  // namespace
 
-MdbStatus FindInstalledRecord(Program& program, const std::wstring& pubNo) {
-    clsMDB& database = *program.CatalogDb;
-    const MdbStatus status = database.Pcls_MdbCreate(LookUpSlot, statements::FindInstalled(pubNo));
-    return TakeInstalledRow(status, program.Platform, database, LookUpSlot, program.Installed);
+InstalledRows::InstalledRows(Program& program, clsMDB& database, std::int16_t slot, const std::wstring& query,
+                             FormSource form)
+    : program_(&program), database_(&database), slot_(slot), form_(form) {
+    current_ = TakeRow(database.Pcls_MdbCreate(slot, query));
 }
 
-std::wstring GetLastInstallPath(Program& program) {
-    clsMDB& database = *program.CatalogDb;
+void InstalledRows::MoveNext() {
+    current_ = TakeRow(database_->Pcls_MdbMoveNext(slot_));
+}
+
+/// Takes the row that a query or a move has reached. The only place that fills the program's installed-record fields
+/// from a catalogue.
+Lookup InstalledRows::TakeRow(MdbStatus status) const {
+    if (status != MdbOk) {
+        return {status, {}};
+    }
+    try {
+        program_->Installed = ReadRow();
+        return {MdbOk, program_->Installed};
+    } catch (const std::exception& error) {
+        database_->TrapLog().Trapped("reading a row of installed manuals", error);
+        return {MdbError, {}};
+    }
+}
+
+InstalledRecord InstalledRows::ReadRow() const {
+    InstalledRecord row = ReadColumns(*database_, slot_);
+    if (form_ == FormSource::Files) {
+        row.InstalledPdfForm =
+            ManualPdfExists(program_->Platform, row.INSPath, row.Pub_No) ? ManualForm::Pdf : ManualForm::Archive;
+    } else {
+        row.Pdf_flg = FieldText(database_->Pcls_MdbGetField(slot_, L"Pdf_flg", EmptyText));
+    }
+    return row;
+}
+
+Lookup FindInstalledRecord(Program& program, const std::wstring& pubNo) {
+    return InstalledRows(program, *program.CatalogDb, LookUpSlot, statements::FindInstalled(pubNo),
+                         InstalledRows::FormSource::Files)
+        .Current();
+}
+
+std::wstring GetLastInstallPath(clsMDB& database) {
     try {
         if (database.Pcls_MdbCreate(LastPathSlot, statements::ReadLastInstallPath) == MdbOk) {
             return FieldText(database.Pcls_MdbGetField(LastPathSlot, L"INSPath", EmptyText));
@@ -138,27 +140,18 @@ std::wstring GetLastInstallPath(Program& program) {
     return {};
 }
 
-MdbStatus OpenInstalledList(Program& program, std::int16_t slot) {
-    return TakeListRow(program.CatalogDb->Pcls_MdbCreate(slot, statements::InstalledList()), program, slot);
+InstalledRows OpenInstalledList(Program& program, std::int16_t slot) {
+    return {program, *program.CatalogDb, slot, statements::InstalledList(), InstalledRows::FormSource::TypeTable};
 }
 
-MdbStatus NextInstalledListRow(Program& program, std::int16_t slot) {
-    return TakeListRow(program.CatalogDb->Pcls_MdbMoveNext(slot), program, slot);
-}
-
-MdbStatus ReadAllInstalled(Platform& platform, clsMDB& database, std::int16_t slot, InstalledRecord& record) {
-    return TakeInstalledRow(database.Pcls_MdbCreate(slot, statements::ReadAllInstalled), platform, database, slot,
-                            record);
-}
-
-MdbStatus ReadNextInstalled(Platform& platform, clsMDB& database, std::int16_t slot, InstalledRecord& record) {
-    return TakeInstalledRow(database.Pcls_MdbMoveNext(slot), platform, database, slot, record);
+InstalledRows ReadAllInstalled(Program& program, clsMDB& database, std::int16_t slot) {
+    return {program, database, slot, statements::ReadAllInstalled, InstalledRows::FormSource::Files};
 }
 
 bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& installPath,
                              InstallState dateChoice) {
-    program.Installed = RecordOf(program, manual, installPath, dateChoice);
-    const InstalledRecord& record = program.Installed;
+    const InstalledRecord record = RecordOf(program, manual, installPath, dateChoice);
+    program.Installed = record;
     return ExecuteTogether(
         *program.CatalogDb,
         {statements::DeleteInstalled(record.Pub_No), statements::DeleteType(record.Pub_No),

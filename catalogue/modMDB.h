@@ -1,32 +1,70 @@
 #pragma once
 
+#include <iterator>
 #include <string>
 
+#include "app/InstalledRecord.h"
 #include "catalogue/clsMDB.h"
 
 namespace mip {
 
 struct DiscCatalogueRecord;
-struct InstalledRecord;
-struct Platform;
 struct Program;
 enum class InstallState;
 
-/// Looks a publication up; when found its row is in Program::Installed.
-[[nodiscard]] MdbStatus FindInstalledRecord(Program& program, const std::wstring& pubNo);
-/// INSPath of the most recent installation, "" when nothing is installed.
-std::wstring GetLastInstallPath(Program& program);
+/// What a look-up has found. The record says something only when the status is MdbOk.
+struct Lookup {
+    MdbStatus Status = MdbEnd;
+    InstalledRecord Record;
 
-/// Opens the joined list of installed manuals and reads its first row into Program::Installed.
-[[nodiscard]] MdbStatus OpenInstalledList(Program& program, std::int16_t slot);
-/// The list's next row.
-[[nodiscard]] MdbStatus NextInstalledListRow(Program& program, std::int16_t slot);
+    bool Found() const { return Status == MdbOk; }
+    bool Failed() const { return Status == MdbError; }
+    bool operator==(const Lookup&) const = default;
+};
 
-/// All rows of M_manage in a gateway of the caller's; the first, then each next row goes into `record`.
-[[nodiscard]] MdbStatus ReadAllInstalled(Platform& platform, clsMDB& database, std::int16_t slot,
-                                         InstalledRecord& record);
-[[nodiscard]] MdbStatus ReadNextInstalled(Platform& platform, clsMDB& database, std::int16_t slot,
-                                          InstalledRecord& record);
+/// The rows of a query for installed manuals, for one walk. The query runs and the first row is read at once, each next
+/// row when the walk comes to it. An error, or a row that cannot be read, ends the walk; ReachedEnd tells. Every row
+/// also goes into Program::Installed.
+class InstalledRows {
+  public:
+    /// What tells whether a manual is a PDF: its files on disk, or the row's column of M_type.
+    enum class FormSource { Files, TypeTable };
+
+    InstalledRows(Program& program, clsMDB& database, std::int16_t slot, const std::wstring& query, FormSource form);
+
+    struct Iterator {
+        InstalledRows* Rows;
+        const InstalledRecord& operator*() const { return Rows->current_.Record; }
+        void operator++() { Rows->MoveNext(); }
+        bool operator==(std::default_sentinel_t) const { return !Rows->current_.Found(); }
+    };
+    Iterator begin() { return {this}; }
+    std::default_sentinel_t end() const { return {}; }
+
+    /// The row that the walk has come to.
+    const Lookup& Current() const { return current_; }
+    bool ReachedEnd() const { return current_.Status == MdbEnd; }
+
+  private:
+    void MoveNext();
+    Lookup TakeRow(MdbStatus status) const;
+    InstalledRecord ReadRow() const;
+
+    Program* program_;
+    clsMDB* database_;
+    std::int16_t slot_;
+    FormSource form_;
+    Lookup current_;
+};
+
+/// Looks a publication up.
+[[nodiscard]] Lookup FindInstalledRecord(Program& program, const std::wstring& pubNo);
+/// INSPath of the most recent installation, "" when nothing is installed or the catalogue does not answer.
+std::wstring GetLastInstallPath(clsMDB& database);
+/// The joined list of installed manuals.
+[[nodiscard]] InstalledRows OpenInstalledList(Program& program, std::int16_t slot);
+/// All rows of M_manage, by a gateway of the caller's.
+[[nodiscard]] InstalledRows ReadAllInstalled(Program& program, clsMDB& database, std::int16_t slot);
 
 /// Records a manual of the disc as installed in `installPath`, in one transaction: its old rows go, the new ones come.
 /// `dateChoice` New records InstallTime1, any other InstallTime2. False leaves the catalogue as it was.

@@ -5,6 +5,7 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -83,40 +84,40 @@ std::int16_t ReadCurrentDatabaseVersion(Program& program) {
     return program.CatalogDb ? ReadDatabaseVersion(*program.CatalogDb) : std::int16_t{-1};
 }
 
-/// Reads the form that M_type records for each manual. A layout without that table has none; it refuses the query each
-/// time, a passing fault does not.
-bool ReadForms(Program& program, std::map<std::wstring, std::wstring>& forms) {
-    MdbStatus status = OpenInstalledList(program, InstalledListSlot);
-    if (status == MdbError) {
-        status = OpenInstalledList(program, InstalledListSlot);
+using FormsByPubNo = std::map<std::wstring, std::wstring>;
+
+/// The form that M_type records for each manual; nothing when they could not be read to the end. A layout without that
+/// table has none; it refuses the query each time, a passing fault does not.
+std::optional<FormsByPubNo> ReadForms(Program& program) {
+    FormsByPubNo forms;
+    InstalledRows rows = OpenInstalledList(program, InstalledListSlot);
+    if (rows.Current().Failed()) {
+        rows = OpenInstalledList(program, InstalledListSlot);
     }
-    if (status == MdbError) {
-        return true;
+    if (rows.Current().Failed()) {
+        return forms;
     }
-    while (status == MdbOk) {
-        forms[program.Installed.Pub_No] = program.Installed.Pdf_flg;
-        status = NextInstalledListRow(program, InstalledListSlot);
+    for (const InstalledRecord& row : rows) {
+        forms[row.Pub_No] = row.Pdf_flg;
     }
-    return status == MdbEnd;
+    return rows.ReachedEnd() ? std::optional(forms) : std::nullopt;
 }
 
 /// Carries all rows over in one transaction. False when a row could not be read or inserted.
 bool CopyRows(Program& program, clsMDB& newDatabase) {
-    std::map<std::wstring, std::wstring> forms;
-    if (!ReadForms(program, forms)) {
+    std::optional<FormsByPubNo> forms = ReadForms(program);
+    if (!forms) {
         return false;
     }
-    InstalledRecord& record = program.Installed;
     Transaction transaction(newDatabase);
-    MdbStatus status = ReadAllInstalled(program.Platform, *program.CatalogDb, RecordsSlot, record);
-    while (status == MdbOk) {
-        record.Pdf_flg = forms[record.Pub_No];
-        if (!InsertInstalledRecord(newDatabase, record)) {
+    InstalledRows rows = ReadAllInstalled(program, *program.CatalogDb, RecordsSlot);
+    for (InstalledRecord row : rows) {
+        row.Pdf_flg = (*forms)[row.Pub_No];
+        if (!InsertInstalledRecord(newDatabase, row)) {
             return false;
         }
-        status = ReadNextInstalled(program.Platform, *program.CatalogDb, RecordsSlot, record);
     }
-    if (status != MdbEnd) {
+    if (!rows.ReachedEnd()) {
         return false;
     }
     transaction.Commit();

@@ -57,7 +57,7 @@ bool ManualWorker::InstallAllManuals() {
     run.InstallTime1 = run.InstallTime0 + std::chrono::seconds(1);
     run.InstallTime2 = run.InstallTime0 + std::chrono::seconds(2);
 
-    const std::wstring lastRoot = RootBeside(program_, GetLastInstallPath(program_));
+    const std::wstring lastRoot = RootBeside(program_, GetLastInstallPath(*program_.CatalogDb));
     run.InstallPath = lastRoot.empty() ? program_.Paths.InstallDir : lastRoot;
 
     RemoveLeftovers();

@@ -134,11 +134,11 @@ ReplacedEdition EditionIn(const Program& program, const std::wstring& pubNo, con
 
 std::optional<ReplacedEdition> FindBaseEdition(Program& program, const std::wstring& pubNo) {
     const std::wstring baseEdition = BaseEditionOf(pubNo);
-    const MdbStatus status = baseEdition.empty() ? MdbEnd : FindInstalledRecord(program, baseEdition);
-    if (status == MdbError) {
+    const Lookup base = baseEdition.empty() ? Lookup{} : FindInstalledRecord(program, baseEdition);
+    if (base.Failed()) {
         throw Failure(messages::DatabaseNotOpened, "the catalogue does not answer");
     }
-    return status == MdbOk ? std::optional(EditionIn(program, baseEdition, program.Installed.INSPath)) : std::nullopt;
+    return base.Found() ? std::optional(EditionIn(program, baseEdition, base.Record.INSPath)) : std::nullopt;
 }
 
 void ReadFilesThrough(Platform& platform, const std::wstring& folder) {

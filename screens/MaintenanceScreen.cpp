@@ -29,11 +29,11 @@ bool AreFilesPresent(Platform& platform, const InstalledRecord& manual) {
 
 /// All installed manuals; false when they could not be read to the end. The list is read before a row is changed.
 bool ReadInstalledList(Program& program, std::vector<InstalledRecord>& manuals) {
-    MdbStatus status = OpenInstalledList(program, InstalledListSlot);
-    for (; status == MdbOk; status = NextInstalledListRow(program, InstalledListSlot)) {
-        manuals.push_back(program.Installed);
+    InstalledRows rows = OpenInstalledList(program, InstalledListSlot);
+    for (const InstalledRecord& manual : rows) {
+        manuals.push_back(manual);
     }
-    return status == MdbEnd;
+    return rows.ReachedEnd();
 }
 
 bool CleanUpMissing(Program& program, const InstalledRecord& manual) {
@@ -46,12 +46,12 @@ bool CleanUpMissing(Program& program, const InstalledRecord& manual) {
 
 ExitCode RemoveAsked(Program& program) {
     const std::wstring& pubNo = program.Switches.Remove;
-    const MdbStatus found = FindInstalledRecord(program, pubNo);
-    if (found != MdbOk) {
-        program.Log.Write(L"remove", pubNo, found == MdbEnd ? L"not installed" : L"catalogue not readable");
+    const Lookup manual = FindInstalledRecord(program, pubNo);
+    if (!manual.Found()) {
+        program.Log.Write(L"remove", pubNo, manual.Failed() ? L"catalogue not readable" : L"not installed");
         return ExitCode::CouldNotStart;
     }
-    const bool removed = RemoveOneManual(program, program.Installed.INSPath, pubNo);
+    const bool removed = RemoveOneManual(program, manual.Record.INSPath, pubNo);
     program.Log.Write(L"remove", pubNo, removed ? L"done" : L"failed");
     return removed ? ExitCode::Done : ExitCode::FailedPartWay;
 }

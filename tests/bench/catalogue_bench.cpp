@@ -75,7 +75,7 @@ void LookUp(benchmark::State& state) {
     int number = 0;
     for (auto _ : state) {
         number = (number + 7919) % count;
-        Require(FindInstalledRecord(workshop.Program(), PubNo(number)) == MdbOk, "look up");
+        Require(FindInstalledRecord(workshop.Program(), PubNo(number)).Found(), "look up");
     }
     state.SetComplexityN(state.range(0));
 }

@@ -57,7 +57,7 @@ class CatalogueOnFiles : public testing::Test {
     /// The catalogue of a version with its row whole, open, and no other file beside it.
     void ExpectCatalogue(std::int16_t version) {
         EXPECT_EQ(ReadDatabaseVersion(*program_.CatalogDb), version);
-        ASSERT_EQ(OpenInstalledList(program_, 0), MdbOk);
+        ASSERT_EQ(OpenInstalledList(program_, 0).Current().Status, MdbOk);
         EXPECT_EQ(program_.Installed.INSDate, ParseDateTime(L"2021/03/04 05:06:07"));
         EXPECT_EQ(program_.Installed.INSPath, L"C:\\カバー");
         EXPECT_EQ(program_.Installed.Adjust_flg, L"1");
@@ -85,7 +85,7 @@ TEST_F(CatalogueOnFiles, ReadOnlySourceUpgradesTheCatalogueWhichStaysWritable) {
     manual.Pub_No = L"K'2";
     manual.Model_desc = L"サービスマニュアル";
     ASSERT_TRUE(RegisterInstalledManual(program_, manual, scratch_.Path(), InstallState::New));
-    ASSERT_EQ(FindInstalledRecord(program_, L"k'2"), MdbOk);
+    ASSERT_EQ(FindInstalledRecord(program_, L"k'2").Status, MdbOk);
     EXPECT_EQ(program_.Installed.Model_desc, manual.Model_desc);
     EXPECT_EQ(program_.Installed.INSPath, scratch_.Path());
 }
@@ -144,7 +144,7 @@ TEST_F(CatalogueOnFiles, JetCatalogueIsUpgradedThroughAdoAndReleased) {
     ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"INSERT INTO M_manage (Pub_No) VALUES ('K9')"), MdbOk);
     ASSERT_TRUE(CheckDatabaseVersion(program_)) << ToUtf8(program_.Log.Text());
     ExpectCatalogue(3);
-    ASSERT_EQ(FindInstalledRecord(program_, L"K9"), MdbOk);
+    ASSERT_EQ(FindInstalledRecord(program_, L"K9").Status, MdbOk);
     EXPECT_EQ(program_.Installed.INSDate, ZeroDate);
     EXPECT_TRUE(MarkForAdjustment(*program_.CatalogDb, L"K9"));
     program_.CatalogDb.reset();

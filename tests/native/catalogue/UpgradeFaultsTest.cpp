@@ -95,7 +95,7 @@ TEST_F(UpgradeFaults, OneFailedCallGivesTheOldOrTheNewDatabase) {
         const bool hit = workshop->Faults.Hit();
         workshop->Faults.Reset();
         ExpectOldOrNew(*workshop, upgraded);
-        EXPECT_EQ(FindInstalledRecord(workshop->Program(), Records()[4].Pub_No), MdbOk);
+        EXPECT_EQ(FindInstalledRecord(workshop->Program(), Records()[4].Pub_No).Status, MdbOk);
         EXPECT_EQ(ReadDatabaseVersion(*workshop->Program().CatalogDb), upgraded ? 3 : 2);
         refused += upgraded ? 0 : 1;
         if (!hit) {

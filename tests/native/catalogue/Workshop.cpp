@@ -76,10 +76,8 @@ std::int16_t Workshop::Version(const std::wstring& databasePath) {
 
 std::vector<InstalledRecord> ListedRows(Program& program) {
     std::vector<InstalledRecord> rows;
-    MdbStatus status = OpenInstalledList(program, 0);
-    while (status == MdbOk) {
-        rows.push_back(program.Installed);
-        status = NextInstalledListRow(program, 0);
+    for (const InstalledRecord& row : OpenInstalledList(program, 0)) {
+        rows.push_back(row);
     }
     return rows;
 }

@@ -80,7 +80,7 @@ TEST(StatementsTest, TextsAreExactlyThese) {
         {"find",
          [&] { (void)FindInstalledRecord(program, pubNo); },
          {L"SELECT * FROM M_manage WHERE Pub_No = 'K''10'"}},
-        {"last path", [&] { GetLastInstallPath(program); }, {L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"}},
+        {"last path", [&] { GetLastInstallPath(database); }, {L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"}},
         {"list",
          [&] { (void)OpenInstalledList(program, 5); },
          {L"SELECT  MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country "
@@ -107,7 +107,7 @@ TEST(StatementsTest, TextsAreExactlyThese) {
          [&] { (void)ReregisterInstallPath(database, pubNo, L"D:\\it's"); },
          {L"UPDATE M_manage SET  INSPath = 'D:\\it''s', Adjust_flg = 0  WHERE Pub_No = 'K''10'"}},
         {"version", [&] { ReadDatabaseVersion(database); }, {L"SELECT * FROM M_system"}},
-        {"all", [&] { (void)ReadAllInstalled(workshop.Platform, database, 0, held); }, {L"SELECT * FROM M_manage"}},
+        {"all", [&] { (void)ReadAllInstalled(program, database, 0); }, {L"SELECT * FROM M_manage"}},
         {"model order", [&] { (void)LoadModelOrder(database, order); }, {L"SELECT * FROM M_order"}},
     };
     for (const auto& [label, call, expected] : cases) {
@@ -130,7 +130,6 @@ TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
     manual.Version = L"4";
     manual.PdfForm = ManualForm::Archive;
     ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\カバー", InstallState::Update));
-    ASSERT_EQ(FindInstalledRecord(program_, L"k'10"), MdbOk);
     InstalledRecord expected;
     expected.Pub_No = L"K'10";
     expected.Model_desc = manual.Model_desc;
@@ -145,6 +144,7 @@ TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
     expected.INSPath = L"C:\\カバー";
     expected.Adjust_flg = L"0";
     expected.InstalledPdfForm = ManualForm::Archive;
+    EXPECT_EQ(FindInstalledRecord(program_, L"k'10"), (Lookup{MdbOk, expected}));
     EXPECT_EQ(program_.Installed, expected);
     const std::vector<InstalledRecord> rows = workshop_.Rows();
     ASSERT_EQ(rows.size(), 4u);
@@ -191,15 +191,15 @@ TEST_F(ModMdbTest, UpdatesTouchOneRowOnly) {
     EXPECT_TRUE(RemoveInstalledManual(*program_.CatalogDb, pubNo));
     expected.erase(expected.begin() + 1);
     EXPECT_EQ(workshop_.Rows(), expected);
-    EXPECT_EQ(FindInstalledRecord(program_, pubNo), MdbEnd);
+    EXPECT_EQ(FindInstalledRecord(program_, pubNo).Status, MdbEnd);
 }
 
 TEST_F(ModMdbTest, LastInstallPathIsThatOfTheLatestDate) {
-    EXPECT_EQ(GetLastInstallPath(program_), SampleRecord(2).INSPath);
+    EXPECT_EQ(GetLastInstallPath(*program_.CatalogDb), SampleRecord(2).INSPath);
     Workshop empty;
-    EXPECT_EQ(GetLastInstallPath(empty.Program()), L"");
+    EXPECT_EQ(GetLastInstallPath(*empty.Program().CatalogDb), L"");
     empty.Faults.FailFrom(1);
-    EXPECT_EQ(GetLastInstallPath(empty.Program()), L"");
+    EXPECT_EQ(GetLastInstallPath(*empty.Program().CatalogDb), L"");
 }
 
 TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
@@ -207,7 +207,7 @@ TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
     record.Pdf_flg = L"";
     Workshop workshop({record});
     workshop.Tree.PutFile(record.INSPath + L"\\contents\\" + record.Pub_No + L".PDF");
-    ASSERT_EQ(FindInstalledRecord(workshop.Program(), record.Pub_No), MdbOk);
+    ASSERT_EQ(FindInstalledRecord(workshop.Program(), record.Pub_No).Status, MdbOk);
     EXPECT_EQ(workshop.Program().Installed.InstalledPdfForm, ManualForm::Pdf);
     ASSERT_EQ(workshop.Rows().size(), 1u);  // listed without a row in the type table
     EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
@@ -215,21 +215,21 @@ TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
 
 TEST_F(ModMdbTest, RowOfNullsIsReadAsEmptyTextsAndDayZero) {
     ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"INSERT INTO M_manage (Pub_No) VALUES ('K9')"), MdbOk);
-    ASSERT_EQ(FindInstalledRecord(program_, L"K9"), MdbOk);
     InstalledRecord expected;
     expected.Pub_No = L"K9";
     expected.INSDate = ParseDateTime(L"1899/12/30 00:00:00");
     expected.InstalledPdfForm = ManualForm::Archive;
+    EXPECT_EQ(FindInstalledRecord(program_, L"K9"), (Lookup{MdbOk, expected}));
     EXPECT_EQ(program_.Installed, expected);
-    EXPECT_EQ(GetLastInstallPath(program_), SampleRecord(2).INSPath);
+    EXPECT_EQ(GetLastInstallPath(*program_.CatalogDb), SampleRecord(2).INSPath);
 }
 
 TEST_F(ModMdbTest, RowThatCannotBeReadIsAnErrorAndChangesNoField) {
-    ASSERT_EQ(FindInstalledRecord(program_, SampleRecord(0).Pub_No), MdbOk);
+    ASSERT_EQ(FindInstalledRecord(program_, SampleRecord(0).Pub_No).Status, MdbOk);
     const InstalledRecord before = program_.Installed;
     ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate = 'x' WHERE Pub_No LIKE 'K101%'"),
               MdbOk);
-    EXPECT_EQ(FindInstalledRecord(program_, SampleRecord(1).Pub_No), MdbError);
+    EXPECT_EQ(FindInstalledRecord(program_, SampleRecord(1).Pub_No).Status, MdbError);
     EXPECT_EQ(program_.Installed, before);
 }
 

@@ -185,11 +185,8 @@ std::map<std::wstring, Workshop::Row> Workshop::Rows() {
         throw std::runtime_error("the catalogue does not open");
     }
     std::map<std::wstring, Row> rows;
-    InstalledRecord record;
-    MdbStatus status = ReadAllInstalled(Windows.Platform, database, 0, record);
-    while (status == MdbOk) {
+    for (const InstalledRecord& record : ReadAllInstalled(Run, database, 0)) {
         rows[record.Pub_No] = {record.Version, record.INSPath, record.Adjust_flg};
-        status = ReadNextInstalled(Windows.Platform, database, 0, record);
     }
     return rows;
 }

@@ -23,7 +23,8 @@ class MaintenanceScreenTest : public ScreensTest {
 
     /// The manual's mark, or "gone".
     std::wstring MarkOf(const std::wstring& pubNo) {
-        return FindInstalledRecord(program_, pubNo) == MdbOk ? program_.Installed.Adjust_flg : L"gone";
+        const Lookup manual = FindInstalledRecord(program_, pubNo);
+        return manual.Found() ? manual.Record.Adjust_flg : L"gone";
     }
 };
 
