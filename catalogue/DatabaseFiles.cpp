@@ -1,7 +1,6 @@
 #include "catalogue/DatabaseFiles.h"
 
-#include <exception>
-
+#include "app/Attempt.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "platform/Files.h"
@@ -10,11 +9,7 @@ namespace mip {
 namespace {
 
 bool IsDeleted(Platform& platform, const std::wstring& file) {
-    try {
-        DeleteFileForced(platform, file);
-    } catch (const std::exception& error) {
-        platform.FaultLog.Trapped("deleting a file of the upgrade", error);
-    }
+    (void)Attempt(platform.FaultLog, "deleting a file of the upgrade", [&] { DeleteFileForced(platform, file); });
     return !platform.Files.Exists(file);
 }
 

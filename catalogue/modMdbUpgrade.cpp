@@ -2,13 +2,12 @@
 
 #include "app/Program.h"
 
-#include <exception>
 #include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
-#include <string_view>
 
+#include "app/Attempt.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "catalogue/DatabaseFiles.h"
@@ -44,20 +43,10 @@ bool IsCopyApart(const UpgradePaths& paths) {
            !LastComponent(copy).starts_with(L"BACK_");
 }
 
-template <typename Step>
-bool Succeeds(Program& program, std::string_view routine, Step step) {
-    try {
-        return step();
-    } catch (const std::exception& error) {
-        program.Platform.FaultLog.Trapped(routine, error);
-        return false;
-    }
-}
-
 /// Opens a catalogue that is in use again to local users. False, with a line in the log, when that fails.
 bool Grant(Program& program, const std::wstring& database) {
-    const auto grant = [&] { return GrantFullAccess(program, database); };
-    const bool granted = Succeeds(program, "granting access to the catalogue", grant);
+    const bool granted =
+        Attempt(program.Log, "granting access to the catalogue", [&] { return GrantFullAccess(program, database); });
     if (!granted) {
         program.Log.Write(L"upgrade", L"", L"local users got no access to " + database);
     }
@@ -68,15 +57,20 @@ bool Opens(Platform& platform, const std::wstring& database) {
     return platform.Files.Exists(database) && clsMDB(platform).Pcls_MdbOpen(database);
 }
 
-std::int16_t ReadNewDatabaseVersion(Program& program, const std::wstring& databasePath) {
-    clsMDB database(program.Platform);
-    if (!database.Pcls_MdbOpen(databasePath)) {
-        return -1;
+/// Opens the disc's new database. Throws when it has no readable version.
+std::int16_t ReadNewDatabaseVersion(clsMDB& newDatabase, const std::wstring& path) {
+    const std::int16_t version = newDatabase.Pcls_MdbOpen(path) ? ReadDatabaseVersion(newDatabase) : std::int16_t{-1};
+    if (version == -1) {
+        throw std::runtime_error("the disc's new database has no readable version");
     }
-    const std::int16_t version = ReadDatabaseVersion(database);
-    if (version != -1) {
-        (void)LoadModelOrder(database, program.ModelOrder);
-    }
+    return version;
+}
+
+/// Returns the version, so that the disc's database is open no longer than needed.
+std::int16_t ReadVersionAndModelOrder(Platform& platform, const std::wstring& newDatabase, ModelOrderList& modelOrder) {
+    clsMDB database(platform);
+    const std::int16_t version = ReadNewDatabaseVersion(database, newDatabase);
+    (void)LoadModelOrder(database, modelOrder);
     return version;
 }
 
@@ -143,13 +137,12 @@ bool FillNewDatabase(Program& program, const UpgradePaths& paths) {
 
 /// Backs the database in use up, then lets the new one take its place in one step: at every moment one of the two is
 /// there. Throws PlatformError; the database in use is then untouched.
-bool ReplaceDatabase(Program& program, const UpgradePaths& paths, UpgradeBackup& backup) {
+void ReplaceDatabase(Program& program, const UpgradePaths& paths, UpgradeBackup& backup) {
     Platform& platform = program.Platform;
     program.CatalogDb.reset();
     backup.Make();
     PauseSeconds(platform.Clock, 1);
     platform.Files.Move(paths.NewDatabaseCopy, paths.CurrentDatabase);
-    return true;
 }
 
 bool OpenCurrentDatabase(Program& program, const UpgradePaths& paths) {
@@ -167,11 +160,7 @@ bool OpenNewDatabase(Program& program, const UpgradePaths& paths) {
 /// Where the backup cannot be put back either, it stays for the next start.
 void ReturnToBackup(Program& program, const UpgradePaths& paths, UpgradeBackup& backup, bool wasGranted) {
     program.CatalogDb.reset();
-    const auto putBack = [&] {
-        backup.PutBack();
-        return true;
-    };
-    if (Succeeds(program, "putting the catalogue's backup back", putBack)) {
+    if (Attempt(program.Log, "putting the catalogue's backup back", [&] { backup.PutBack(); })) {
         if (wasGranted) {
             (void)Grant(program, paths.CurrentDatabase);
         }
@@ -189,8 +178,14 @@ bool MigrateDatabase(Program& program, const UpgradePaths& paths) {
     }
     UpgradeBackup backup(program.Platform, paths.CurrentDatabase);
     backup.Discard();
-    const auto replace = [&] { return FillNewDatabase(program, paths) && ReplaceDatabase(program, paths, backup); };
-    if (!Succeeds(program, "filling the new catalogue", replace)) {
+    const auto replace = [&] {
+        const bool filled = FillNewDatabase(program, paths);
+        if (filled) {
+            ReplaceDatabase(program, paths, backup);
+        }
+        return filled;
+    };
+    if (!Attempt(program.Log, "filling the new catalogue", replace)) {
         DiscardDatabase(program.Platform, paths.NewDatabaseCopy);
         backup.Discard();
         if (!program.CatalogDb) {
@@ -203,7 +198,7 @@ bool MigrateDatabase(Program& program, const UpgradePaths& paths) {
         granted = Grant(program, paths.CurrentDatabase);
         return granted && OpenNewDatabase(program, paths);
     };
-    if (!Succeeds(program, "opening the new catalogue", open)) {
+    if (!Attempt(program.Log, "opening the new catalogue", open)) {
         ReturnToBackup(program, paths, backup, granted);
         return false;
     }
@@ -226,19 +221,17 @@ bool IsMended(Platform& platform, const UpgradePaths& paths, UpgradeBackup& back
 }  // namespace
 
 bool CheckDatabaseVersion(Program& program) {
-    return Succeeds(program, "upgrading the catalogue", [&] {
+    return Attempt(program.Log, "upgrading the catalogue", [&] {
         const UpgradePaths paths = FormPaths(program);
-        const std::int16_t newVersion = ReadNewDatabaseVersion(program, paths.NewDatabaseSource);
-        if (newVersion == -1) {
-            throw std::runtime_error("the disc's new database has no readable version");
-        }
+        const std::int16_t newVersion =
+            ReadVersionAndModelOrder(program.Platform, paths.NewDatabaseSource, program.ModelOrder);
         const std::int16_t currentVersion = ReadCurrentDatabaseVersion(program);
         return (currentVersion >= 0 && currentVersion >= newVersion) || MigrateDatabase(program, paths);
     });
 }
 
 void RecoverInterruptedUpgrade(Program& program) {
-    (void)Succeeds(program, "mending an interrupted upgrade", [&] {
+    (void)Attempt(program.Log, "mending an interrupted upgrade", [&] {
         Platform& platform = program.Platform;
         const UpgradePaths paths = FormPaths(program);
         if (IsCopyApart(paths) && platform.Files.Exists(paths.NewDatabaseCopy)) {

@@ -1,7 +1,6 @@
 #include "install/VersionStamp.h"
 
-#include <exception>
-
+#include "app/Attempt.h"
 #include "app/Messages.h"
 #include "app/Program.h"
 #include "app/modSysParameter.h"
@@ -57,24 +56,18 @@ void ClearReadOnly(Files& files, const std::wstring& path) {
 
 bool IsVersionStamped(const Program& program, const std::wstring& version) {
     const std::wstring path = StampPath(program);
-    try {
+    return Attempt(program.Platform.FaultLog, "reading the version stamp", [&] {
         return program.Platform.Files.Exists(path) && program.Platform.Files.Read(path) == StampBytes(program, version);
-    } catch (const std::exception& error) {
-        program.Platform.FaultLog.Trapped("reading the version stamp", error);
-        return false;
-    }
+    });
 }
 
 bool WriteVersionStamp(Program& program, const std::wstring& version) {
-    try {
+    return Attempt(program.Log, "writing the version stamp", [&] {
         const std::wstring path = StampPath(program);
         ClearReadOnly(program.Platform.Files, path);
         program.Platform.Files.Write(path, StampBytes(program, version));
         return GrantFullAccess(program, path);
-    } catch (const std::exception& error) {
-        program.Log.Trapped("writing the version stamp", error);
-        return false;
-    }
+    });
 }
 
 }  // namespace mip

@@ -3,9 +3,10 @@
 #include "app/Program.h"
 
 #include <exception>
-#include <functional>
 #include <stdexcept>
+#include <string_view>
 
+#include "app/Attempt.h"
 #include "app/Messages.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
@@ -49,11 +50,7 @@ std::optional<FileTime> TimeOf(Platform& platform, const std::wstring& file) {
 
 /// An earlier run's log is in the way, but no more: the time tells it from this run's.
 void TryToDelete(Platform& platform, const std::wstring& file) {
-    try {
-        DeleteFileForced(platform, file);
-    } catch (const std::exception& error) {
-        platform.FaultLog.Trapped("deleting a setup's log", error);
-    }
+    (void)Attempt(platform.FaultLog, "deleting a setup's log", [&] { DeleteFileForced(platform, file); });
 }
 
 /// Reads the paths again, as the setup may have moved them.
@@ -83,20 +80,12 @@ bool RunLoggedSetup(Program& program, const std::wstring& commandLine, LogPlace 
     return result == 0;
 }
 
-/// Whatever a setup throws is its failure.
-bool Trapped(Program& program, const std::function<bool()>& setUp) {
-    try {
-        return setUp();
-    } catch (const std::exception& error) {
-        program.Log.Trapped("setting a program up", error);
-        return false;
-    }
-}
+constexpr std::string_view SettingUp = "setting a program up";
 
 }  // namespace
 
 bool InstallManagerProgram(Program& program, const std::wstring& setupPath) {
-    const bool installed = Trapped(program, [&] {
+    const bool installed = Attempt(program.Log, SettingUp, [&] {
         (void)RunAndWait(program.Platform, setupPath + L" /VERYSILENT /SP-");
         TakeNewPaths(program);
         const bool hasSetup = program.Platform.Files.Exists(setupPath);
@@ -112,11 +101,12 @@ bool InstallManagerProgram(Program& program, const std::wstring& setupPath) {
 }
 
 bool InstallLinkProgram(Program& program, const std::wstring& setupPath) {
-    return Trapped(program, [&] { return RunLoggedSetup(program, setupPath + L" 1", LinkLog); });
+    return Attempt(program.Log, SettingUp, [&] { return RunLoggedSetup(program, setupPath + L" 1", LinkLog); });
 }
 
 bool InstallViewerProgram(Program& program, const std::wstring& setupPath) {
-    return Trapped(program, [&] { return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", ViewerLog); });
+    return Attempt(program.Log, SettingUp,
+                   [&] { return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", ViewerLog); });
 }
 
 std::wstring ReadLastLine(Platform& platform, const std::wstring& file) {

@@ -73,14 +73,14 @@ bool InstallationDriver::RunInstallation() {
 }
 
 bool InstallationDriver::RunSteps() {
-    return Attempt(L"manager", messages::ManagerFailed, &InstallationDriver::StepManagerProgram) &&
-           Attempt(L"companions", messages::CompanionFailed, &InstallationDriver::StepCompanionPrograms) &&
-           Attempt(L"disc", messages::DiscUnreadable, &InstallationDriver::StepCatalogue) &&
-           Attempt(L"manuals", messages::ManualFailed, &InstallationDriver::StepManuals);
+    return RunStep(L"manager", messages::ManagerFailed, &InstallationDriver::StepManagerProgram) &&
+           RunStep(L"companions", messages::CompanionFailed, &InstallationDriver::StepCompanionPrograms) &&
+           RunStep(L"disc", messages::DiscUnreadable, &InstallationDriver::StepCatalogue) &&
+           RunStep(L"manuals", messages::ManualFailed, &InstallationDriver::StepManuals);
 }
 
 /// Runs one step. What it throws is its failure, with the failure's own message or the step's.
-bool InstallationDriver::Attempt(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)()) {
+bool InstallationDriver::RunStep(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)()) {
     program_.Log.SetContext(name);
     try {
         return (this->*step)();

@@ -28,7 +28,7 @@ class InstallationDriver {
 
   private:
     bool RunSteps();
-    bool Attempt(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)());
+    bool RunStep(const wchar_t* name, std::int16_t message, bool (InstallationDriver::*step)());
     bool StepManagerProgram();
     bool StepCompanionPrograms();
     bool StepCatalogue();

@@ -1,7 +1,8 @@
 #include "screens/clsSpread.h"
 
-#include <exception>
 #include <utility>
+
+#include "app/Attempt.h"
 
 namespace mip {
 
@@ -34,12 +35,8 @@ const std::vector<std::pair<const wchar_t*, GridValue>> StandardSettings{
 
 /// A control that rejects something never stops the screen: the operation ends where it is.
 template <typename Operation>
-void Trapped(FaultLog& log, Operation operation) {
-    try {
-        operation();
-    } catch (const std::exception& error) {
-        log.Trapped("working on the list", error);
-    }
+void Operate(FaultLog& log, Operation operation) {
+    (void)Attempt(log, "working on the list", operation);
 }
 
 std::int32_t Number(const SpreadGrid& grid, const wchar_t* name) {
@@ -56,7 +53,7 @@ void SetPicture(SpreadGrid& grid, const std::wstring& file) {
 
 void SetReDraw(FaultLog& log, SpreadForm& form, bool reDraw) {
     for (SpreadGrid* grid : form.SpreadGrids()) {
-        Trapped(log, [&] { grid->SetProperty(L"ReDraw", reDraw); });
+        Operate(log, [&] { grid->SetProperty(L"ReDraw", reDraw); });
     }
 }
 
@@ -65,7 +62,7 @@ void SetReDraw(FaultLog& log, SpreadForm& form, bool reDraw) {
 std::int16_t clsSpread::SpdIni(SpreadGrid& grid) {
     const std::size_t slot = FreeSlot();
     grids_[slot].Grid = &grid;
-    Trapped(log_, [&] {
+    Operate(log_, [&] {
         grids_[slot].InitialRowHeight = grid.GetProperty(L"RowHeight", 1);
         for (const auto& [name, value] : StandardSettings) {
             grid.SetProperty(name, value);
@@ -87,7 +84,7 @@ void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t co
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped(log_, [&] {
+    Operate(log_, [&] {
         grid.SetProperty(L"Row", row == Default ? 1 : row);
         grid.SetProperty(L"Col", col == Default ? 1 : col);
         grid.SetProperty(L"Row2", row2 == Default ? Number(grid, L"MaxRows") : row2);
@@ -118,7 +115,7 @@ void clsSpread::SpdItemSet(std::int16_t handle, std::int32_t row, std::int32_t c
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped(log_, [&] {
+    Operate(log_, [&] {
         grid.SetProperty(L"Row", row);
         grid.SetProperty(L"Col", col);
         grid.SetProperty(L"BackColor", colourFlag == L"0" ? LightBlue : White);
@@ -141,7 +138,7 @@ void clsSpread::SpdItemRowSet(std::int16_t handle, std::int32_t row, const std::
 std::wstring clsSpread::SpdItemGet(std::int16_t handle, std::int32_t row, std::int32_t col) const {
     std::wstring text;
     if (const RegisteredGrid* registered = Find(handle)) {
-        Trapped(log_, [&] { text = registered->Grid->GetText(col, row); });
+        Operate(log_, [&] { text = registered->Grid->GetText(col, row); });
     }
     return text;
 }
@@ -152,7 +149,7 @@ void clsSpread::SpdMaxRowsChg(std::int16_t handle, std::int32_t rows) {
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped(log_, [&] {
+    Operate(log_, [&] {
         const GridValue headerHeight = grid.GetProperty(L"RowHeight", 0);
         grid.SetProperty(L"MaxRows", rows);
         grid.SetProperty(L"RowHeight", -1, registered->InitialRowHeight);
@@ -167,7 +164,7 @@ void clsSpread::SpdCmboSet(std::int16_t handle, std::int32_t col, const std::wst
         return;
     }
     SpreadGrid& grid = *registered->Grid;
-    Trapped(log_, [&] {
+    Operate(log_, [&] {
         grid.SetProperty(L"ReDraw", false);
         grid.SetProperty(L"Col", col);
         grid.SetProperty(L"Row", row == Default ? 1 : row);
