@@ -122,4 +122,9 @@ std::int32_t CopyFolderWithProgress(Platform& platform, CopyMode mode, std::int3
     }
 }
 
+std::int32_t CountFiles(Platform& platform, const std::wstring& folder) {
+    constexpr wchar_t NoTarget[] = L"";
+    return CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, folder, NoTarget);
+}
+
 }  // namespace mip

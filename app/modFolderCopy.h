@@ -18,5 +18,7 @@ using CopyProgress = std::function<void(std::int32_t fileDone)>;
 std::int32_t CopyFolderWithProgress(Platform& platform, CopyMode mode, std::int32_t startValue,
                                     const std::wstring& sourceRoot, const std::wstring& destRoot,
                                     const CopyProgress& progress = {});
+/// The number of files in a folder and below it; -1 on failure.
+std::int32_t CountFiles(Platform& platform, const std::wstring& folder);
 
 }  // namespace mip

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "app/Attempt.h"
 #include "app/Messages.h"
 #include "app/PublicationNumber.h"
 #include "app/modFile.h"
@@ -27,6 +28,37 @@ namespace {
 constexpr wchar_t CatalogueFile[] = L"car_info.ci";
 constexpr wchar_t CatalogueSection[] = L"CAR_INFO";
 
+constexpr wchar_t DataErrorCaption[] = L"car_info.ci data Error program abort";
+constexpr wchar_t LengthErrorCaption[] = L"car_info.ci data length Error program abort";
+
+/// Why a record stops the scan: what the user gets to read.
+struct RecordError : std::runtime_error {
+    RecordError(const std::wstring& caption, const std::wstring& text)
+        : std::runtime_error(ToUtf8(text)), Caption(caption), Text(text) {}
+
+    std::wstring Caption;
+    std::wstring Text;
+};
+
+/// What is wrong with a record's data: the field and its value.
+struct DataError : std::runtime_error {
+    explicit DataError(const std::wstring& field) : std::runtime_error(ToUtf8(field)), Field(field) {}
+
+    std::wstring Field;
+};
+
+/// Whether and how a manual is installed.
+struct Decision {
+    Selection InstallFlag;
+    mip::InstallKind InstallKind;
+    mip::InstallState InstallState;
+};
+
+constexpr Decision NewManual{Selection::Candidate, InstallKind::Full, InstallState::New};
+constexpr Decision FullUpdate{Selection::Candidate, InstallKind::Full, InstallState::Update};
+constexpr Decision DifferentialUpdate{Selection::Candidate, InstallKind::Differential, InstallState::Update};
+constexpr Decision UpToDate{Selection::UpToDate, InstallKind::Undecided, InstallState::Nothing};
+
 std::wstring RecordFolder(const Program& program, const std::wstring& folderName) {
     return JoinPath(program.Paths.DiscRootPath, folderName);
 }
@@ -35,45 +67,24 @@ std::wstring CatalogueFilePath(const Program& program, const std::wstring& folde
     return JoinPath(RecordFolder(program, folderName), CatalogueFile);
 }
 
-/// What is wrong with a record's data: the field and its value, as the user gets to read it.
-class RecordError : public std::runtime_error {
-  public:
-    explicit RecordError(const std::wstring& field) : std::runtime_error(ToUtf8(field)), field_(field) {}
-
-    const std::wstring& Field() const { return field_; }
-
-  private:
-    std::wstring field_;
-};
-
-void StopScan(DiscCatalogue& catalogue, const std::wstring& caption, const std::wstring& text) {
-    catalogue.CatalogueErrorCaption = caption;
-    catalogue.CatalogueErrorText = text;
-    catalogue.CatalogueErrorFlag = true;
+std::wstring ErrorText(const std::wstring& pubNo, const std::wstring& detail) {
+    return L"PubNo = " + pubNo + L" [ " + detail + L" ]";
 }
 
-void StopForDatabase(Program& program) {
-    StopScan(program.DiscCatalogue, GetMessageText(program, messages::DatabaseNotOpened),
-             GetMessageText(program, messages::WhatNow));
-}
-
-/// The profile services take a file that cannot be read for an empty one. Throws RecordError for it.
+/// The profile services take a file that cannot be read for an empty one. Throws DataError for it.
 void CheckReadable(Platform& platform, const std::wstring& file) {
     try {
         (void)platform.Files.Read(file);
     } catch (const PlatformError& error) {
         platform.FaultLog.Trapped("reading car_info.ci", error);
-        throw RecordError(L"car_info.ci cannot be read");
+        throw DataError(L"car_info.ci cannot be read");
     }
 }
 
-/// Throws RecordError when the file cannot be read; what it lacks is empty.
-void ReadCatalogueFile(const Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
-    const std::wstring file = CatalogueFilePath(program, folderName);
-    CheckReadable(program.Platform, file);
-    const auto value = [&](const wchar_t* key) {
-        return GetProfileValue(program.Platform, file, CatalogueSection, key);
-    };
+/// Fills the file's nine values in; what the file lacks is empty. Throws DataError when it cannot be read.
+void ReadCatalogueFile(Platform& platform, const std::wstring& file, DiscCatalogueRecord& record) {
+    CheckReadable(platform, file);
+    const auto value = [&](const wchar_t* key) { return GetProfileValue(platform, file, CatalogueSection, key); };
     record.Pub_No = value(L"Pub_No");
     record.Version = value(L"Version");
     record.Model_desc = value(L"Model_desc");
@@ -83,6 +94,16 @@ void ReadCatalogueFile(const Program& program, const std::wstring& folderName, D
     record.Year = value(L"Year");
     record.Kubun = value(L"Kubun");
     record.Country = value(L"Country");
+}
+
+/// Looks a publication up. Throws RecordError when the catalogue does not answer.
+Lookup FindEdition(Program& program, const std::wstring& pubNo) {
+    Lookup edition = FindInstalledRecord(program, pubNo);
+    if (edition.Failed()) {
+        throw RecordError(GetMessageText(program, messages::DatabaseNotOpened),
+                          GetMessageText(program, messages::WhatNow));
+    }
+    return edition;
 }
 
 /// Whether the folder holds a PDF or an archive, and where its content lies.
@@ -109,58 +130,67 @@ bool IsUsable(Platform& platform, const InstalledRecord& installed) {
 /// A disc may bring, for the next version only, the files that differ. They fit when the manual kept its form.
 bool HasDifferences(Platform& platform, const DiscCatalogueRecord& record, const InstalledRecord& installed) {
     return record.PdfForm == ManualForm::Archive && installed.InstalledPdfForm == ManualForm::Archive &&
-           CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, record.ComparePath, installed.INSPath) > 0;
+           CountFiles(platform, record.ComparePath) > 0;
 }
 
 std::int16_t VersionNumber(const wchar_t* field, const std::wstring& version) {
     try {
         return TextToInt16(version);
     } catch (const std::exception&) {
-        throw RecordError(field + (L" = " + version));
+        throw DataError(field + (L" = " + version));
     }
 }
 
-/// How many versions the disc is ahead. Throws RecordError when a version, or the difference, is no 16-bit number.
+/// How many versions the disc is ahead. Throws DataError when a version, or the difference, is no 16-bit number.
 std::int16_t VersionsAhead(const std::wstring& onDisc, const std::wstring& installed) {
     const std::int16_t discVersion = VersionNumber(L"Version", onDisc);
     const std::int16_t installedVersion = VersionNumber(L"installed Version", installed);
     try {
         return Subtract16(discVersion, installedVersion);
     } catch (const OverflowError&) {
-        throw RecordError(L"Version = " + onDisc + L", installed Version = " + installed);
+        throw DataError(L"Version = " + onDisc + L", installed Version = " + installed);
     }
 }
 
-/// Compares with a usable installed copy. False when that is as new or newer. Throws RecordError.
-bool ClassifyUpdate(Platform& platform, const InstalledRecord& installed, DiscCatalogueRecord& record) {
-    const std::int16_t difference = VersionsAhead(record.Version, installed.Version);
-    if (difference <= 0) {
-        record.InstallFlag = Selection::UpToDate;
-        return false;
-    }
-    const bool differential = difference == 1 && HasDifferences(platform, record, installed);
-    record.InstallKind = differential ? InstallKind::Differential : InstallKind::Full;
-    record.InstallState = InstallState::Update;
-    return true;
-}
-
-/// Decides whether and how a valid record is installed, by what is installed of it.
-void Classify(Program& program, const std::wstring& folderName, const Lookup& edition, DiscCatalogueRecord& record) {
-    record.DoneFlag = false;
-    record.InstallFlag = Selection::Candidate;
-    record.InstallState = InstallState::Nothing;
-    const InstalledRecord& installed = edition.Record;
+/// Decides by what is installed of a valid record's publication. Throws DataError.
+Decision Classify(Platform& platform, const DiscCatalogueRecord& record, const Lookup& edition) {
     if (!edition.Found()) {
-        record.InstallKind = InstallKind::Full;
-        record.InstallState = InstallState::New;
-    } else if (!IsUsable(program.Platform, installed)) {
-        record.InstallKind = InstallKind::Full;
-        record.InstallState = InstallState::Update;
-    } else if (!ClassifyUpdate(program.Platform, installed, record)) {
-        return;
+        return NewManual;
     }
-    record.InstalledPath = installed.INSPath;
-    record.FolderName = folderName;
+    if (!IsUsable(platform, edition.Record)) {
+        return FullUpdate;
+    }
+    const std::int16_t ahead = VersionsAhead(record.Version, edition.Record.Version);
+    if (ahead <= 0) {
+        return UpToDate;
+    }
+    return ahead == 1 && HasDifferences(platform, record, edition.Record) ? DifferentialUpdate : FullUpdate;
+}
+
+/// Fills a record of the catalogue; as far as it has come it stays there. Throws RecordError, DataError and others.
+void FillRecord(Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
+    record.InstallFlag = Selection::Candidate;
+    ReadCatalogueFile(program.Platform, CatalogueFilePath(program, folderName), record);
+    record.OrderNo = FindOrderNo(program.ModelOrder, record.Model_ID);
+    const std::wstring lengthError = ValidateCatalogueRecord(program.Settings.Columns, record);
+    if (!lengthError.empty()) {
+        throw RecordError(LengthErrorCaption, lengthError);
+    }
+    const Lookup edition = FindEdition(program, record.Pub_No);
+    LocateContent(program, folderName, record);
+    record.InstallState = InstallState::Nothing;
+    const Decision decision = Classify(program.Platform, record, edition);
+    record.InstallFlag = decision.InstallFlag;
+    record.InstallKind = decision.InstallKind;
+    record.InstallState = decision.InstallState;
+    if (record.InstallFlag == Selection::Candidate) {
+        record.InstalledPath = edition.Record.INSPath;
+        record.FolderName = folderName;
+    }
+    if (IsSupersededPublication(program, record.Pub_No)) {
+        record.InstallFlag = Selection::Superseded;
+        record.InstallState = InstallState::Nothing;
+    }
 }
 
 /// Names of the disc's folders that hold a catalogue file. Throws PlatformError.
@@ -174,71 +204,49 @@ std::vector<std::wstring> ListManualFolders(const Program& program) {
     return folders;
 }
 
-void StopForData(DiscCatalogue& catalogue, const std::wstring& detail) {
-    StopScan(catalogue, L"car_info.ci data Error program abort",
-             L"PubNo = " + catalogue.Records.back().Pub_No + L" [ " + detail + L" ]");
-}
-
-/// Reads one folder. False when the scan must stop there; the log then names the folder, which not every text does.
-bool ScanFolder(Program& program, const std::wstring& folder) {
+/// Stops the scan at the last record. The log names the folder, which not every text does.
+void StopScan(Program& program, const std::wstring& folderName, const RecordError& error) {
     DiscCatalogue& catalogue = program.DiscCatalogue;
-    try {
-        ReadCatalogueRecord(program, folder);
-    } catch (const RecordError& error) {
-        StopForData(catalogue, folder + L": " + error.Field());
-    } catch (const std::exception& error) {
-        program.Platform.FaultLog.Trapped("classifying a manual of the disc", error);
-        StopForData(catalogue, folder);
-    }
-    if (!catalogue.CatalogueErrorFlag) {
-        return true;
-    }
-    program.Log.Write(L"disc", catalogue.Records.back().Pub_No, folder + L": " + catalogue.CatalogueErrorText);
-    return false;
+    catalogue.CatalogueErrorCaption = error.Caption;
+    catalogue.CatalogueErrorText = error.Text;
+    catalogue.CatalogueErrorFlag = true;
+    program.Log.Write(L"disc", catalogue.Records.back().Pub_No, folderName + L": " + error.Text);
 }
 
 }  // namespace
 
 bool ScanDiscCatalogue(Program& program) {
     program.DiscCatalogue.Clear();
-    try {
-        const std::vector<std::wstring> folders = ListManualFolders(program);
-        return std::ranges::all_of(folders, [&](const std::wstring& folder) { return ScanFolder(program, folder); });
-    } catch (const std::exception& error) {
-        program.Platform.FaultLog.Trapped("listing the disc's folders", error);
-        return false;
-    }
+    return Attempt(program.Log, "listing the disc's folders", [&] {
+        return std::ranges::all_of(ListManualFolders(program),
+                                   [&](const std::wstring& folder) { return ReadCatalogueRecord(program, folder); });
+    });
 }
 
-void ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
-    DiscCatalogue& catalogue = program.DiscCatalogue;
-    DiscCatalogueRecord& record = catalogue.Records.emplace_back();
-    record.InstallFlag = Selection::Candidate;
-    ReadCatalogueFile(program, folderName, record);
-    record.OrderNo = FindOrderNo(program.ModelOrder, record.Model_ID);
-    if (!ValidateCatalogueRecord(program.Settings.Columns, record, catalogue)) {
-        catalogue.CatalogueErrorFlag = true;
-        return;
+bool ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
+    DiscCatalogueRecord& record = program.DiscCatalogue.Records.emplace_back();
+    const auto dataError = [&](const std::wstring& detail) {
+        return RecordError(DataErrorCaption, ErrorText(record.Pub_No, detail));
+    };
+    try {
+        FillRecord(program, folderName, record);
+        return true;
+    } catch (const RecordError& error) {
+        StopScan(program, folderName, error);
+    } catch (const DataError& error) {
+        StopScan(program, folderName, dataError(folderName + L": " + error.Field));
+    } catch (const std::exception& error) {
+        program.Log.Trapped("classifying a manual of the disc", error);
+        StopScan(program, folderName, dataError(folderName));
     }
-    const Lookup edition = FindInstalledRecord(program, record.Pub_No);
-    if (edition.Failed()) {
-        StopForDatabase(program);
-        return;
-    }
-    LocateContent(program, folderName, record);
-    Classify(program, folderName, edition, record);
-    if (IsSupersededPublication(program, catalogue.LastIndex())) {
-        record.InstallFlag = Selection::Superseded;
-        record.InstallState = InstallState::Nothing;
-    }
+    return false;
 }
 
 bool HasCatalogueFile(const Program& program, const std::wstring& folderName) {
     return program.Platform.Files.Exists(CatalogueFilePath(program, folderName));
 }
 
-bool ValidateCatalogueRecord(const ColumnLengths& lengths, const DiscCatalogueRecord& record,
-                             DiscCatalogue& catalogue) {
+std::wstring ValidateCatalogueRecord(const ColumnLengths& lengths, const DiscCatalogueRecord& record) {
     struct Field {
         const wchar_t* Name;
         const std::wstring& Value;
@@ -256,14 +264,11 @@ bool ValidateCatalogueRecord(const ColumnLengths& lengths, const DiscCatalogueRe
                             {L"Ldup", record.Ldup, lengths.Ldup}};
     for (const Field& field : fields) {
         if (!CheckFieldLength(field.Value, field.Maximum, field.EmptyAllowed)) {
-            catalogue.CatalogueErrorCaption = L"car_info.ci data length Error program abort";
             // The length is that of the value as it stands in the file, blanks included.
-            catalogue.CatalogueErrorText = L"PubNo = " + record.Pub_No + L" [ " + field.Name + L" length = " +
-                                           std::to_wstring(field.Value.size()) + L" ]";
-            return false;
+            return ErrorText(record.Pub_No, field.Name + (L" length = " + std::to_wstring(field.Value.size())));
         }
     }
-    return true;
+    return {};
 }
 
 bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool emptyAllowed) {
@@ -271,19 +276,9 @@ bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool empt
     return length <= maximum && (length > 0 || emptyAllowed);
 }
 
-bool IsSupersededPublication(Program& program, std::int16_t recordNumber) {
-    const auto& record = program.DiscCatalogue.Records.at(static_cast<std::size_t>(recordNumber));
-    MdbStatus status = MdbEnd;
-    for (const std::wstring& later : LaterEditionsOf(record.Pub_No)) {
-        status = FindInstalledRecord(program, later).Status;
-        if (status != MdbEnd) {
-            break;
-        }
-    }
-    if (status == MdbError) {
-        StopForDatabase(program);
-    }
-    return status == MdbOk;
+bool IsSupersededPublication(Program& program, const std::wstring& pubNo) {
+    return std::ranges::any_of(LaterEditionsOf(pubNo),
+                               [&](const std::wstring& later) { return FindEdition(program, later).Found(); });
 }
 
 }  // namespace mip
