@@ -51,24 +51,23 @@ bool IsWithin(const std::wstring& inner, const std::wstring& outer) {
     return !outer.empty() && WithEndingBackslash(inner).starts_with(WithEndingBackslash(outer));
 }
 
-bool IsWithinSystem(const Program& program, const std::wstring& folder) {
-    return IsWithin(folder, program.Platform.Shell.SpecialFolder(WindowsFolder)) ||
-           IsWithin(folder, program.Paths.SystemDrive + L"\\Windows");
+bool IsWithinSystem(Platform& platform, const Paths& paths, const std::wstring& folder) {
+    return IsWithin(folder, platform.Shell.SpecialFolder(WindowsFolder)) ||
+           IsWithin(folder, paths.SystemDrive + L"\\Windows");
 }
 
-std::vector<std::wstring> Homes(const Program& program) {
-    const Paths& paths = program.Paths;
+std::vector<std::wstring> Homes(Platform& platform, const Paths& paths) {
     std::vector<std::wstring> homes{paths.ProgramFolder, paths.ProgramPath,    paths.ProgramFilesDir,
                                     paths.InstallDir,    paths.LinkFolderPath, paths.ViewerInstallDir,
                                     paths.UnZipTempPath, L"C:\\man_info"};
     for (const int number : SharedHomes) {
-        homes.push_back(program.Platform.Shell.SpecialFolder(number));
+        homes.push_back(platform.Shell.SpecialFolder(number));
     }
     return homes;
 }
 
-bool WasMadeByThisRun(const Program& program, const std::wstring& folder) {
-    return std::ranges::any_of(program.Installation.MadeFolders,
+bool WasMadeByThisRun(const Installation& run, const std::wstring& folder) {
+    return std::ranges::any_of(run.MadeFolders,
                                [&](const std::wstring& made) { return ToUpper(made) == ToUpper(folder); });
 }
 
@@ -89,27 +88,29 @@ bool IsPlainPath(const std::wstring& path) {
     return true;
 }
 
-bool IsRootForManuals(const Program& program, const std::wstring& folder) {
+bool IsRootForManuals(Platform& platform, const Paths& paths, const std::wstring& folder) {
     const std::wstring trimmed = folder.ends_with(L'\\') ? folder.substr(0, folder.size() - 1) : folder;
     const std::size_t root = RootLength(trimmed);
-    return (IsPlainPath(trimmed) || (root != 0 && root == trimmed.size())) && !IsWithinSystem(program, trimmed);
+    return (IsPlainPath(trimmed) || (root != 0 && root == trimmed.size())) && !IsWithinSystem(platform, paths, trimmed);
 }
 
 std::wstring WhyLeftAlone(const Program& program, const std::wstring& folder) {
     if (!IsPlainPath(folder)) {
         return L"not the path of a folder below a drive";
     }
-    if (IsWithinSystem(program, folder)) {
+    if (IsWithinSystem(program.Platform, program.Paths, folder)) {
         return L"within the system's folder";
     }
-    if (std::ranges::any_of(Homes(program), [&](const std::wstring& home) { return IsWithin(home, folder); })) {
+    if (std::ranges::any_of(Homes(program.Platform, program.Paths),
+                            [&](const std::wstring& home) { return IsWithin(home, folder); })) {
         return L"holds folders of the system or of programs";
     }
     Folders& folders = program.Platform.Folders;
     if (folders.IsLink(folder)) {
         return L"a link to another folder";
     }
-    const bool isManual = folders.Exists(JoinPath(folder, L"contents")) || WasMadeByThisRun(program, folder);
+    const bool isManual =
+        folders.Exists(JoinPath(folder, L"contents")) || WasMadeByThisRun(program.Installation, folder);
     return isManual || !folders.Exists(folder) ? L"" : L"no folder of a manual";
 }
 

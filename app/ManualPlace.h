@@ -4,6 +4,8 @@
 
 namespace mip {
 
+struct Paths;
+struct Platform;
 struct Program;
 
 /// The catalogue is writable by every user of the computer, and this program runs with an administrator's rights: a
@@ -15,7 +17,7 @@ bool IsPlainPath(const std::wstring& path);
 
 /// True when manual folders may be made in the folder: a plain path or a drive's root, and not within the system's own
 /// folder.
-bool IsRootForManuals(const Program& program, const std::wstring& folder);
+bool IsRootForManuals(Platform& platform, const Paths& paths, const std::wstring& folder);
 
 /// Why a folder that a row names is neither removed nor opened to users, in English; "" for a place for a manual: a
 /// plain path, not within the system's folder, holding none of the folders that the system or the programs live in, no

@@ -1,5 +1,7 @@
 #include "app/modFile.h"
 
+#include <stdexcept>
+
 #include "app/Program.h"
 #include "app/modShell.h"
 #include "platform/Clock.h"
@@ -60,14 +62,14 @@ std::wstring TrimFolderPath(const std::wstring& path) {
     return path.ends_with(L'\\') || afterColon ? path.substr(0, path.size() - 1) : path;
 }
 
-void ClearFolder(Program& program, const std::wstring& folder) {
-    if (program.Platform.Folders.Exists(folder)) {
-        if (IsEmptyFolder(program.Platform, folder)) {
+void ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder) {
+    if (platform.Folders.Exists(folder)) {
+        if (IsEmptyFolder(platform, folder)) {
             return;
         }
-        RemoveFolder(program, folder);
+        RemoveFolder(platform, paths, folder);
     }
-    MakeFolder(program.Platform, folder);
+    MakeFolder(platform, folder);
 }
 
 bool IsEmptyFolder(Platform& platform, const std::wstring& folder) {
@@ -79,12 +81,13 @@ bool IsEmptyFolder(Platform& platform, const std::wstring& folder) {
     }
 }
 
-bool RemoveFolder(Program& program, const std::wstring& folder) {
+bool RemoveFolder(Platform& platform, const Paths& paths, const std::wstring& folder) {
     if (folder.find(L'"') != std::wstring::npos) {
-        program.Log.Write(L"left alone", L"", folder + L": a quote ends the batch file's argument");
+        const std::invalid_argument error("a quote ends the batch file's argument: " + ToUtf8(folder));
+        platform.FaultLog.Trapped("removing a folder", error);
         return false;
     }
-    return RunAndWait(program.Platform, program.Paths.RmDirBatPath + L" \"" + folder + L"\"");
+    return RunAndWait(platform, paths.RmDirBatPath + L" \"" + folder + L"\"");
 }
 
 bool MakeFolder(Platform& platform, const std::wstring& folder) {

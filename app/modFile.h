@@ -7,7 +7,7 @@
 
 namespace mip {
 
-struct Program;
+struct Paths;
 
 /// The current user's log-on name, "" when it cannot be had.
 std::wstring GetLoginUserName(Platform& platform);
@@ -22,12 +22,12 @@ std::wstring TrimFolderPath(const std::wstring& path);
 
 /// Empties a folder by the removal batch file and creates it again; an empty one stays as it is. Errors are ignored:
 /// IsEmptyFolder tells.
-void ClearFolder(Program& program, const std::wstring& folder);
+void ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
 /// True for a folder that holds nothing, links included; false also when it cannot be listed.
 bool IsEmptyFolder(Platform& platform, const std::wstring& folder);
 /// Removes a folder by the removal batch file and waits; true when the batch file could be run. A path with a quote,
 /// which no folder has, is not handed to it.
-bool RemoveFolder(Program& program, const std::wstring& folder);
+bool RemoveFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
 /// Creates one folder level; false when that fails.
 bool MakeFolder(Platform& platform, const std::wstring& folder);
 /// Creates every missing level. Throws PlatformError.

@@ -9,17 +9,17 @@ std::wstring GetManualPdfPath(const std::wstring& manualFolder, const std::wstri
     return manualFolder + L"\\contents\\" + pdfName + L".pdf";
 }
 
-std::wstring GetRootedManualPdfPath(const Program& program, const std::wstring& manualFolder,
-                                    const std::wstring& pdfName) {
-    return GetManualPdfPath(program.Paths.DiscRootPath + manualFolder, pdfName);
+std::wstring GetRootedManualPdfPath(const Paths& paths, const std::wstring& manualFolder, const std::wstring& pdfName) {
+    return GetManualPdfPath(paths.DiscRootPath + manualFolder, pdfName);
 }
 
 bool ManualPdfExists(Platform& platform, const std::wstring& manualFolder, const std::wstring& pdfName) {
     return platform.Files.Exists(GetManualPdfPath(manualFolder, pdfName));
 }
 
-bool RootedManualPdfExists(const Program& program, const std::wstring& manualFolder, const std::wstring& pdfName) {
-    return program.Platform.Files.Exists(GetRootedManualPdfPath(program, manualFolder, pdfName));
+bool RootedManualPdfExists(Platform& platform, const Paths& paths, const std::wstring& manualFolder,
+                           const std::wstring& pdfName) {
+    return platform.Files.Exists(GetRootedManualPdfPath(paths, manualFolder, pdfName));
 }
 
 }  // namespace mip

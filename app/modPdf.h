@@ -6,14 +6,14 @@
 
 namespace mip {
 
-struct Program;
+struct Paths;
 
 /// manual folder\contents\name.pdf
 std::wstring GetManualPdfPath(const std::wstring& manualFolder, const std::wstring& pdfName);
 /// The same below the disc root; `manualFolder` is the folder's name there.
-std::wstring GetRootedManualPdfPath(const Program& program, const std::wstring& manualFolder,
-                                    const std::wstring& pdfName);
+std::wstring GetRootedManualPdfPath(const Paths& paths, const std::wstring& manualFolder, const std::wstring& pdfName);
 bool ManualPdfExists(Platform& platform, const std::wstring& manualFolder, const std::wstring& pdfName);
-bool RootedManualPdfExists(const Program& program, const std::wstring& manualFolder, const std::wstring& pdfName);
+bool RootedManualPdfExists(Platform& platform, const Paths& paths, const std::wstring& manualFolder,
+                           const std::wstring& pdfName);
 
 }  // namespace mip

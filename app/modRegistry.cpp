@@ -13,42 +13,38 @@ namespace {
 
 constexpr std::size_t LongestValue = 255;
 
-std::wstring ReadMachineValue(const Program& program, const wchar_t* key, const wchar_t* valueName) {
-    return ReadRegistryString(program.Platform.Registry, Hive::LocalMachine, key, valueName);
+std::wstring ReadMachineValue(Platform& platform, const wchar_t* key, const wchar_t* valueName) {
+    return ReadRegistryString(platform.Registry, Hive::LocalMachine, key, valueName);
 }
 
-void ReadDiagnosticProgram(Program& program) {
-    Paths& paths = program.Paths;
-    paths.ProgramPath = ReadMachineValue(program, L"SOFTWARE\\VANTOR\\Korvex", L"ProgramPath");
+void ReadDiagnosticProgram(Platform& platform, Paths& paths) {
+    paths.ProgramPath = ReadMachineValue(platform, L"SOFTWARE\\VANTOR\\Korvex", L"ProgramPath");
     paths.ProgramFilesDir =
-        ReadMachineValue(program, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir");
-    paths.SystemDrive = program.Platform.Volumes.DriveName(paths.ProgramFilesDir);
+        ReadMachineValue(platform, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir");
+    paths.SystemDrive = platform.Volumes.DriveName(paths.ProgramFilesDir);
     paths.LinkManualPath = JoinPath(paths.ProgramPath, L"Link\\Manual");
     paths.LinkPath = JoinPath(paths.ProgramPath, L"Link");
 }
 
 /// Without the diagnostic program the path has no drive, and no folder is made for it.
-void MakeLinkFolder(Program& program) {
-    const Paths& paths = program.Paths;
-    if (!paths.ProgramPath.empty() && !program.Platform.Folders.Exists(paths.LinkPath)) {
-        MakeFolder(program.Platform, paths.LinkPath);
+void MakeLinkFolder(Platform& platform, const Paths& paths) {
+    if (!paths.ProgramPath.empty() && !platform.Folders.Exists(paths.LinkPath)) {
+        MakeFolder(platform, paths.LinkPath);
     }
 }
 
-void ReadViewer(Program& program) {
-    Paths& paths = program.Paths;
-    paths.ViewerInstallDir = ReadMachineValue(program, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir");
+void ReadViewer(Platform& platform, const std::wstring& languageCode, Paths& paths) {
+    paths.ViewerInstallDir = ReadMachineValue(platform, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir");
     if (paths.ViewerInstallDir.empty()) {
-        const bool isJapanese = program.Identity.LanguageCode == L"11";
+        const bool isJapanese = languageCode == L"11";
         paths.ViewerInstallDir =
             JoinPath(isJapanese ? L"C:\\Program Files" : paths.ProgramFilesDir, L"Vantor\\Korvex\\View");
     }
     paths.ViewerExePath = JoinPath(paths.ViewerInstallDir, L"VBrowser.exe");
 }
 
-void ReadManualLibrary(Program& program) {
-    Paths& paths = program.Paths;
-    paths.ManualInstallDir = ReadMachineValue(program, L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir");
+void ReadManualLibrary(Platform& platform, Paths& paths) {
+    paths.ManualInstallDir = ReadMachineValue(platform, L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir");
     paths.LinkFolderPath = JoinPath(paths.ProgramFilesDir, L"Vantor\\Korvex\\Link");
     paths.InstallDir = paths.ManualInstallDir;
     paths.UnZipTempPath = JoinPath(paths.ManualInstallDir, L"UnZipTemp");
@@ -61,19 +57,19 @@ std::wstring ReadRegistryString(Registry& registry, Hive hive, const std::wstrin
     return CutAtNul(value).substr(0, LongestValue);
 }
 
-void ReadInstallPaths(Program& program) {
-    ReadDiagnosticProgram(program);
-    MakeLinkFolder(program);
-    ReadViewer(program);
-    ReadManualLibrary(program);
+void ReadInstallPaths(Platform& platform, const std::wstring& languageCode, Paths& paths) {
+    ReadDiagnosticProgram(platform, paths);
+    MakeLinkFolder(platform, paths);
+    ReadViewer(platform, languageCode, paths);
+    ReadManualLibrary(platform, paths);
 }
 
-bool RereadInstallPaths(Program& program) {
-    const Paths before = program.Paths;
-    ReadInstallPaths(program);
+bool RereadInstallPaths(Platform& platform, const std::wstring& languageCode, Paths& paths) {
+    const Paths before = paths;
+    ReadInstallPaths(platform, languageCode, paths);
     for (const auto path : {&Paths::ProgramPath, &Paths::ProgramFilesDir, &Paths::ManualInstallDir}) {
-        if ((program.Paths.*path).empty() && !(before.*path).empty()) {
-            program.Paths = before;
+        if ((paths.*path).empty() && !(before.*path).empty()) {
+            paths = before;
             return false;
         }
     }

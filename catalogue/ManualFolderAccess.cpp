@@ -46,9 +46,9 @@ void SecureInstalledManual(Program& program, clsMDB& database, const InstalledRe
         static_cast<void>(ReregisterInstallPath(database, manual.Pub_No, variant));
     }
     const std::wstring& folder = variant.empty() ? manual.INSPath : variant;
-    if (platform.Folders.Exists(folder) && IsNtfsVolume(platform, folder) && !UsersHaveModifyAccess(program, folder) &&
-        MayTouchFolder(program, folder)) {
-        static_cast<void>(GrantModifyToUsers(program, folder));
+    if (platform.Folders.Exists(folder) && IsNtfsVolume(platform, folder) &&
+        !UsersHaveModifyAccess(platform, program.Identity, folder) && MayTouchFolder(program, folder)) {
+        static_cast<void>(GrantModifyToUsers(platform, program.Identity, folder));
     }
 }
 

@@ -59,12 +59,12 @@ constexpr Decision FullUpdate{Selection::Candidate, InstallKind::Full, InstallSt
 constexpr Decision DifferentialUpdate{Selection::Candidate, InstallKind::Differential, InstallState::Update};
 constexpr Decision UpToDate{Selection::UpToDate, InstallKind::Undecided, InstallState::Nothing};
 
-std::wstring RecordFolder(const Program& program, const std::wstring& folderName) {
-    return JoinPath(program.Paths.DiscRootPath, folderName);
+std::wstring RecordFolder(const Paths& paths, const std::wstring& folderName) {
+    return JoinPath(paths.DiscRootPath, folderName);
 }
 
-std::wstring CatalogueFilePath(const Program& program, const std::wstring& folderName) {
-    return JoinPath(RecordFolder(program, folderName), CatalogueFile);
+std::wstring CatalogueFilePath(const Paths& paths, const std::wstring& folderName) {
+    return JoinPath(RecordFolder(paths, folderName), CatalogueFile);
 }
 
 std::wstring ErrorText(const std::wstring& pubNo, const std::wstring& detail) {
@@ -107,9 +107,10 @@ Lookup FindEdition(Program& program, const std::wstring& pubNo) {
 }
 
 /// Whether the folder holds a PDF or an archive, and where its content lies.
-void LocateContent(const Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
-    const std::wstring folder = RecordFolder(program, folderName);
-    if (RootedManualPdfExists(program, folderName, record.Pub_No)) {
+void LocateContent(Platform& platform, const Paths& paths, const std::wstring& folderName,
+                   DiscCatalogueRecord& record) {
+    const std::wstring folder = RecordFolder(paths, folderName);
+    if (RootedManualPdfExists(platform, paths, folderName, record.Pub_No)) {
         record.SourcePath = folder;
         record.PdfForm = ManualForm::Pdf;
     } else {
@@ -170,14 +171,14 @@ Decision Classify(Platform& platform, const DiscCatalogueRecord& record, const L
 /// Fills a record of the catalogue; as far as it has come it stays there. Throws RecordError, DataError and others.
 void FillRecord(Program& program, const std::wstring& folderName, DiscCatalogueRecord& record) {
     record.InstallFlag = Selection::Candidate;
-    ReadCatalogueFile(program.Platform, CatalogueFilePath(program, folderName), record);
+    ReadCatalogueFile(program.Platform, CatalogueFilePath(program.Paths, folderName), record);
     record.OrderNo = FindOrderNo(program.ModelOrder, record.Model_ID);
     const std::wstring lengthError = ValidateCatalogueRecord(program.Settings.Columns, record);
     if (!lengthError.empty()) {
         throw RecordError(LengthErrorCaption, lengthError);
     }
     const Lookup edition = FindEdition(program, record.Pub_No);
-    LocateContent(program, folderName, record);
+    LocateContent(program.Platform, program.Paths, folderName, record);
     record.InstallState = InstallState::Nothing;
     const Decision decision = Classify(program.Platform, record, edition);
     record.InstallFlag = decision.InstallFlag;
@@ -194,10 +195,10 @@ void FillRecord(Program& program, const std::wstring& folderName, DiscCatalogueR
 }
 
 /// Names of the disc's folders that hold a catalogue file. Throws PlatformError.
-std::vector<std::wstring> ListManualFolders(const Program& program) {
+std::vector<std::wstring> ListManualFolders(Platform& platform, const Paths& paths) {
     std::vector<std::wstring> folders;
-    for (const std::wstring& name : program.Platform.Folders.List(program.Paths.DiscRootPath).Subfolders) {
-        if (HasCatalogueFile(program, name)) {
+    for (const std::wstring& name : platform.Folders.List(paths.DiscRootPath).Subfolders) {
+        if (HasCatalogueFile(platform, paths, name)) {
             folders.push_back(name);
         }
     }
@@ -218,7 +219,7 @@ void StopScan(Program& program, const std::wstring& folderName, const RecordErro
 bool ScanDiscCatalogue(Program& program) {
     program.DiscCatalogue.Clear();
     return Attempt(program.Log, "listing the disc's folders", [&] {
-        return std::ranges::all_of(ListManualFolders(program),
+        return std::ranges::all_of(ListManualFolders(program.Platform, program.Paths),
                                    [&](const std::wstring& folder) { return ReadCatalogueRecord(program, folder); });
     });
 }
@@ -242,8 +243,8 @@ bool ReadCatalogueRecord(Program& program, const std::wstring& folderName) {
     return false;
 }
 
-bool HasCatalogueFile(const Program& program, const std::wstring& folderName) {
-    return program.Platform.Files.Exists(CatalogueFilePath(program, folderName));
+bool HasCatalogueFile(Platform& platform, const Paths& paths, const std::wstring& folderName) {
+    return platform.Files.Exists(CatalogueFilePath(paths, folderName));
 }
 
 std::wstring ValidateCatalogueRecord(const ColumnLengths& lengths, const DiscCatalogueRecord& record) {

@@ -45,8 +45,8 @@ bool IsCopyApart(const UpgradePaths& paths) {
 
 /// Opens a catalogue that is in use again to local users. False, with a line in the log, when that fails.
 bool Grant(Program& program, const std::wstring& database) {
-    const bool granted =
-        Attempt(program.Log, "granting access to the catalogue", [&] { return GrantFullAccess(program, database); });
+    const bool granted = Attempt(program.Log, "granting access to the catalogue",
+                                 [&] { return GrantFullAccess(program.Platform, program.Identity, database); });
     if (!granted) {
         program.Log.Write(L"upgrade", L"", L"local users got no access to " + database);
     }
@@ -57,7 +57,7 @@ bool Opens(Platform& platform, const std::wstring& database) {
     return platform.Files.Exists(database) && clsMDB(platform).Pcls_MdbOpen(database);
 }
 
-/// Opens the disc's new database. Throws when it has no readable version.
+/// Opens the disc's new database and returns its version. Throws when there is none to be read.
 std::int16_t ReadNewDatabaseVersion(clsMDB& newDatabase, const std::wstring& path) {
     const std::int16_t version = newDatabase.Pcls_MdbOpen(path) ? ReadDatabaseVersion(newDatabase) : std::int16_t{-1};
     if (version == -1) {
@@ -66,7 +66,8 @@ std::int16_t ReadNewDatabaseVersion(clsMDB& newDatabase, const std::wstring& pat
     return version;
 }
 
-/// Returns the version, so that the disc's database is open no longer than needed.
+/// What the check needs of the disc's database, which is then closed again: its version, which is returned, and the
+/// model order. Throws as above.
 std::int16_t ReadVersionAndModelOrder(Platform& platform, const std::wstring& newDatabase, ModelOrderList& modelOrder) {
     clsMDB database(platform);
     const std::int16_t version = ReadNewDatabaseVersion(database, newDatabase);
@@ -74,8 +75,8 @@ std::int16_t ReadVersionAndModelOrder(Platform& platform, const std::wstring& ne
     return version;
 }
 
-std::int16_t ReadCurrentDatabaseVersion(Program& program) {
-    return program.CatalogDb ? ReadDatabaseVersion(*program.CatalogDb) : std::int16_t{-1};
+std::int16_t ReadCurrentDatabaseVersion(clsMDB* database) {
+    return database != nullptr ? ReadDatabaseVersion(*database) : std::int16_t{-1};
 }
 
 using FormsByPubNo = std::map<std::wstring, std::wstring>;
@@ -225,7 +226,7 @@ bool CheckDatabaseVersion(Program& program) {
         const UpgradePaths paths = FormPaths(program);
         const std::int16_t newVersion =
             ReadVersionAndModelOrder(program.Platform, paths.NewDatabaseSource, program.ModelOrder);
-        const std::int16_t currentVersion = ReadCurrentDatabaseVersion(program);
+        const std::int16_t currentVersion = ReadCurrentDatabaseVersion(program.CatalogDb.get());
         return (currentVersion >= 0 && currentVersion >= newVersion) || MigrateDatabase(program, paths);
     });
 }

@@ -31,8 +31,8 @@ void frmDirectorySelect::OnLoad() {
         AddLabel(ids::L_Msg + line, texts_.Instructions[static_cast<std::size_t>(line)]);
     }
     AddLabel(ids::Frame1, texts_.Frame, {.Colour = &Palette::Muted});
-    AddLabel(ids::L_InstalPath, ProposedFolder(Program(), proposal_), {.Points = 10, .Background = &Palette::Card},
-             SS_EDITCONTROL);
+    AddLabel(ids::L_InstalPath, ProposedFolder(Program().Switches, proposal_),
+             {.Points = 10, .Background = &Palette::Card}, SS_EDITCONTROL);
     AddControl(L"BUTTON", ids::B_CHANGE, texts_.Change, WS_TABSTOP | BS_PUSHBUTTON, OnCard);
     AddFooterButton(ids::B_OK, texts_.Ok, true);
     AddFooterButton(ids::B_Cancel, texts_.Cancel, false);

@@ -70,7 +70,7 @@ void frmMenu::OnCommand(int control, int notification) {
 void frmMenu::Browse() {
     browsing_ = true;
     const ScopeGuard done([this] { browsing_ = false; });
-    ShowDiscIndex(Program());
+    ShowDiscIndex(Program().Platform, Program().Paths);
 }
 
 void frmMenu::OnClose() {

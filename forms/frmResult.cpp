@@ -76,7 +76,7 @@ void frmResult::AddGrid() {
 
 void frmResult::AddLegend() {
     hasLegend_ = std::ranges::any_of(Program().DiscCatalogue.Records, [this](const DiscCatalogueRecord& manual) {
-        return IsInstalledInFailedRun(Program(), manual);
+        return IsInstalledInFailedRun(Program().Outcome, manual);
     });
     if (hasLegend_) {
         AddLabel(ids::L_Legend, GetMessageText(Program(), messages::Legend), {.Colour = &Palette::Muted});

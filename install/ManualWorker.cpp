@@ -37,7 +37,7 @@ std::wstring RootBeside(const Program& program, const std::wstring& edition) {
         return {};
     }
     for (const std::wstring& root : {GetParentFolder(edition), edition.substr(0, edition.rfind(L'\\'))}) {
-        if (IsRootForManuals(program, root)) {
+        if (IsRootForManuals(program.Platform, program.Paths, root)) {
             return root;
         }
     }
@@ -79,7 +79,7 @@ bool ManualWorker::InstallAllManuals() {
 void ManualWorker::RemoveLeftovers() {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     if (program_.Platform.Folders.Exists(temporary)) {
-        (void)RemoveFolder(program_, temporary);
+        (void)RemoveFolder(program_.Platform, program_.Paths, temporary);
     }
 }
 
@@ -118,7 +118,7 @@ void ManualWorker::CopyPlainManual(DiscCatalogueRecord& manual) {
 /// What an earlier manual or run has left takes room, and would be copied along with an archive's files.
 void ManualWorker::EmptyTemporaryFolder(const DiscCatalogueRecord& manual) {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    ClearFolder(program_, temporary);
+    ClearFolder(program_.Platform, program_.Paths, temporary);
     if (manual.PdfForm != ManualForm::Pdf && !IsEmptyFolder(program_.Platform, temporary)) {
         throw Failure(messages::ExtractionFailed, "the temporary folder cannot be emptied");
     }
@@ -207,7 +207,7 @@ void ManualWorker::RemoveEdition(const std::wstring& pubNo, const std::wstring& 
     if (!MayTouchFolder(program_, folder) || !program_.Platform.Folders.Exists(folder)) {
         return;
     }
-    (void)RemoveFolder(program_, folder);
+    (void)RemoveFolder(program_.Platform, program_.Paths, folder);
     if (program_.Platform.Folders.Exists(folder)) {
         program_.Log.Write(L"remove", pubNo, L"not removed whole: " + folder);
     }
@@ -226,7 +226,7 @@ void ManualWorker::ExtractAndCopyManual(DiscCatalogueRecord& manual) {
     bars_.Start(Bar::SevenZip, 0, ExpectedSeconds(), 0);
     view_.Repaint();
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    if (ExtractArchive(program_.Platform, manual.SourcePath, QuotedOutputFolder(program_)) != 0) {
+    if (ExtractArchive(program_.Platform, manual.SourcePath, QuotedOutputFolder(program_.Paths)) != 0) {
         throw Failure(messages::ExtractionFailed, "the archive could not be extracted");
     }
     const auto topLevelFolders = program_.Platform.Folders.List(temporary).Subfolders;
@@ -243,7 +243,7 @@ void ManualWorker::ExtractAndCopyManual(DiscCatalogueRecord& manual) {
 void ManualWorker::CopyExtractedManual() {
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     const std::wstring& root = program_.Installation.InstallPath;
-    const std::int32_t count = CopyFolderWithProgress(program_.Platform, CopyMode::CountOnly, 0, temporary, root);
+    const std::int32_t count = CountFiles(program_.Platform, temporary);
     if (count == 0 || count == -1) {
         throw Failure(messages::ManualFailed, "the archive brought no files");
     }
@@ -297,7 +297,7 @@ void ManualWorker::NoteNewFolder(const std::wstring& folder) {
 void ManualWorker::OpenNewFolder(const std::wstring& folder) {
     if (IsNtfsVolume(program_.Platform, folder) && MayTouchFolder(program_, folder)) {
         // The result screen's button tries again.
-        (void)GrantModifyToUsers(program_, folder);
+        (void)GrantModifyToUsers(program_.Platform, program_.Identity, folder);
     }
 }
 

@@ -81,7 +81,7 @@ BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manu
     if (manual.PdfForm == ManualForm::Pdf) {
         AddBytes(platform, needed, target, FolderBytes(platform, manual.SourcePath));
     } else {
-        const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program, manual));
+        const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program.Paths, manual));
         const auto bytes = static_cast<double>(archive.BytesOnDrive);
         AddBytes(platform, needed, program.Paths.UnZipTempPath, bytes);
         AddBytes(platform, needed, target, bytes);
@@ -149,7 +149,7 @@ void ReadFilesThrough(Platform& platform, const std::wstring& folder) {
 }
 
 void ReadPdfManual(const Program& program, const DiscCatalogueRecord& manual) {
-    const std::wstring pdf = GetRootedManualPdfPath(program, manual.FolderName, manual.Pub_No);
+    const std::wstring pdf = GetRootedManualPdfPath(program.Paths, manual.FolderName, manual.Pub_No);
     if (!program.Platform.Files.Exists(pdf)) {
         throw Failure(messages::ManualFailed, "the disc has no " + ToUtf8(pdf));
     }
@@ -157,7 +157,7 @@ void ReadPdfManual(const Program& program, const DiscCatalogueRecord& manual) {
 }
 
 void ReadArchive(const Program& program, const DiscCatalogueRecord& manual) {
-    const ArchiveFacts archive = program.Platform.Archives.Test(ExtractionOf(program, manual));
+    const ArchiveFacts archive = program.Platform.Archives.Test(ExtractionOf(program.Paths, manual));
     if (!archive.HoldsManual) {
         throw Failure(messages::ManualFailed, "the archive has no folder with a manual in it");
     }
@@ -194,7 +194,7 @@ ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& man
     facts.IsDifferential = true;
     facts.Target = JoinPath(manual.InstalledPath, L"contents");
     facts.TargetExists = true;
-    facts.Differences = CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, manual.ComparePath, facts.Target);
+    facts.Differences = CountFiles(platform, manual.ComparePath);
     if (facts.Differences > 0) {
         AddRoom(platform, facts, [&] { return NeededForDifferences(platform, manual.ComparePath, facts.Target); });
     }

@@ -37,8 +37,8 @@ std::wstring StampText(const std::wstring& version, const std::wstring& pdfFileN
     return text;
 }
 
-std::wstring StampPath(const Program& program) {
-    return program.Paths.InstallDir + L"\\mam_man.fdf";
+std::wstring StampPath(const Paths& paths) {
+    return paths.InstallDir + L"\\mam_man.fdf";
 }
 
 std::string StampBytes(const Program& program, const std::wstring& version) {
@@ -55,18 +55,18 @@ void ClearReadOnly(Files& files, const std::wstring& path) {
 }  // namespace
 
 bool IsVersionStamped(const Program& program, const std::wstring& version) {
-    const std::wstring path = StampPath(program);
+    const std::wstring path = StampPath(program.Paths);
     return Attempt(program.Platform.FaultLog, "reading the version stamp", [&] {
         return program.Platform.Files.Exists(path) && program.Platform.Files.Read(path) == StampBytes(program, version);
     });
 }
 
-bool WriteVersionStamp(Program& program, const std::wstring& version) {
-    return Attempt(program.Log, "writing the version stamp", [&] {
-        const std::wstring path = StampPath(program);
+bool WriteVersionStamp(const Program& program, const std::wstring& version) {
+    return Attempt(program.Platform.FaultLog, "writing the version stamp", [&] {
+        const std::wstring path = StampPath(program.Paths);
         ClearReadOnly(program.Platform.Files, path);
         program.Platform.Files.Write(path, StampBytes(program, version));
-        return GrantFullAccess(program, path);
+        return GrantFullAccess(program.Platform, program.Identity, path);
     });
 }
 

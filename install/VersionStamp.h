@@ -10,6 +10,6 @@ struct Program;
 bool IsVersionStamped(const Program& program, const std::wstring& version);
 /// Writes "mam_man.fdf" (Forms Data Format 1.2) with the manager program's version into InstallDir and opens it to
 /// local users. False when that failed; an existing file is replaced.
-bool WriteVersionStamp(Program& program, const std::wstring& version);
+bool WriteVersionStamp(const Program& program, const std::wstring& version);
 
 }  // namespace mip

@@ -55,7 +55,7 @@ void TryToDelete(Platform& platform, const std::wstring& file) {
 
 /// Reads the paths again, as the setup may have moved them.
 void TakeNewPaths(Program& program) {
-    if (!RereadInstallPaths(program)) {
+    if (!RereadInstallPaths(program.Platform, program.Identity.LanguageCode, program.Paths)) {
         throw std::runtime_error("the registry has lost the programs' paths");
     }
 }

@@ -198,12 +198,12 @@ bool InstallationDriver::StepCatalogue() {
 
 bool InstallationDriver::StepManuals() {
     ShowRunning(Step::Manuals);
-    PrepareManualInfo(program_);
+    PrepareManualInfo(program_.Platform, program_.Paths);
     if (!worker_.InstallAllManuals()) {
         PauseSeconds(program_.Platform.Clock, 2);
         return false;
     }
-    PlaceManualInfo(program_);
+    PlaceManualInfo(program_.Platform, program_.Paths);
     PauseSeconds(program_.Platform.Clock, 2);
     ShowDone(Step::Manuals);
     return true;

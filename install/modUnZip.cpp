@@ -11,12 +11,12 @@ std::wstring ExtractionCommand(const std::wstring& archivePath, const std::wstri
     return L"x -aoa -hide " + archivePath + L" " + quotedOutputFolder;
 }
 
-std::wstring ExtractionOf(const Program& program, const DiscCatalogueRecord& manual) {
-    return ExtractionCommand(manual.SourcePath, QuotedOutputFolder(program));
+std::wstring ExtractionOf(const Paths& paths, const DiscCatalogueRecord& manual) {
+    return ExtractionCommand(manual.SourcePath, QuotedOutputFolder(paths));
 }
 
-std::wstring QuotedOutputFolder(const Program& program) {
-    return L"\"" + program.Paths.UnZipTempPath + L"\\\"";
+std::wstring QuotedOutputFolder(const Paths& paths) {
+    return L"\"" + paths.UnZipTempPath + L"\\\"";
 }
 
 std::int32_t ExtractArchive(Platform& platform, const std::wstring& archivePath,

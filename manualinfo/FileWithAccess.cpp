@@ -1,6 +1,5 @@
 #include "manualinfo/FileWithAccess.h"
 
-#include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "platform/Clock.h"
@@ -19,8 +18,8 @@ void PauseBetweenSteps(Platform& platform) {
 
 }  // namespace
 
-void CopyFileWithAccess(Program& program, const std::wstring& source, const std::wstring& destination) {
-    Platform& platform = program.Platform;
+void CopyFileWithAccess(Platform& platform, const Identity& identity, const std::wstring& source,
+                        const std::wstring& destination) {
     if (platform.Files.Exists(destination)) {
         DeleteFileForced(platform, destination);
         PauseBetweenSteps(platform);
@@ -29,13 +28,13 @@ void CopyFileWithAccess(Program& program, const std::wstring& source, const std:
     PauseBetweenSteps(platform);
     platform.Files.SetAttributes(destination, attributes::Normal);
     PauseBetweenSteps(platform);
-    if (!GrantFullAccess(program, destination)) {
-        ShowAccessError(program, destination);
+    if (!GrantFullAccess(platform, identity, destination)) {
+        ShowAccessError(platform, destination);
     }
 }
 
-void ShowAccessError(Program& program, const std::wstring& file) {
-    program.Platform.MessageBoxes.Show(L"Set Access Error = " + file, boxes::Ok, L"");
+void ShowAccessError(Platform& platform, const std::wstring& file) {
+    platform.MessageBoxes.Show(L"Set Access Error = " + file, boxes::Ok, L"");
 }
 
 }  // namespace mip

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "app/Attempt.h"
 #include "app/Messages.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
@@ -38,8 +39,8 @@ struct Comparison {
     std::vector<std::wstring> OlderEntryLines;
 };
 
-std::wstring OnDisc(const Program& program, const wchar_t* name) {
-    return program.Paths.DiscRootPath + L"programs\\setup\\" + name;
+std::wstring OnDisc(const Paths& paths, const wchar_t* name) {
+    return paths.DiscRootPath + L"programs\\setup\\" + name;
 }
 
 ManualInfoEntry ReadEntry(const std::wstring& line) {
@@ -77,7 +78,7 @@ std::wstring OlderEntryLine(const Program& program, const ManualInfoEntry& entry
 /// A file that cannot be read or holds a malformed line makes the comparison fail, without any line to show.
 Comparison CompareManualInfo(const Program& program) try {
     const auto localEntries = ReadEntries(program.Platform, LocalManualInfoPath);
-    const auto discEntries = ReadEntries(program.Platform, OnDisc(program, InfoFile));
+    const auto discEntries = ReadEntries(program.Platform, OnDisc(program.Paths, InfoFile));
     Comparison comparison;
     for (const ManualInfoEntry& entry : discEntries) {
         if (!program.Platform.Folders.Exists(program.Paths.DiscRootPath + entry.Key)) {
@@ -107,32 +108,28 @@ bool HasLocalFolder(Platform& platform) {
 }
 
 /// A copy that fails is reported as a grant on it that fails.
-void CopyToLocal(Program& program) {
+void CopyToLocal(const Program& program) {
     try {
-        CopyFileWithAccess(program, OnDisc(program, InfoFile), LocalManualInfoPath);
+        CopyFileWithAccess(program.Platform, program.Identity, OnDisc(program.Paths, InfoFile), LocalManualInfoPath);
     } catch (const PlatformError& error) {
-        program.Log.Trapped("copying the manual information", error);
-        ShowAccessError(program, LocalManualInfoPath);
+        program.Platform.FaultLog.Trapped("copying the manual information", error);
+        ShowAccessError(program.Platform, LocalManualInfoPath);
     }
 }
 
-void CopyWhenNewer(Program& program, const wchar_t* name, const std::wstring& folder) {
-    Files& files = program.Platform.Files;
-    const std::wstring source = OnDisc(program, name);
-    const std::wstring destination = JoinPath(folder, name);
-    try {
+/// The manuals are complete without these files: an error goes no further than the log.
+void CopyWhenNewer(Platform& platform, const std::wstring& source, const std::wstring& destination) {
+    Files& files = platform.Files;
+    (void)Attempt(platform.FaultLog, "copying the manual information", [&] {
         if (!files.Exists(destination) || files.Status(destination).Modified < files.Status(source).Modified) {
-            CopyFileReplacing(program.Platform, source, destination);
+            CopyFileReplacing(platform, source, destination);
         }
-    } catch (const std::exception& error) {
-        program.Log.Trapped("copying the manual information", error);
-        // The manuals are complete without these files.
-    }
+    });
 }
 
 }  // namespace
 
-std::optional<ManualInfoCheck> CheckLocalManualInfo(Program& program) {
+std::optional<ManualInfoCheck> CheckLocalManualInfo(const Program& program) {
     if (!HasLocalFolder(program.Platform)) {
         return std::nullopt;
     }
@@ -147,7 +144,7 @@ std::optional<ManualInfoCheck> CheckLocalManualInfo(Program& program) {
     return ManualInfoCheck{comparison.Result, std::move(comparison.OlderEntryLines)};
 }
 
-int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {
+int AskAboutManualInfo(const Program& program, const ManualInfoCheck& check) {
     std::wstring text;
     for (const std::wstring& line : check.OlderEntryLines) {
         text += ReplaceAll(line, L"|", L"\r") + L'\r';
@@ -156,16 +153,17 @@ int AskAboutManualInfo(Program& program, const ManualInfoCheck& check) {
     return program.Platform.MessageBoxes.Show(text, boxes::Exclamation | boxes::YesNo, L"Vantor Manual Information");
 }
 
-void PrepareManualInfo(Program& program) {
-    if (!program.Platform.Folders.Exists(LocalFolder)) {
-        MakeFolder(program.Platform, LocalFolder);
+void PrepareManualInfo(Platform& platform, const Paths& paths) {
+    if (!platform.Folders.Exists(LocalFolder)) {
+        MakeFolder(platform, LocalFolder);
     }
-    CopyWhenNewer(program, InfoFile, LocalFolder);
+    CopyWhenNewer(platform, OnDisc(paths, InfoFile), LocalManualInfoPath);
 }
 
-void PlaceManualInfo(Program& program) {
-    CopyWhenNewer(program, InfoFile, program.Paths.InstallDir);
-    CopyWhenNewer(program, UserInfoFile, program.Paths.InstallDir);
+void PlaceManualInfo(Platform& platform, const Paths& paths) {
+    for (const wchar_t* file : {InfoFile, UserInfoFile}) {
+        CopyWhenNewer(platform, OnDisc(paths, file), JoinPath(paths.InstallDir, file));
+    }
 }
 
 }  // namespace mip

@@ -23,8 +23,8 @@ constexpr double ArchiveManualBytes = 150'000'000;
 constexpr double ProgramDriveReserve = 350'000'000;
 constexpr wchar_t PdfStep[] = L"10000000";
 
-bool Fits(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
-    return GetUsableFreeSpace(program, folder) >= RequiredBytes(program, manual);
+bool Fits(Platform& platform, const Paths& paths, const DiscCatalogueRecord& manual, const std::wstring& folder) {
+    return GetUsableFreeSpace(platform, paths, folder) >= RequiredBytes(platform, paths, manual);
 }
 
 }  // namespace
@@ -46,8 +46,8 @@ DirectoryTexts LoadDirectoryScreen(const Program& program, const DiscCatalogueRe
     return texts;
 }
 
-std::wstring ProposedFolder(const Program& program, const std::wstring& proposal) {
-    const std::wstring& given = program.Switches.Directory;
+std::wstring ProposedFolder(const Switches& switches, const std::wstring& proposal) {
+    const std::wstring& given = switches.Directory;
     return given.empty() ? proposal : TrimFolderPath(given);
 }
 
@@ -55,8 +55,8 @@ std::wstring ChangedFolder(const std::wstring& shown, const std::wstring& chosen
     return chosen.empty() ? shown : TrimFolderPath(chosen);
 }
 
-bool ConfirmFolder(Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
-    if (Fits(program, manual, folder)) {
+bool ConfirmFolder(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& folder) {
+    if (Fits(program.Platform, program.Paths, manual, folder)) {
         return true;
     }
     program.Platform.MessageBoxes.Show(GetMessageText(program, messages::NotEnoughSpace), boxes::Information,
@@ -76,35 +76,35 @@ bool CancelFolder(Program& program) {
 
 std::wstring ChooseFolderUnasked(const Program& program, const DiscCatalogueRecord& manual,
                                  const std::wstring& proposal) {
-    std::wstring folder = ProposedFolder(program, proposal);
-    if (!Fits(program, manual, folder)) {
+    std::wstring folder = ProposedFolder(program.Switches, proposal);
+    if (!Fits(program.Platform, program.Paths, manual, folder)) {
         throw Failure(messages::NotEnoughSpace, "the folder's drive has no room for the manual");
     }
     return folder;
 }
 
-std::wstring PdfSourcePath(const Program& program, const DiscCatalogueRecord& entry) {
-    return GetRootedManualPdfPath(program, entry.FolderName, entry.Pub_No);
+std::wstring PdfSourcePath(const Paths& paths, const DiscCatalogueRecord& entry) {
+    return GetRootedManualPdfPath(paths, entry.FolderName, entry.Pub_No);
 }
 
-double RequiredBytes(const Program& program, const DiscCatalogueRecord& entry) {
+double RequiredBytes(Platform& platform, const Paths& paths, const DiscCatalogueRecord& entry) {
     if (entry.PdfForm == ManualForm::Archive) {
         return ArchiveManualBytes;
     }
-    return RoundUpToTenMillion(GetFileSize(program.Platform, PdfSourcePath(program, entry)), PdfStep);
+    return RoundUpToTenMillion(GetFileSize(platform, PdfSourcePath(paths, entry)), PdfStep);
 }
 
-double GetUsableFreeSpace(const Program& program, const std::wstring& path) {
-    Volumes& volumes = program.Platform.Volumes;
+double GetUsableFreeSpace(Platform& platform, const Paths& paths, const std::wstring& path) {
+    Volumes& volumes = platform.Volumes;
     try {
         const std::wstring drive = volumes.DriveName(path);
         if (drive.empty()) {
             return 0;
         }
-        const bool holdsPrograms = ToUpper(drive) == ToUpper(volumes.DriveName(program.Paths.ProgramFilesDir));
+        const bool holdsPrograms = ToUpper(drive) == ToUpper(volumes.DriveName(paths.ProgramFilesDir));
         return volumes.FreeBytes(drive + L"\\") - (holdsPrograms ? ProgramDriveReserve : 0);
     } catch (const std::exception& error) {
-        program.Platform.FaultLog.Trapped("asking for free space", error);
+        platform.FaultLog.Trapped("asking for free space", error);
         return 0;
     }
 }

@@ -36,11 +36,11 @@ bool ReadInstalledList(Program& program, std::vector<InstalledRecord>& manuals) 
     return rows.ReachedEnd();
 }
 
-bool CleanUpMissing(Program& program, const InstalledRecord& manual) {
+bool CleanUpMissing(clsMDB& database, RunLog& log, const InstalledRecord& manual) {
     const bool marked = HasOwnMark(manual);
-    const bool changed = marked ? RemoveInstalledManual(*program.CatalogDb, manual.Pub_No)
-                                : MarkForAdjustment(*program.CatalogDb, manual.Pub_No);
-    program.Log.Write(L"check", manual.Pub_No, !changed ? L"failed" : marked ? L"row removed" : L"marked");
+    const bool changed =
+        marked ? RemoveInstalledManual(database, manual.Pub_No) : MarkForAdjustment(database, manual.Pub_No);
+    log.Write(L"check", manual.Pub_No, !changed ? L"failed" : marked ? L"row removed" : L"marked");
     return changed;
 }
 
@@ -81,7 +81,7 @@ bool CheckInstalledManuals(Program& program) {
     bool succeeded = ReadInstalledList(program, manuals);
     for (const InstalledRecord& manual : manuals) {
         if (!AreFilesPresent(program.Platform, manual)) {
-            succeeded = CleanUpMissing(program, manual) && succeeded;
+            succeeded = CleanUpMissing(*program.CatalogDb, program.Log, manual) && succeeded;
         }
     }
     return succeeded;

@@ -15,7 +15,7 @@ constexpr std::intptr_t LowestSuccess = 32;
 
 }  // namespace
 
-void OpenInstallationGuide(Program& program) {
+void OpenInstallationGuide(const Program& program) {
     // The disc root ends in a backslash already; the shell takes the doubled one.
     const std::wstring page = program.Paths.DiscRootPath + L"\\install.html";
     if (program.Platform.Shell.OpenDocument(L"Open", page, showCommands::Maximised) < LowestSuccess) {

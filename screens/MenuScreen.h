@@ -5,6 +5,6 @@ namespace mip {
 struct Program;
 
 /// Opens the disc's installation guide; a box says so when that fails.
-void OpenInstallationGuide(Program& program);
+void OpenInstallationGuide(const Program& program);
 
 }  // namespace mip

@@ -149,12 +149,12 @@ void ResultList::AddRow(std::int32_t row, const DiscCatalogueRecord& manual, con
     spread_.SpdMaxRowsChg(grid_, row);
     const bool japanese = program_.Identity.LanguageCode == L"11";
     spread_.SpdItemRowSet(
-        grid_, row, IsInstalledInFailedRun(program_, manual) ? ColourHighlighted : ColourPlain,
+        grid_, row, IsInstalledInFailedRun(program_.Outcome, manual) ? ColourHighlighted : ColourPlain,
         {manual.Model_desc, japanese ? manual.Kubun : manual.Year, manual.Lang, manual.Pub_No, manual.Version, status});
 }
 
-bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& manual) {
-    return !program.Outcome.ResultKind && manual.InstallFlag == Selection::Candidate && manual.DoneFlag;
+bool IsInstalledInFailedRun(const Outcome& outcome, const DiscCatalogueRecord& manual) {
+    return !outcome.ResultKind && manual.InstallFlag == Selection::Candidate && manual.DoneFlag;
 }
 
 std::wstring TextToCopy(const Program& program, const GridModel& list) {
@@ -173,7 +173,7 @@ bool MayOfferDesktopShortcut(const Program& program) {
                                          GetMessageText(program, messages::ShortcutName)));
 }
 
-void MakeDesktopShortcut(Program& program) {
+void MakeDesktopShortcut(const Program& program) {
     CreateDesktopShortcut(program.Platform, GetMessageText(program, messages::ShortcutName), ManagerProgram(program));
 }
 
@@ -182,7 +182,7 @@ bool NothingWasInstalled(const Outcome& outcome) {
 }
 
 void FinishRun(Program& program) {
-    (void)RemoveFolder(program, program.Paths.UnZipTempPath);
+    (void)RemoveFolder(program.Platform, program.Paths, program.Paths.UnZipTempPath);
     (void)SecureInstalledManualFolders(program, [&program] { program.Platform.Clock.YieldToMessages(); });
 }
 

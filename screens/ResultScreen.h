@@ -69,14 +69,14 @@ class ResultList {
 };
 
 /// True for a manual that this run installed although the run as a whole failed; such rows are coloured.
-bool IsInstalledInFailedRun(const Program& program, const DiscCatalogueRecord& manual);
+bool IsInstalledInFailedRun(const Outcome& outcome, const DiscCatalogueRecord& manual);
 
 /// What the user can pass on to somebody who helps: the outcome, the list, and the log's lines.
 std::wstring TextToCopy(const Program& program, const GridModel& list);
 
 /// True when the result screen offers a shortcut to the manager program on the desktop.
 bool MayOfferDesktopShortcut(const Program& program);
-void MakeDesktopShortcut(Program& program);
+void MakeDesktopShortcut(const Program& program);
 
 /// Nothing changed on the computer: neither did the manager program's setup run nor was a manual recorded.
 bool NothingWasInstalled(const Outcome& outcome);

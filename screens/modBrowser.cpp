@@ -21,8 +21,8 @@ constexpr int ReadyStateComplete = 4;
 constexpr std::chrono::milliseconds PollInterval{10};
 
 /// The page at the root of the disc, which the browser is sent to.
-std::wstring DriveIndexPage(const Program& program) {
-    return program.Platform.Volumes.DriveName(program.Paths.ProgramFolder) + L"\\index.html";
+std::wstring DriveIndexPage(Platform& platform, const Paths& paths) {
+    return platform.Volumes.DriveName(paths.ProgramFolder) + L"\\index.html";
 }
 
 /// Whether an address, written as a path or as a URL, leads to the page.
@@ -30,10 +30,9 @@ bool LeadsTo(const std::wstring& address, const std::wstring& page) {
     return ToUpper(ReplaceAll(address, L"/", L"\\")).find(ToUpper(page)) != std::wstring::npos;
 }
 
-bool ShowsStartPage(const OpenWindow& window, const Program& program) {
-    return window.DocumentType == L"HTMLDocument" &&
-           (LeadsTo(window.Address, program.Paths.ProgramFolder + L"\\index.html") ||
-            LeadsTo(window.Address, DriveIndexPage(program)));
+bool ShowsStartPage(const OpenWindow& window, Platform& platform, const Paths& paths) {
+    return window.DocumentType == L"HTMLDocument" && (LeadsTo(window.Address, paths.ProgramFolder + L"\\index.html") ||
+                                                      LeadsTo(window.Address, DriveIndexPage(platform, paths)));
 }
 
 void WaitUntilLoaded(BrowserWindow& browser, Clock& clock) {
@@ -50,73 +49,72 @@ void WaitUntilLoaded(BrowserWindow& browser, Clock& clock) {
 }
 
 /// False when there is no browser that can be sent to the page.
-bool ShowInBrowser(const Program& program) {
-    const FoundBrowser browser = GetBrowserWindow(program);
+bool ShowInBrowser(Platform& platform, const Paths& paths) {
+    const FoundBrowser browser = GetBrowserWindow(platform, paths);
     if (!browser.Window) {
         return false;
     }
     try {
-        browser.Window->Navigate(DriveIndexPage(program));
+        browser.Window->Navigate(DriveIndexPage(platform, paths));
     } catch (const PlatformError& error) {
-        program.Platform.FaultLog.Trapped("sending the browser to the start page", error);
+        platform.FaultLog.Trapped("sending the browser to the start page", error);
         return false;
     }
     try {
-        WaitUntilLoaded(*browser.Window, program.Platform.Clock);
+        WaitUntilLoaded(*browser.Window, platform.Clock);
         browser.Window->Show();
     } catch (const PlatformError& error) {
         // The user closed the browser while it was loading.
-        program.Platform.FaultLog.Trapped("showing the browser", error);
+        platform.FaultLog.Trapped("showing the browser", error);
     }
     return true;
 }
 
-bool StartViewer(const Program& program, const std::wstring& viewer, const std::wstring& page) {
+bool StartViewer(Platform& platform, const std::wstring& viewer, const std::wstring& page) {
     try {
-        program.Platform.Processes.StartVisible(viewer + L" " + page);
+        platform.Processes.StartVisible(viewer + L" " + page);
         return true;
     } catch (const PlatformError& error) {
-        program.Platform.FaultLog.Trapped("starting the viewer", error);
+        platform.FaultLog.Trapped("starting the viewer", error);
         return false;
     }
 }
 
 }  // namespace
 
-FoundBrowser GetBrowserWindow(const Program& program) {
-    Browsers& browsers = program.Platform.Browsers;
+FoundBrowser GetBrowserWindow(Platform& platform, const Paths& paths) {
+    Browsers& browsers = platform.Browsers;
     try {
         for (OpenWindow& window : browsers.OpenWindows()) {
-            if (ShowsStartPage(window, program)) {
+            if (ShowsStartPage(window, platform, paths)) {
                 return {std::move(window.Window), 1};
             }
         }
     } catch (const PlatformError& error) {
         // A shell without a collection of windows has none to reuse.
-        program.Platform.FaultLog.Trapped("looking through the open windows", error);
+        platform.FaultLog.Trapped("looking through the open windows", error);
     }
     try {
         return {browsers.StartBrowser(), 0};
     } catch (const PlatformError& error) {
-        program.Platform.FaultLog.Trapped("starting a browser", error);
+        platform.FaultLog.Trapped("starting a browser", error);
         return {};
     }
 }
 
-std::wstring ChooseViewer(const Program& program) {
-    const std::wstring& viewer = program.Paths.ViewerExePath;
-    return program.Platform.Files.Exists(viewer) ? viewer : SystemBrowser;
+std::wstring ChooseViewer(Platform& platform, const Paths& paths) {
+    const std::wstring& viewer = paths.ViewerExePath;
+    return platform.Files.Exists(viewer) ? viewer : SystemBrowser;
 }
 
-void ShowDiscIndex(Program& program) {
-    Platform& platform = program.Platform;
-    const std::wstring page = program.Paths.DiscRootPath + L"index.html";
+void ShowDiscIndex(Platform& platform, const Paths& paths) {
+    const std::wstring page = paths.DiscRootPath + L"index.html";
     if (!platform.Files.Exists(page)) {
         return;
     }
-    const std::wstring viewer = ChooseViewer(program);
+    const std::wstring viewer = ChooseViewer(platform, paths);
     const bool isShown =
-        viewer == program.Paths.ViewerExePath ? StartViewer(program, viewer, page) : ShowInBrowser(program);
+        viewer == paths.ViewerExePath ? StartViewer(platform, viewer, page) : ShowInBrowser(platform, paths);
     if (!isShown) {
         platform.Shell.OpenDocument(L"Open", page, showCommands::Normal);
     }

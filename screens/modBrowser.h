@@ -7,7 +7,8 @@
 
 namespace mip {
 
-struct Program;
+struct Paths;
+struct Platform;
 
 /// The browser window to use, and whether an open one was found (1) or a new one started (0).
 struct FoundBrowser {
@@ -16,11 +17,11 @@ struct FoundBrowser {
 };
 
 /// Finds the open browser window that shows the program's start page, or starts a new browser.
-FoundBrowser GetBrowserWindow(const Program& program);
+FoundBrowser GetBrowserWindow(Platform& platform, const Paths& paths);
 /// The viewer when it is installed, else the path of the system's browser.
-std::wstring ChooseViewer(const Program& program);
+std::wstring ChooseViewer(Platform& platform, const Paths& paths);
 /// Shows the disc's start page: in the viewer, else in a browser window (waiting until it is loaded), else by the
 /// shell. A missing page does nothing.
-void ShowDiscIndex(Program& program);
+void ShowDiscIndex(Platform& platform, const Paths& paths);
 
 }  // namespace mip

@@ -34,9 +34,8 @@ std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid&
 
 }  // namespace
 
-bool UsersHaveModifyAccess(Program& program, const std::wstring& path) {
-    Platform& platform = program.Platform;
-    const std::wstring users = CutAtNul(program.Identity.FullAccessTrustee);
+bool UsersHaveModifyAccess(Platform& platform, const Identity& identity, const std::wstring& path) {
+    const std::wstring users = CutAtNul(identity.FullAccessTrustee);
     try {
         const auto entries = platform.AccessControl.ReadEntries(path);
         return entries && std::ranges::any_of(*entries, [&](const AccessEntry& entry) {
@@ -44,20 +43,19 @@ bool UsersHaveModifyAccess(Program& program, const std::wstring& path) {
                           AceGrantsModify(entry.Type, entry.Mask) == L"1";
                });
     } catch (const PlatformError& error) {
-        program.Log.Trapped("reading a folder's access list", error);
+        platform.FaultLog.Trapped("reading a folder's access list", error);
         ShowApiError(platform, error.Code());
         return false;
     }
 }
 
-bool GrantModifyToUsers(Program& program, const std::wstring& path) {
-    const ExplicitAccess modify{CutAtNul(program.Identity.FolderTrustee), ModifyRights, SetAccess,
-                                ContainersAndObjectsInherit};
+bool GrantModifyToUsers(Platform& platform, const Identity& identity, const std::wstring& path) {
+    const ExplicitAccess modify{CutAtNul(identity.FolderTrustee), ModifyRights, SetAccess, ContainersAndObjectsInherit};
     try {
-        MergeIntoAccessList(program.Platform.AccessControl, path, modify);
+        MergeIntoAccessList(platform.AccessControl, path, modify);
         return true;
     } catch (const PlatformError& error) {
-        program.Log.Trapped("opening a manual folder to users", error);
+        platform.FaultLog.Trapped("opening a manual folder to users", error);
         return false;
     }
 }

@@ -38,18 +38,17 @@ void MergeIntoAccessList(AccessControl& accessControl, const std::wstring& path,
     accessControl.SetList(path, *merged);
 }
 
-bool GrantFullAccess(Program& program, const std::wstring& path) {
-    if (!IsNtfsVolume(program.Platform, path)) {
+bool GrantFullAccess(Platform& platform, const Identity& identity, const std::wstring& path) {
+    if (!IsNtfsVolume(platform, path)) {
         return true;
     }
-    const ExplicitAccess fullControl{CutAtNul(program.Identity.FullAccessTrustee), AllFileRights, SetAccess,
-                                     NoInheritance};
+    const ExplicitAccess fullControl{CutAtNul(identity.FullAccessTrustee), AllFileRights, SetAccess, NoInheritance};
     try {
-        MergeIntoAccessList(program.Platform.AccessControl, path, fullControl);
+        MergeIntoAccessList(platform.AccessControl, path, fullControl);
         return true;
     } catch (const PlatformError& error) {
-        program.Log.Trapped("granting full access", error);
-        ShowApiError(program.Platform, error.Code());
+        platform.FaultLog.Trapped("granting full access", error);
+        ShowApiError(platform, error.Code());
         return false;
     }
 }

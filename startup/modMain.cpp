@@ -107,7 +107,7 @@ void FindPlacesAndNames(Program& program) {
     Platform& platform = program.Platform;
     identity.LanguageCode = ChooseLanguage(program);
     paths.RmDirBatPath = JoinPath(paths.SysDirPath, L"RmDir.bat");
-    ReadInstallPaths(program);
+    ReadInstallPaths(platform, identity.LanguageCode, paths);
     identity.UserName = GetLoginUserName(platform);
     paths.DiscRootPath = GetParentFolder(GetParentFolder(GetParentFolder(paths.ProgramFolder))) + L"\\";
     paths.SecondDiscBase = platform.Volumes.DriveName(paths.ProgramFolder) + L"\\";
@@ -220,7 +220,7 @@ void OpenDiscIndex(Program& program) {
     if (!check->MayOpen && AskAboutManualInfo(program, *check) == boxes::AnswerNo) {
         EndProgram(program, TemporaryFolder::Keep);
     }
-    ShowDiscIndex(program);
+    ShowDiscIndex(program.Platform, program.Paths);
 }
 
 bool IsManagerNotRunning(Program& program) {
@@ -236,7 +236,7 @@ bool IsManagerNotRunning(Program& program) {
 void EndProgram(Program& program, TemporaryFolder temporary) {
     program.CatalogDb.reset();
     if (temporary == TemporaryFolder::Remove) {
-        RemoveFolder(program, program.Paths.UnZipTempPath);
+        RemoveFolder(program.Platform, program.Paths, program.Paths.UnZipTempPath);
     }
     const auto code = static_cast<std::uint32_t>(program.Outcome.ExitCode);
     program.Log.Write(L"end", L"", L"exit code " + std::to_wstring(code));

@@ -81,7 +81,7 @@ TEST(InstallPaths, AreDerivedFromTheRegistry) {
     Workshop shop;
     shop.Windows.Tree.Erase(L"C:\\Korvex\\Link");
     shop.Windows.Registry.Put(Hive::LocalMachine, LibraryKey, L"InstallDir", L"C:\\Korvex\\Manual\\");
-    ReadInstallPaths(shop.Program);
+    ReadInstallPaths(shop.Program.Platform, shop.Program.Identity.LanguageCode, shop.Program.Paths);
     const Paths& paths = shop.Program.Paths;
     EXPECT_EQ(paths.SystemDrive, L"C:");
     EXPECT_EQ(paths.LinkManualPath, L"C:\\Korvex\\Link\\Manual");
@@ -93,7 +93,7 @@ TEST(InstallPaths, AreDerivedFromTheRegistry) {
 TEST(InstallPaths, BareComputerGetsNoFolder) {
     InMemoryWindows bare;
     Program program(bare.Platform);
-    ReadInstallPaths(program);
+    ReadInstallPaths(program.Platform, L"", program.Paths);
     EXPECT_EQ(program.Paths.ManualInstallDir, L"");
     EXPECT_EQ(program.Paths.UnZipTempPath, L"\\UnZipTemp");
     EXPECT_EQ(bare.Faults.Calls(), 4u) << "the four values are all that is asked for";
@@ -118,7 +118,7 @@ TEST(InstallPaths, ViewerHasADefaultFolder) {
         registry.WriteString(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir",
                              given.Registered);
         shop.Program.Identity.LanguageCode = given.Language;
-        ReadInstallPaths(shop.Program);
+        ReadInstallPaths(shop.Program.Platform, shop.Program.Identity.LanguageCode, shop.Program.Paths);
         EXPECT_EQ(shop.Program.Paths.ViewerExePath, given.Viewer);
     }
 }

@@ -79,7 +79,7 @@ TEST_F(FileHelpers, MissingSourceLeavesTheDestination) {
 
 TEST_F(FileHelpers, CopyWithAccessPausesAndGrants) {
     tree.PutFile(L"C:\\file.txt", "old", attributes::ReadOnly);
-    CopyFileWithAccess(shop.Program, L"D:\\new.txt", L"C:\\file.txt");
+    CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt");
     EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
     EXPECT_EQ(Sleeps(), 4u);
     EXPECT_EQ(shop.Windows.Clock.Yields, 3);
@@ -91,7 +91,7 @@ TEST_F(FileHelpers, FailedGrantIsShown) {
     shop.Windows.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
         return operation == "SetList" ? errors::AccessDenied : 0;
     };
-    CopyFileWithAccess(shop.Program, L"D:\\new.txt", L"C:\\file.txt");
+    CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt");
     EXPECT_EQ(shop.Windows.MessageBoxes.Shown.back(),
               (ShownBox{L"Set Access Error = C:\\file.txt", 0, L"Manual Install Program"}));
 }
@@ -106,7 +106,7 @@ TEST_F(FileHelpers, ForcedDeletionTakesReadOnlyFiles) {
 
 TEST_F(FileHelpers, ClearedFolderIsEmptyAndThere) {
     tree.PutFile(L"C:\\Temp\\UnZip\\deep\\page.html");
-    ClearFolder(shop.Program, L"C:\\Temp\\UnZip");
+    ClearFolder(platform, shop.Program.Paths, L"C:\\Temp\\UnZip");
     EXPECT_EQ(tree.Snapshot(L"C:\\Temp").size(), 1u);
     EXPECT_TRUE(tree.HasFolder(L"C:\\Temp\\UnZip"));
     EXPECT_EQ(shop.Windows.Processes.StartedHidden.back(), shop.Program.Paths.RmDirBatPath + L" \"C:\\Temp\\UnZip\"");

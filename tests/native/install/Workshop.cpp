@@ -72,7 +72,7 @@ Workshop::Workshop() {
     Windows.SqliteEngine.Engine = &Engine;
     SetPaths(Run.Paths);
     SetRegistry(Windows.Registry);
-    ReadInstallPaths(Run);
+    ReadInstallPaths(Run.Platform, Run.Identity.LanguageCode, Run.Paths);
     Run.Identity = {L"09", L"Mechanic", L"Users", L"Users"};
 
     std::string messages = "[MESSAGE]\r\n";

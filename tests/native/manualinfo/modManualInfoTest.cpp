@@ -128,21 +128,21 @@ TEST_F(ManualInfo, InstallationRefreshesOlderCopiesSilently) {
     windows.Tree.PutFolder(L"C:\\Manual");
     windows.Tree.PutFile(L"D:\\programs\\setup\\man_info_us.ci", "user");
     FileNode& disc = windows.Tree.PutFile(Disc, "disc");
-    PrepareManualInfo(program);
+    PrepareManualInfo(program.Platform, program.Paths);
     EXPECT_EQ(windows.Tree.BytesOf(Local), "disc");
     FileNode& placed = windows.Tree.PutFile(L"C:\\Manual\\man_info_do.ci", "mine");
     placed.Modified = disc.Modified + hours{1};
-    PlaceManualInfo(program);
+    PlaceManualInfo(program.Platform, program.Paths);
     EXPECT_EQ(windows.Tree.BytesOf(L"C:\\Manual\\man_info_do.ci"), "mine");
     EXPECT_EQ(windows.Tree.BytesOf(L"C:\\Manual\\man_info_us.ci"), "user");
     placed.Modified = disc.Modified - hours{1};
     windows.Tree.Erase(L"D:\\programs\\setup\\man_info_us.ci");
-    PlaceManualInfo(program);
+    PlaceManualInfo(program.Platform, program.Paths);
     EXPECT_EQ(windows.Tree.BytesOf(L"C:\\Manual\\man_info_do.ci"), "disc");
 
     windows.Faults.FailFrom(1);
-    EXPECT_NO_THROW(PrepareManualInfo(program));
-    EXPECT_NO_THROW(PlaceManualInfo(program));
+    EXPECT_NO_THROW(PrepareManualInfo(program.Platform, program.Paths));
+    EXPECT_NO_THROW(PlaceManualInfo(program.Platform, program.Paths));
     EXPECT_TRUE(windows.MessageBoxes.Shown.empty());
 }
 

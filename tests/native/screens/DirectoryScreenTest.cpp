@@ -36,22 +36,22 @@ TEST_F(DirectoryScreenTest, TheProgramFilesDriveKeepsAReserve) {
     SetFree(L"C:\\", 400'000'000);
     SetFree(L"E:\\", 400'000'000);
     SetFree(L"\\\\server\\share\\x", 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"C:\\Manuals"), 50'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"c:"), 50'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"E:\\Manuals"), 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"\\\\server\\share\\Manuals"), 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"no drive"), 0);
-    EXPECT_EQ(GetUsableFreeSpace(program_, L"Q:\\Manuals"), 0);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"C:\\Manuals"), 50'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"c:"), 50'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"E:\\Manuals"), 400'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"\\\\server\\share\\Manuals"), 400'000'000);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"no drive"), 0);
+    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"Q:\\Manuals"), 0);
 }
 
 TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
-    EXPECT_EQ(RequiredBytes(program_, Manual()), 150'000'000);
+    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 150'000'000);
     Manual().PdfForm = ManualForm::Pdf;
-    EXPECT_EQ(RequiredBytes(program_, Manual()), 10'000'000) << "no file";
+    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 10'000'000) << "no file";
     windows_.Tree.PutFile(L"D:\\K1210MM\\contents\\K1210MM.pdf", std::string(10'000'001, 'x'));
-    EXPECT_EQ(RequiredBytes(program_, Manual()), 20'000'000);
+    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 20'000'000);
     windows_.Tree.Deny(L"D:\\K1210MM\\contents\\K1210MM.pdf");
-    EXPECT_EQ(RequiredBytes(program_, Manual()), 10'000'000) << "a file that cannot be asked";
+    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 10'000'000) << "a file that cannot be asked";
 }
 
 TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {

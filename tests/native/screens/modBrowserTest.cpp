@@ -38,7 +38,7 @@ class DiscIndex : public testing::Test {
 TEST_F(DiscIndex, ViewerIsPreferredAndBrowsersAreLeftAlone) {
     windows_.Tree.PutFile(Viewer);
     windows_.Browsers.HasWindowCollection = false;
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     const std::vector<std::wstring> expected = {std::wstring(Viewer) + L" " + Page};
     EXPECT_EQ(windows_.Processes.StartedVisible, expected);
     EXPECT_TRUE(windows_.Browsers.Started.empty());
@@ -48,10 +48,10 @@ TEST_F(DiscIndex, ViewerIsPreferredAndBrowsersAreLeftAlone) {
 TEST_F(DiscIndex, ViewerThatCannotBeStartedLeavesThePageToTheShell) {
     windows_.Tree.PutFile(Viewer);
     windows_.Faults.Reset();
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     // Its start is the last of the calls.
     windows_.Faults.FailCall(windows_.Faults.Calls());
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     EXPECT_EQ(windows_.Processes.StartedVisible.size(), 1u);
     EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
 }
@@ -59,7 +59,7 @@ TEST_F(DiscIndex, ViewerThatCannotBeStartedLeavesThePageToTheShell) {
 TEST_F(DiscIndex, MissingPageDoesNothing) {
     windows_.Tree.PutFile(Viewer);
     windows_.Tree.Erase(Page);
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     EXPECT_TRUE(NothingHappened());
 }
 
@@ -67,7 +67,7 @@ TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
     windows_.Browsers.NewBrowser.BusyPolls = 3;
     windows_.Browsers.NewBrowser.ReadyPolls = 2;
     windows_.Clock.OnYield = [this] { EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown); };
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     const ScriptedBrowser& browser = *windows_.Browsers.Started.at(0);
     EXPECT_EQ(browser.Navigated, std::vector<std::wstring>{Page});
     EXPECT_TRUE(browser.Shown);
@@ -96,35 +96,35 @@ TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
         windows_.Browsers.Started.clear();
         OpenWindow(L"HTMLDocument", L"about:blank");
         OpenWindow(each.Type, each.Address);
-        ShowDiscIndex(program_);
+        ShowDiscIndex(windows_.Platform, program_.Paths);
         EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
         EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);
     }
 }
 
 TEST_F(DiscIndex, SecondLookReusesTheWindowOfTheFirst) {
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     windows_.Browsers.Open = windows_.Browsers.Started;
-    EXPECT_EQ(GetBrowserWindow(program_).Result, 1);
+    EXPECT_EQ(GetBrowserWindow(windows_.Platform, program_.Paths).Result, 1);
     windows_.Browsers.Open.clear();
-    EXPECT_EQ(GetBrowserWindow(program_).Result, 0);
+    EXPECT_EQ(GetBrowserWindow(windows_.Platform, program_.Paths).Result, 0);
 }
 
 TEST_F(DiscIndex, ShellWithoutWindowCollectionStillGivesANewBrowser) {
     windows_.Browsers.HasWindowCollection = false;
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     EXPECT_TRUE(windows_.Browsers.Started.at(0)->Shown);
 }
 
 TEST_F(DiscIndex, WithoutABrowserObjectThePageIsOpenedByTheShell) {
     windows_.Browsers.CanStart = false;
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
 }
 
 TEST_F(DiscIndex, BrowserThatRefusesThePageLeavesItToTheShell) {
     windows_.Browsers.NewBrowser.Gone = true;
-    ShowDiscIndex(program_);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
     EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
 }
 
@@ -135,7 +135,7 @@ TEST_F(DiscIndex, BrowserClosedWhileItLoadsEndsTheWait) {
         windows_.Browsers.Started.clear();
         windows_.Clock.Yields = 0;
         windows_.Clock.OnYield = [this] { windows_.Browsers.Started.at(0)->Gone = windows_.Clock.Yields == 7; };
-        ShowDiscIndex(program_);
+        ShowDiscIndex(windows_.Platform, program_.Paths);
         EXPECT_EQ(windows_.Clock.Yields, 7);
         EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown);
     }

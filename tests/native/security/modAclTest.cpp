@@ -34,7 +34,7 @@ TEST_F(ModifyAccess, OneQualifyingEntryOfTheUsersGroupIsEnough) {
     };
     for (const Case& each : cases) {
         ListOf(Folder) = each.Entries;
-        EXPECT_EQ(UsersHaveModifyAccess(program_, Folder), each.HasAccess) << each.Label;
+        EXPECT_EQ(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder), each.HasAccess) << each.Label;
     }
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
 }
@@ -42,20 +42,20 @@ TEST_F(ModifyAccess, OneQualifyingEntryOfTheUsersGroupIsEnough) {
 TEST_F(ModifyAccess, GroupIsKnownByItsLocalName) {
     windows_.AccountNames.Accounts[Users] = {L"Utilisateurs", L"BUILTIN"};
     ListOf(Folder) = {{{0, ModifyMask, Users}, 3}};
-    EXPECT_FALSE(UsersHaveModifyAccess(program_, Folder));
+    EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
     SetTrustee(L"Utilisateurs");
-    EXPECT_TRUE(UsersHaveModifyAccess(program_, Folder));
+    EXPECT_TRUE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
 }
 
 TEST_F(ModifyAccess, UnnamedAccountIsNotTakenForAGroupThatWasNotFound) {
     program_.Identity = {};
     ListOf(Folder) = {{{0, ModifyMask, FakeAccountNames::NtAuthoritySid({21, 7})}, 3}};
-    EXPECT_FALSE(UsersHaveModifyAccess(program_, Folder));
+    EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
 }
 
 TEST_F(ModifyAccess, FolderThatCannotBeAskedIsReportedAndCountsAsWithout) {
     windows_.AccessControl.FailWith = [](const std::string&, const std::wstring&) { return errors::AccessDenied; };
-    EXPECT_FALSE(UsersHaveModifyAccess(program_, Folder));
+    EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
     EXPECT_EQ(windows_.MessageBoxes.Shown, OneAccessDeniedBox);
 }
 

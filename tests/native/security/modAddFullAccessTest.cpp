@@ -62,7 +62,7 @@ TEST_F(SecurityTest, OnlyNtfsVolumesOnDriveLettersCount) {
 TEST_F(SecurityTest, FullAccessReplacesTheUsersEntryAndKeepsOthers) {
     windows_.Tree.PutFile(L"C:\\Kvx\\mam_man.fdf");
     ListOf(L"C:\\Kvx\\mam_man.fdf") = {{{0, AllMask, Administrators}, 0}, {{1, 0x2, Users}, 3}};
-    EXPECT_TRUE(GrantFullAccess(program_, L"C:\\Kvx\\mam_man.fdf"));
+    EXPECT_TRUE(GrantFullAccess(program_.Platform, program_.Identity, L"C:\\Kvx\\mam_man.fdf"));
     EXPECT_TRUE(UsersHoldOnly(L"C:\\Kvx\\mam_man.fdf", AllMask, 0));
     EXPECT_EQ(ListOf(L"C:\\Kvx\\mam_man.fdf").size(), 2u);
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
@@ -71,7 +71,7 @@ TEST_F(SecurityTest, FullAccessReplacesTheUsersEntryAndKeepsOthers) {
 TEST_F(SecurityTest, FullAccessElsewhereThanOnNtfsChangesNothing) {
     for (const std::wstring path : {L"F:\\manual.pdf", L"\\\\server\\share\\manual.pdf"}) {
         windows_.Tree.PutFile(path);
-        EXPECT_TRUE(GrantFullAccess(program_, path));
+        EXPECT_TRUE(GrantFullAccess(program_.Platform, program_.Identity, path));
         EXPECT_TRUE(ListOf(path).empty());
     }
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
@@ -84,7 +84,7 @@ TEST_F(SecurityTest, FailedFullAccessShowsOnlyTheSystemsText) {
         windows_.AccessControl.FailWith = [&](const std::string& operation, const std::wstring&) {
             return operation == failing ? errors::AccessDenied : 0;
         };
-        EXPECT_FALSE(GrantFullAccess(program_, L"C:\\Kvx\\mam_man.fdf")) << failing;
+        EXPECT_FALSE(GrantFullAccess(program_.Platform, program_.Identity, L"C:\\Kvx\\mam_man.fdf")) << failing;
         EXPECT_EQ(windows_.MessageBoxes.Shown, OneAccessDeniedBox) << failing;
         EXPECT_TRUE(ListOf(L"C:\\Kvx\\mam_man.fdf").empty()) << failing;
     }
@@ -94,9 +94,9 @@ TEST_F(SecurityTest, EmptyTrusteeFailsWithABoxForOneObjectAndSilentlyForAFolder)
     windows_.AccessControl.SystemMessages[NoneMapped] = L"No mapping was done.";
     windows_.Tree.PutFolder(L"C:\\Manuals\\K1");
     program_.Identity = {};
-    EXPECT_FALSE(GrantModifyToUsers(program_, L"C:\\Manuals\\K1"));
+    EXPECT_FALSE(GrantModifyToUsers(program_.Platform, program_.Identity, L"C:\\Manuals\\K1"));
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
-    EXPECT_FALSE(GrantFullAccess(program_, L"C:\\Manuals\\K1"));
+    EXPECT_FALSE(GrantFullAccess(program_.Platform, program_.Identity, L"C:\\Manuals\\K1"));
     EXPECT_EQ(windows_.MessageBoxes.Shown.at(0).Text, L"No mapping was done.");
 }
 
