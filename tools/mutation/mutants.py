@@ -130,7 +130,7 @@ def token_mutants(source, index):
         following = str(int(text) + 1) if re.fullmatch("0|[1-9][0-9]*", text) else f"({text} + 1)"
         yield source.mutant("constant", index, index, following)
     elif kind == "text" and not re.search(r"\s", text) and source.statements[index] not in source.told:
-        yield source.mutant("text", index, index, text[:-1] + 'x"')
+        yield source.mutant("text", index, index, text.replace('"', '"x', 1))
 
 
 def statement_mutants(source, first):
