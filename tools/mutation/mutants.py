@@ -28,7 +28,7 @@ TOKEN = re.compile(r"""
 # A brace after one of these begins statements; after anything else it begins a type, a namespace or a value.
 BEFORE_CODE = {")", "else", "try", "do", ";", "{", "}", ":", "const", "noexcept", "override", "mutable", "]"}
 # The texts of these are for people, and next to these the order of calls seldom matters.
-TOLD = {"throw", "Write", "Trapped", "SetContext", "FailRun", "Failure", "Succeeds", "static_assert", "WaitSeconds",
+TOLD = {"throw", "Write", "Trapped", "SetContext", "FailRun", "Failure", "Succeeds", "static_assert",
         "PauseSeconds", "PauseBetweenSteps"}
 # In a statement without what its brackets hold: what stands before an assignment, and what no call or target has.
 STEP = re.compile(r"(.*?)(?:(?:^| )([-+|&]?=|\+\+|--)(?: .*)?)?")
