@@ -32,6 +32,11 @@ std::optional<std::wstring> LookupSidName(AccountNames& accountNames, const Sid&
     return found ? std::optional(CutAtNul(name)) : std::nullopt;
 }
 
+/// Whether an entry counts as the modify grant. One that denies was put there on purpose and is left to stand.
+bool GrantsModify(std::uint8_t aceType, std::uint32_t mask) {
+    return aceType == AccessDeniedAce || MaskToLetters(mask) == L"RWXD";
+}
+
 }  // namespace
 
 bool UsersHaveModifyAccess(Platform& platform, const Identity& identity, const std::wstring& path) {
@@ -40,7 +45,7 @@ bool UsersHaveModifyAccess(Platform& platform, const Identity& identity, const s
         const auto entries = platform.AccessControl.ReadEntries(path);
         return entries && std::ranges::any_of(*entries, [&](const AccessEntry& entry) {
                    return LookupSidName(platform.AccountNames, entry.Account) == users &&
-                          AceGrantsModify(entry.Type, entry.Mask) == L"1";
+                          GrantsModify(entry.Type, entry.Mask);
                });
     } catch (const PlatformError& error) {
         platform.FaultLog.Trapped("reading a folder's access list", error);
@@ -82,9 +87,7 @@ std::wstring MaskToLetters(std::uint32_t mask) {
 }
 
 std::wstring AceGrantsModify(std::uint8_t aceType, std::uint32_t mask) {
-    // An entry that denies was put there on purpose and is left to stand.
-    const bool counts = aceType == AccessDeniedAce || MaskToLetters(mask) == L"RWXD";
-    return counts ? L"1" : L"0";
+    return GrantsModify(aceType, mask) ? L"1" : L"0";
 }
 
 }  // namespace mip
