@@ -42,7 +42,7 @@ enum class Act {
     Remove,              ///< Folder
     LeaveAlone,          ///< Folder, which a row names and which is no place for a manual
     RemoveRows,          ///< of PubNo
-    Extract,             ///< the archive, below the parent of Folder
+    Extract,             ///< the archive, whose top-level folder comes to lie beside or over Folder
     CopyPdf,             ///< into Folder
     CopyDifferences,     ///< into Folder
     Record,              ///< the manual counts as installed
@@ -66,8 +66,8 @@ struct ManualPlan {
     bool operator==(const ManualPlan&) const = default;
 };
 
-/// The plan that follows from the facts, and from nothing else. Nothing goes before the last that can be known is
-/// known: that no other program is in the way and, where something goes, that its successor is whole.
+/// The plan that follows from the record and the facts, and from nothing else. Nothing goes before the last that can be
+/// known is known: that no other program is in the way and, where something goes, that its successor is whole.
 ManualPlan PlanManual(const DiscCatalogueRecord& manual, const ManualFacts& facts);
 
 /// True when each drive has the bytes free that it needs.

@@ -172,8 +172,10 @@ void ManualWorker::Do(const ManualStep& step, DiscCatalogueRecord& manual) {
         case Act::Mark:
             return Mark(step.PubNo);
         case Act::Remove:
-        case Act::LeaveAlone:
             return RemoveEdition(step.PubNo, step.Folder);
+        case Act::LeaveAlone:
+            return program_.Log.Write(L"left alone", step.PubNo,
+                                      step.Folder + L": " + WhyLeftAlone(program_, step.Folder));
         case Act::RemoveRows:
             return RemoveOlderEdition(step.PubNo);
         case Act::Extract:
