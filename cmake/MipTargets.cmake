@@ -16,7 +16,7 @@ if(WIN32)
         COMMAND ${PROJECT_SOURCE_DIR}/tools/notices.sh ${notices}
         DEPENDS ${PROJECT_SOURCE_DIR}/tools/notices.sh /var/lib/dpkg/status
         VERBATIM)
-    add_custom_target(notices DEPENDS ${notices})
+    add_custom_target(notices ALL DEPENDS ${notices})
     add_dependencies(programs notices)
 endif()
 
