@@ -34,10 +34,10 @@ start_tour() {
     local status=0
     mkdir -p "$screens"
     rm -f "$screens"/*.png "$screens"/*.request
-    "$root/tools/screenshots.py" "$MIP_FRAMEBUFFER" "$screens" &
+    "$root/tools/screenshots/screenshots.py" "$MIP_FRAMEBUFFER" "$screens" &
     photographer=$!
     trap 'kill $photographer 2>/dev/null || true' EXIT
-    "$root/tools/wine-run.sh" "$root/build/windows/tests/windows/tour.exe" "$program_windows" "Z:${screens//\//\\}" "$@" ||
+    "$root/tools/wine-run.sh" "$root/build/windows/tools/screenshots/tour.exe" "$program_windows" "Z:${screens//\//\\}" "$@" ||
         status=$?
     return $status
 }

@@ -9,7 +9,7 @@
 
 #include "forms/ControlIds.h"
 #include "tests/windows/ProgramImports.h"
-#include "tests/windows/WorkshopUser.h"
+#include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {
 namespace {

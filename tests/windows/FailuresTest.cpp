@@ -8,7 +8,7 @@
 
 #include "platform/windows/Handle.h"
 #include "forms/ControlIds.h"
-#include "tests/windows/WorkshopUser.h"
+#include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "platform/sqlite/SqliteEngine.h"
 #include "forms/ControlIds.h"
-#include "tests/windows/WorkshopUser.h"
+#include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {
 namespace {

@@ -7,7 +7,7 @@
 #include <windows.h>
 
 #include "forms/ControlIds.h"
-#include "tests/windows/WorkshopUser.h"
+#include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {
 namespace {

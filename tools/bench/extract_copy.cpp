@@ -8,7 +8,7 @@
 #include "app/modFolderCopy.h"
 #include "install/modUnZip.h"
 #include "startup/windows/WindowsPlatform.h"
-#include "tests/bench/Measure.h"
+#include "tools/bench/Measure.h"
 
 #include <windows.h>
 

@@ -10,12 +10,12 @@ if [ -z "${MIP_WINE_SESSION:-}" ]; then
     exec "$root/tools/wine-session.sh" "$0" "$@"
 fi
 rounds=${1:-5}
-tools=$root/build/windows/tests/windows
+tools=$root/build/windows/tools/bench
 tool=${MIP_BENCH_TOOL:-$tools/extract_copy.exe}
 work=$(mktemp -d "$WINEPREFIX/drive_c/bench.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 cd "$work"
-python3 "$root/tests/bench/make_manual.py" manual
+python3 "$root/tools/bench/make_manual.py" manual
 
 timed() {
     local start=$EPOCHREALTIME

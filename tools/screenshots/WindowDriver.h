@@ -14,6 +14,8 @@ namespace mip {
 class WindowDriver {
   public:
     static constexpr std::chrono::seconds Patience{60};
+    /// For a whole installation.
+    static constexpr std::chrono::seconds LongPatience{180};
 
     /// Starts the program.
     explicit WindowDriver(const std::wstring& commandLine);
@@ -32,8 +34,9 @@ class WindowDriver {
     /// The first visible dialog that the program shows, whatever it lies over: a message box before any screen.
     HWND WaitForBox() const;
     void WaitUntilGone(HWND screen) const;
-    /// The code with which the program ended.
+    /// The code with which the program ended. `look` is called again and again until then.
     DWORD WaitForEnd() const;
+    DWORD WaitForEnd(const std::function<void()>& look) const;
     std::optional<DWORD> ExitCode() const;
 
     /// Waits until the button can be pressed and presses it.
@@ -44,7 +47,8 @@ class WindowDriver {
     /// A key press with its character, to the control.
     void TypeKey(HWND control, WPARAM key) const;
 
-    void WaitUntil(const std::string& what, const std::function<bool()>& condition) const;
+    void WaitUntil(const std::string& what, const std::function<bool()>& condition,
+                   std::chrono::seconds patience = Patience) const;
 
   private:
     HANDLE process_ = nullptr;

@@ -1,4 +1,4 @@
-#include "tests/windows/WorkshopUser.h"
+#include "tools/screenshots/WorkshopUser.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -128,9 +128,8 @@ HWND WorkshopUser::WaitForProgress() const {
 
 int WorkshopUser::WaitForResult(const std::function<void(HWND)>& answer) const {
     int questions = 0;
-    while (FindScreen(ids::vaSpread) == nullptr) {
-        const HWND directory = FindScreen(ids::L_InstalPath);
-        if (directory != nullptr) {
+    const auto hasResult = [&] {
+        if (const HWND directory = FindScreen(ids::L_InstalPath)) {
             ++questions;
             answer(directory);
             WaitUntilGone(directory);
@@ -138,8 +137,9 @@ int WorkshopUser::WaitForResult(const std::function<void(HWND)>& answer) const {
         if (ExitCode()) {
             throw std::runtime_error("the program ended during the installation");
         }
-        Sleep(20);
-    }
+        return FindScreen(ids::vaSpread) != nullptr;
+    };
+    WaitUntil("the result screen", hasResult, LongPatience);
     return questions;
 }
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "tests/windows/WindowDriver.h"
+#include "tools/screenshots/WindowDriver.h"
 
 namespace mip {
 

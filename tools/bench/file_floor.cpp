@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/bench/Measure.h"
+#include "tools/bench/Measure.h"
 
 namespace mip {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/windows/WindowDriver.h"
+#include "tools/screenshots/WindowDriver.h"
 
 #include <stdexcept>
 #include <vector>
@@ -112,7 +112,15 @@ void WindowDriver::WaitUntilGone(HWND screen) const {
 }
 
 DWORD WindowDriver::WaitForEnd() const {
-    WaitUntil("the program's end", [this] { return WaitForSingleObject(process_, 0) == WAIT_OBJECT_0; });
+    return WaitForEnd([] {});
+}
+
+DWORD WindowDriver::WaitForEnd(const std::function<void()>& look) const {
+    const auto hasEnded = [&] {
+        look();
+        return ExitCode().has_value();
+    };
+    WaitUntil("the program's end", hasEnded, LongPatience);
     return *ExitCode();
 }
 
@@ -146,8 +154,9 @@ void WindowDriver::TypeKey(HWND control, WPARAM key) const {
     PostMessageW(control, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
 }
 
-void WindowDriver::WaitUntil(const std::string& what, const std::function<bool()>& condition) const {
-    const auto end = std::chrono::steady_clock::now() + Patience;
+void WindowDriver::WaitUntil(const std::string& what, const std::function<bool()>& condition,
+                             std::chrono::seconds patience) const {
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end) {
             throw std::runtime_error("waited in vain for " + what);

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "forms/ControlIds.h"
-#include "tests/windows/WindowDriver.h"
+#include "tools/screenshots/WindowDriver.h"
 
 #include <commctrl.h>
 #include <shellapi.h>
@@ -46,7 +46,7 @@ class Tour {
         const HWND progress = driver_.WaitForScreen(ids::L_STEP + 2);
         Sleep(500);
         TakePicture(progress, L"3-progress-programs");
-        while (driver_.FindScreen(ids::vaSpread) == nullptr) {
+        const auto hasResult = [&] {
             if (const HWND directory = driver_.FindScreen(ids::L_InstalPath)) {
                 AnswerFolder(directory);
             } else if (!sawWork_ && ShowsWork(progress)) {
@@ -57,8 +57,9 @@ class Tour {
             if (driver_.ExitCode()) {
                 throw std::runtime_error("the program ended during the installation");
             }
-            Sleep(10);
-        }
+            return driver_.FindScreen(ids::vaSpread) != nullptr;
+        };
+        driver_.WaitUntil("the result screen", hasResult, WindowDriver::LongPatience);
     }
 
     void AnswerFolder(HWND directory) {

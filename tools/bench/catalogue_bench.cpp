@@ -1,7 +1,7 @@
 // The catalogue with 200, 2,000 and 20,000 installed manuals and discs of a tenth of that, on files in memory: what the
 // program and the engine themselves cost, without the disk.
 //
-//     tools/set-up.sh bench && tools/build.sh bench && build/bench/tests/bench/bench_catalogue
+//     tools/set-up.sh bench && tools/build.sh bench && build/bench/tools/bench/bench_catalogue
 //
 // The lines "BigO" tell the growth: N for scan, upgrade and open, lgN for a look-up.
 
