@@ -9,93 +9,92 @@ namespace mip {
 namespace {
 
 using FilesContract = ContractTest;
+using FoldersContract = ContractTest;
+using Names = std::vector<std::wstring>;
 
 constexpr FileTime Earlier{std::chrono::sys_days{std::chrono::year{2019} / 3 / 14} + std::chrono::hours{15}};
+constexpr std::size_t Sizes[] = {0, 1, 65'536, 524'287, 524'288, 524'289, 1'300'000};
 
-TEST_F(FilesContract, CopyToNewLeavesAnExistingFileAlone) {
-    Files().Write(At(L"new.txt"), "new");
-    Files().Write(At(L"old.txt"), "old");
-    Files().Write(At(L"locked.txt"), "locked");
-    Files().SetAttributes(At(L"locked.txt"), attributes::ReadOnly);
-
-    EXPECT_EQ(errors::FileExists, CodeOf([&] { Files().CopyToNew(At(L"new.txt"), At(L"OLD.TXT")); }));
-    EXPECT_EQ(errors::FileExists, CodeOf([&] { Files().CopyToNew(At(L"new.txt"), At(L"locked.txt")); }));
-    EXPECT_EQ("old", Files().Read(At(L"old.txt")));
-    EXPECT_EQ("locked", Files().Read(At(L"locked.txt")));
-    EXPECT_EQ(std::uint32_t{attributes::ReadOnly}, Files().Status(At(L"locked.txt")).Attributes & attributes::ReadOnly);
+/// Bytes that tell where they stand.
+std::string Numbered(std::size_t size) {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes[i] = static_cast<char>(i * 7 + i / 251);
+    }
+    return bytes;
 }
 
-TEST_F(FilesContract, CopyToNewCarriesContentOfEverySize) {
-    for (const std::size_t size : {0u, 1u, 65'536u, 524'287u, 524'288u, 524'289u, 1'300'000u}) {
-        SCOPED_TRACE(size);
-        std::string bytes(size, '\0');
-        for (std::size_t i = 0; i < size; ++i) {
-            bytes[i] = static_cast<char>(i * 7 + i / 251);
-        }
-        const std::wstring name = At(std::to_wstring(size));
-        Files().Write(name, bytes);
-        Files().CopyToNew(name, name + L".copy");
-        EXPECT_TRUE(bytes == Files().Read(name + L".copy"));
-        EXPECT_EQ(size, Files().Status(name + L".copy").Size);
+TEST_F(FilesContract, CopyToNewLeavesAnExistingFileAlone) {
+    files_.Write(At(L"new.txt"), "new");
+    files_.Write(At(L"old.txt"), "old");
+    for (const std::uint32_t bits : {std::uint32_t{0}, std::uint32_t{attributes::ReadOnly}}) {
+        files_.SetAttributes(At(L"old.txt"), bits);
+        EXPECT_EQ(errors::FileExists, CodeOf([&] { files_.CopyToNew(At(L"new.txt"), At(L"OLD.TXT")); }));
+        EXPECT_EQ("old", files_.Read(At(L"old.txt")));
+        EXPECT_EQ(bits, files_.Status(At(L"old.txt")).Attributes & attributes::ReadOnly);
     }
 }
 
-TEST_F(FilesContract, CopyToNewCarriesTheTimeAndNoAttributes) {
-    Files().Write(At(L"source.txt"), "text");
-    host_->SetModified(At(L"source.txt"), Earlier);
-    Files().SetAttributes(At(L"source.txt"), attributes::ReadOnly | attributes::Hidden | attributes::System);
+TEST_F(FilesContract, CopyToNewCarriesContentOfEverySizeTheTimeAndNoAttributes) {
+    for (const std::size_t size : Sizes) {
+        SCOPED_TRACE(size);
+        const std::wstring name = At(std::to_wstring(size));
+        const std::wstring copy = name + L".copy";
+        files_.Write(name, Numbered(size));
+        host_->SetModified(name, Earlier);
+        files_.SetAttributes(name, attributes::ReadOnly | attributes::Hidden | attributes::System);
 
-    Files().CopyToNew(At(L"source.txt"), At(L"copy.txt"));
-
-    const FileStatus copy = Files().Status(At(L"copy.txt"));
-    EXPECT_EQ(0u, copy.Attributes & ~attributes::Archive);
-    EXPECT_LE(std::chrono::abs(copy.Modified - Earlier), std::chrono::seconds{2});
-    EXPECT_EQ("text", Files().Read(At(L"copy.txt")));
+        files_.CopyToNew(name, copy);
+        EXPECT_TRUE(Numbered(size) == files_.Read(copy));
+        const FileStatus status = files_.Status(copy);
+        EXPECT_EQ(size, status.Size);
+        EXPECT_EQ(0u, status.Attributes & ~attributes::Archive);
+        EXPECT_LE(std::chrono::abs(status.Modified - Earlier), std::chrono::seconds{2});
+    }
 }
 
 TEST_F(FilesContract, CopyAllToNewTellsOfEveryFile) {
-    Folders().Create(At(L"source"));
-    Folders().Create(At(L"copy"));
-    std::map<std::wstring, std::uint32_t> expected{{L"none.txt", errors::FileNotFound},
-                                                   {L"old.txt", errors::FileExists}};
+    folders_.Create(At(L"source"));
+    folders_.Create(At(L"copy"));
     std::map<std::wstring, std::string> contents{{L"old.txt", "kept"}};
-    for (const std::size_t size : {0u, 1u, 524'287u, 524'288u, 1'300'000u}) {
-        contents[std::to_wstring(size)] = std::string(size, 'x');
+    for (const std::size_t size : Sizes) {
+        contents[std::to_wstring(size)] = Numbered(size);
     }
     for (int i = 0; i < 200; ++i) {
         contents[L"small " + std::to_wstring(i)] = std::string(100, static_cast<char>(i));
     }
-    std::vector<std::wstring> names{L"none.txt"};
+    Names names{L"none.txt"};
+    std::map<std::wstring, std::uint32_t> expected{{L"none.txt", errors::FileNotFound},
+                                                   {L"old.txt", errors::FileExists}};
     for (const auto& [name, bytes] : contents) {
-        Files().Write(At(L"source\\" + name), bytes);
+        files_.Write(At(L"source\\" + name), name == L"old.txt" ? "new" : bytes);
         host_->SetModified(At(L"source\\" + name), Earlier);
         names.push_back(name);
         expected.try_emplace(name, 0);
     }
-    Files().Write(At(L"source\\old.txt"), "new");
-    Files().Write(At(L"copy\\old.txt"), "kept");
+    files_.Write(At(L"copy\\old.txt"), "kept");
     host_->SetModified(At(L"copy\\old.txt"), Earlier);
 
     std::map<std::wstring, std::uint32_t> told;
-    Files().CopyAllToNew(At(L"source"), names, At(L"copy"), [&](const std::wstring& name, std::uint32_t code) {
+    files_.CopyAllToNew(At(L"source"), names, At(L"copy"), [&](const std::wstring& name, std::uint32_t code) {
         EXPECT_TRUE(told.emplace(name, code).second);
     });
 
     EXPECT_EQ(told, expected);
     for (const auto& [name, bytes] : contents) {
-        EXPECT_TRUE(Files().Read(At(L"copy\\" + name)) == bytes) << testing::PrintToString(name);
-        EXPECT_LE(std::chrono::abs(Files().Status(At(L"copy\\" + name)).Modified - Earlier), std::chrono::seconds{2});
+        EXPECT_TRUE(files_.Read(At(L"copy\\" + name)) == bytes) << testing::PrintToString(name);
+        EXPECT_LE(std::chrono::abs(files_.Status(At(L"copy\\" + name)).Modified - Earlier), std::chrono::seconds{2});
     }
-    EXPECT_EQ(Folders().List(At(L"copy")).Files.size(), contents.size());
+    EXPECT_EQ(folders_.List(At(L"copy")).Files.size(), contents.size());
 }
 
 TEST_F(FilesContract, CopyAllToNewStopsWhenItsCallerDoes) {
-    Folders().Create(At(L"source"));
-    Folders().Create(At(L"copy"));
-    std::vector<std::wstring> names;
+    folders_.Create(At(L"source"));
+    folders_.Create(At(L"copy"));
+    Names names;
     for (int i = 0; i < 300; ++i) {
         names.push_back(std::to_wstring(i));
-        Files().Write(At(L"source\\" + names.back()), std::string(100'000, 'x'));
+        files_.Write(At(L"source\\" + names.back()), std::string(100'000, 'x'));
     }
     int told = 0;
     const auto stopAtTheFifth = [&](const std::wstring&, std::uint32_t) {
@@ -103,253 +102,216 @@ TEST_F(FilesContract, CopyAllToNewStopsWhenItsCallerDoes) {
             throw std::runtime_error("stopped");
         }
     };
-    EXPECT_THROW(Files().CopyAllToNew(At(L"source"), names, At(L"copy"), stopAtTheFifth), std::runtime_error);
+    EXPECT_THROW(files_.CopyAllToNew(At(L"source"), names, At(L"copy"), stopAtTheFifth), std::runtime_error);
     EXPECT_EQ(told, 5);
-    const auto copied = Folders().List(At(L"copy")).Files;
+    const Names copied = folders_.List(At(L"copy")).Files;
     EXPECT_LT(copied.size(), 100u);
     for (const std::wstring& name : copied) {
-        EXPECT_EQ(Files().Status(At(L"copy\\" + name)).Size, 100'000u);
+        EXPECT_EQ(files_.Status(At(L"copy\\" + name)).Size, 100'000u);
     }
 }
 
 TEST_F(FilesContract, CopyToNewThatCannotStartLeavesNothing) {
-    Files().Write(At(L"source.txt"), "text");
-    Folders().Create(At(L"folder"));
+    files_.Write(At(L"source.txt"), "text");
+    folders_.Create(At(L"folder"));
 
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().CopyToNew(At(L"none.txt"), At(L"copy.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Files().CopyToNew(At(L"no\\none.txt"), At(L"copy.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Files().CopyToNew(At(L"source.txt"), At(L"no\\copy.txt")); }));
-    EXPECT_NE(0u, CodeOf([&] { Files().CopyToNew(At(L"folder"), At(L"copy.txt")); }));
-    EXPECT_EQ((std::vector<std::wstring>{L"source.txt"}), Folders().List(host_->Scratch()).Files);
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.CopyToNew(At(L"none.txt"), At(L"copy.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"no\\none.txt"), At(L"copy.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"source.txt"), At(L"no\\copy.txt")); }));
+    EXPECT_NE(0u, CodeOf([&] { files_.CopyToNew(At(L"folder"), At(L"copy.txt")); }));
+    EXPECT_EQ(Names{L"source.txt"}, folders_.List(host_->Scratch()).Files);
 }
 
-TEST_F(FilesContract, MoveReplacesInOneStep) {
-    Files().Write(At(L"new.txt"), "new");
-    Files().Write(At(L"old.txt"), "old");
+TEST_F(FilesContract, MoveReplacesInOneStepOrChangesNothing) {
+    files_.Write(At(L"new.txt"), "new");
+    files_.Write(At(L"old.txt"), "old");
+    folders_.Create(At(L"folder"));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Move(At(L"none.txt"), At(L"old.txt")); }));
+    EXPECT_NE(0u, CodeOf([&] { files_.Move(At(L"new.txt"), At(L"folder")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.Move(At(L"new.txt"), At(L"no\\new.txt")); }));
+    EXPECT_EQ("old", files_.Read(At(L"old.txt")));
+    EXPECT_EQ("new", files_.Read(At(L"new.txt")));
 
-    Files().Move(At(L"new.txt"), At(L"old.txt"));
-    EXPECT_EQ("new", Files().Read(At(L"old.txt")));
-    EXPECT_FALSE(Files().Exists(At(L"new.txt")));
-
-    Folders().Create(At(L"folder"));
-    Files().Move(At(L"old.txt"), At(L"folder\\other.txt"));
-    EXPECT_EQ("new", Files().Read(At(L"folder\\other.txt")));
-}
-
-TEST_F(FilesContract, MoveThatFailsChangesNothing) {
-    Files().Write(At(L"new.txt"), "new");
-    Files().Write(At(L"old.txt"), "old");
-    Folders().Create(At(L"folder"));
-
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().Move(At(L"none.txt"), At(L"old.txt")); }));
-    EXPECT_NE(0u, CodeOf([&] { Files().Move(At(L"new.txt"), At(L"folder")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Files().Move(At(L"new.txt"), At(L"no\\new.txt")); }));
-    EXPECT_EQ("old", Files().Read(At(L"old.txt")));
-    EXPECT_EQ("new", Files().Read(At(L"new.txt")));
-}
-
-TEST_F(FilesContract, ReadOnlyFilesAreNotWrittenOrReplaced) {
-    if (!host_->IsStrict()) {
-        GTEST_SKIP() << "this system lets read-only files be written";
-    }
-    Files().Write(At(L"new.txt"), "new");
-    Files().Write(At(L"locked.txt"), "locked");
-    Files().SetAttributes(At(L"locked.txt"), attributes::ReadOnly);
-
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().Move(At(L"new.txt"), At(L"locked.txt")); }));
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().Write(At(L"locked.txt"), "y"); }));
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().Append(At(L"locked.txt"), "y"); }));
-    EXPECT_EQ("locked", Files().Read(At(L"locked.txt")));
+    files_.Move(At(L"new.txt"), At(L"old.txt"));
+    EXPECT_EQ("new", files_.Read(At(L"old.txt")));
+    EXPECT_FALSE(files_.Exists(At(L"new.txt")));
+    files_.Move(At(L"old.txt"), At(L"folder\\other.txt"));
+    EXPECT_EQ("new", files_.Read(At(L"folder\\other.txt")));
 }
 
 TEST_F(FilesContract, RemoveRefusesReadOnlyFiles) {
-    Files().Write(At(L"file.txt"), "text");
-    Files().SetAttributes(At(L"file.txt"), attributes::ReadOnly | attributes::Hidden);
-    Folders().Create(At(L"folder"));
+    files_.Write(At(L"file.txt"), "text");
+    files_.SetAttributes(At(L"file.txt"), attributes::ReadOnly | attributes::Hidden);
+    folders_.Create(At(L"folder"));
 
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().Remove(At(L"file.txt")); }));
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().Remove(At(L"folder")); }));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().Remove(At(L"none.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Files().Remove(At(L"no\\none.txt")); }));
-    Files().SetAttributes(At(L"file.txt"), 0);
-    Files().Remove(At(L"file.txt"));
-    EXPECT_FALSE(Files().Exists(At(L"file.txt")));
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.Remove(At(L"file.txt")); }));
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.Remove(At(L"folder")); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Remove(At(L"none.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.Remove(At(L"no\\none.txt")); }));
+    files_.SetAttributes(At(L"file.txt"), 0);
+    files_.Remove(At(L"file.txt"));
+    EXPECT_FALSE(files_.Exists(At(L"file.txt")));
 }
 
 TEST_F(FilesContract, OnlyAFileThatIsOpenElsewhereIsInUse) {
-    Files().Write(At(L"file.txt"), "text");
-    Files().SetAttributes(At(L"file.txt"), attributes::ReadOnly);
-    EXPECT_FALSE(Files().IsInUse(At(L"file.txt")));
-    EXPECT_FALSE(Files().IsInUse(At(L"none.txt")));
+    files_.Write(At(L"file.txt"), "text");
+    files_.SetAttributes(At(L"file.txt"), attributes::ReadOnly);
+    EXPECT_FALSE(files_.IsInUse(At(L"file.txt")) || files_.IsInUse(At(L"none.txt")));
     {
         const auto open = host_->OpenElsewhere(At(L"file.txt"));
-        EXPECT_TRUE(Files().IsInUse(At(L"FILE.TXT")));
+        EXPECT_TRUE(files_.IsInUse(At(L"FILE.TXT")));
     }
-    EXPECT_FALSE(Files().IsInUse(At(L"file.txt")));
-    EXPECT_EQ("text", Files().Read(At(L"file.txt")));
+    EXPECT_FALSE(files_.IsInUse(At(L"file.txt")));
+    EXPECT_EQ("text", files_.Read(At(L"file.txt")));
 }
 
 TEST_F(FilesContract, StatusTellsAttributesAsTheyWereSet) {
-    Files().Write(At(L"file.txt"), "12345");
-    const auto set = [&] { return Files().Status(At(L"file.txt")).Attributes & ~attributes::Archive; };
-
-    Files().SetAttributes(At(L"file.txt"), attributes::ReadOnly | attributes::Hidden);
-    EXPECT_EQ(attributes::ReadOnly | attributes::Hidden, set());
-    Files().SetAttributes(At(L"file.txt"), attributes::Normal);
-    EXPECT_EQ(0u, set());
-    EXPECT_EQ(5u, Files().Status(At(L"file.txt")).Size);
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().Status(At(L"none.txt")); }));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().SetAttributes(At(L"none.txt"), 0); }));
-}
-
-TEST_F(FilesContract, ReadStopsAtTheLimit) {
-    Files().Write(At(L"file.txt"), "0123456789");
-
-    EXPECT_EQ("0123", Files().Read(At(L"file.txt"), 4));
-    EXPECT_EQ("0123456789", Files().Read(At(L"file.txt"), 10));
-    EXPECT_EQ("0123456789", Files().Read(At(L"file.txt"), 11));
-    EXPECT_EQ("", Files().Read(At(L"file.txt"), 0));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().Read(At(L"none.txt")); }));
-}
-
-TEST_F(FilesContract, WriteReplacesAndAppendAdds) {
-    Files().Append(At(L"log.txt"), "one,");
-    Files().Append(At(L"log.txt"), "two");
-    EXPECT_EQ("one,two", Files().Read(At(L"log.txt")));
-
-    Files().SetAttributes(At(L"log.txt"), attributes::Hidden);
-    Files().Write(At(L"log.txt"), "x");
-    EXPECT_EQ("x", Files().Read(At(L"log.txt")));
-
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Files().Write(At(L"no\\log.txt"), "y"); }));
-    EXPECT_EQ("x", Files().Read(At(L"log.txt")));
-}
-
-TEST_F(FilesContract, NamesCompareWithoutRegardToCase) {
-    for (const wchar_t* const name : {L"Contents.HTML", L"ÄÖÜ é.txt", L"ＦＵＬＬ ｗｉｄｅ.txt", L"Руководство.pdf"}) {
-        Files().Write(At(name), "text");
+    files_.Write(At(L"file.txt"), "12345");
+    for (const std::uint32_t bits : {attributes::ReadOnly | attributes::Hidden, std::uint32_t{attributes::Normal}}) {
+        files_.SetAttributes(At(L"file.txt"), bits);
+        EXPECT_EQ(bits & ~attributes::Normal, files_.Status(At(L"file.txt")).Attributes & ~attributes::Archive);
     }
-    for (const wchar_t* const other : {L"cONTENTS.html", L"äöü É.TXT", L"ｆｕｌｌ ＷＩＤＥ.TXT", L"рУКОВОДСТВО.PDF"}) {
-        EXPECT_TRUE(Files().Exists(At(other)));
-    }
-    EXPECT_EQ(4u, Folders().List(host_->Scratch()).Files.size());
+    EXPECT_EQ(5u, files_.Status(At(L"file.txt")).Size);
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Status(At(L"none.txt")); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.SetAttributes(At(L"none.txt"), 0); }));
 }
 
-TEST_F(FilesContract, JapaneseNamesAreKept) {
+TEST_F(FilesContract, ReadStopsAtTheLimitWriteReplacesAndAppendAdds) {
+    files_.Append(At(L"log.txt"), "01234");
+    files_.Append(At(L"log.txt"), "56789");
+    for (const std::size_t limit : {0u, 4u, 10u, 11u}) {
+        EXPECT_EQ(std::string("0123456789").substr(0, limit), files_.Read(At(L"log.txt"), limit));
+    }
+    files_.SetAttributes(At(L"log.txt"), attributes::Hidden);
+    files_.Write(At(L"log.txt"), "x");
+    EXPECT_EQ("x", files_.Read(At(L"log.txt")));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.Write(At(L"no\\log.txt"), "y"); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Read(At(L"none.txt")); }));
+}
+
+TEST_F(FilesContract, ReadThroughNeedsEveryByte) {
+    files_.Write(At(L"file.txt"), std::string(1'300'000, 'x'));
+    folders_.Create(At(L"folder"));
+
+    files_.ReadThrough(At(L"file.txt"));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.ReadThrough(At(L"none.txt")); }));
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.ReadThrough(At(L"folder")); }));
+}
+
+TEST_F(FilesContract, NamesAreKeptAndCompareWithoutRegardToCase) {
     const std::wstring folder = At(L"サービスマニュアル　表（ソ）");
-    Folders().Create(folder);
-    Files().Write(folder + L"\\能力表示.html", "text");
-    Files().CopyToNew(folder + L"\\能力表示.html", folder + L"\\予定.html");
-
-    EXPECT_EQ("text", Files().Read(folder + L"\\予定.html"));
-    EXPECT_EQ((std::vector<std::wstring>{L"サービスマニュアル　表（ソ）"}),
-              Folders().List(host_->Scratch()).Subfolders);
+    folders_.Create(folder);
+    EXPECT_EQ(Names{L"サービスマニュアル　表（ソ）"}, folders_.List(host_->Scratch()).Subfolders);
+    for (const auto& [name, other] : {std::pair{L"\\Contents.HTML", L"\\cONTENTS.html"},
+                                      {L"\\ÄÖÜ é.txt", L"\\äöü É.TXT"},
+                                      {L"\\ＦＵＬＬ ｗｉｄｅ.txt", L"\\ｆｕｌｌ ＷＩＤＥ.TXT"},
+                                      {L"\\Руководство.pdf", L"\\рУКОВОДСТВО.PDF"},
+                                      {L"\\能力表示.html", L"\\能力表示.HTML"}}) {
+        files_.Write(folder + name, "text");
+        EXPECT_TRUE(files_.Exists(folder + other)) << testing::PrintToString(other);
+    }
+    files_.CopyToNew(folder + L"\\能力表示.html", folder + L"\\予定.html");
+    EXPECT_EQ("text", files_.Read(folder + L"\\予定.html"));
+    EXPECT_EQ(6u, folders_.List(folder).Files.size());
 }
 
 TEST_F(FilesContract, PathsMayBeLongerThan260Characters) {
     std::wstring folder = host_->Scratch();
     while (folder.size() < 330) {
         folder += L"\\" + std::wstring(40, L'長');
-        Folders().Create(folder);
+        folders_.Create(folder);
     }
-    Files().Write(At(L"short.txt"), "text");
-    Files().CopyToNew(At(L"short.txt"), folder + L"\\one.txt");
-    Files().CopyToNew(folder + L"\\\\one.txt", folder + L"\\two.txt");
-    Files().Move(folder + L"\\two.txt", folder + L"\\three.txt");
-    Files().SetAttributes(folder + L"\\three.txt", attributes::ReadOnly);
+    files_.Write(At(L"short.txt"), "text");
+    files_.CopyToNew(At(L"short.txt"), folder + L"\\one.txt");
+    files_.CopyToNew(folder + L"\\\\one.txt", folder + L"\\two.txt");
+    files_.Move(folder + L"\\two.txt", folder + L"\\three.txt");
+    files_.SetAttributes(folder + L"\\three.txt", attributes::ReadOnly);
 
-    EXPECT_TRUE(Folders().Exists(folder));
-    EXPECT_TRUE(Files().Exists(folder + L"\\one.txt"));
-    EXPECT_EQ("text", Files().Read(folder + L"\\THREE.txt"));
-    EXPECT_EQ(2u, Folders().List(folder).Files.size());
-    Files().Remove(folder + L"\\one.txt");
-    EXPECT_EQ((std::vector<std::wstring>{L"three.txt"}), Folders().List(folder).Files);
+    EXPECT_TRUE(folders_.Exists(folder) && files_.Exists(folder + L"\\one.txt"));
+    EXPECT_EQ("text", files_.Read(folder + L"\\THREE.txt"));
+    EXPECT_EQ(2u, folders_.List(folder).Files.size());
+    files_.Remove(folder + L"\\one.txt");
+    EXPECT_EQ(Names{L"three.txt"}, folders_.List(folder).Files);
 }
 
 TEST_F(FilesContract, OnlyAFileExistsAsAFile) {
-    Files().Write(At(L"file.txt"), "");
-    Folders().Create(At(L"folder"));
-    const struct {
-        std::wstring Path;
-        bool IsFile;
-        bool IsFolder;
-    } cases[] = {
-        {At(L"file.txt"), true, false},
-        {At(L"file.txt\\"), false, false},
-        {At(L"folder"), false, true},
-        {At(L"folder\\"), false, true},
-        {At(L"folder\\.."), false, true},
-        {At(L"none"), false, false},
-        {At(L"*.txt"), false, false},
-        {At(L"file.txt\\x"), false, false},
-        {L"", false, false},
-        {L"Q:\\none\\none", false, false},
-        {L"C:\\", false, true},
-        {L"C:", false, true},
-    };
-    for (const auto& [path, isFile, isFolder] : cases) {
-        EXPECT_EQ(isFile, Files().Exists(path)) << testing::PrintToString(path);
-        EXPECT_EQ(isFolder, Folders().Exists(path)) << testing::PrintToString(path);
+    files_.Write(At(L"file.txt"), "");
+    folders_.Create(At(L"folder"));
+    for (const std::wstring& path :
+         {At(L"folder"), At(L"folder\\"), At(L"folder\\.."), std::wstring(L"C:\\"), std::wstring(L"C:")}) {
+        EXPECT_TRUE(folders_.Exists(path) && !files_.Exists(path)) << testing::PrintToString(path);
     }
+    for (const std::wstring& path : {At(L"file.txt\\"), At(L"none"), At(L"*.txt"), At(L"file.txt\\x"), std::wstring(),
+                                     std::wstring(L"Q:\\none\\none")}) {
+        EXPECT_FALSE(folders_.Exists(path) || files_.Exists(path)) << testing::PrintToString(path);
+    }
+    EXPECT_TRUE(files_.Exists(At(L"file.txt")) && !folders_.Exists(At(L"file.txt")));
 }
 
-using FoldersContract = ContractTest;
-
 TEST_F(FoldersContract, CreateMakesOneLevel) {
-    Files().Write(At(L"file.txt"), "");
-    Folders().Create(At(L"one"));
+    files_.Write(At(L"file.txt"), "");
+    folders_.Create(At(L"one"));
 
-    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { Folders().Create(At(L"ONE")); }));
-    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { Folders().Create(At(L"file.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Folders().Create(At(L"two\\three")); }));
-    EXPECT_FALSE(Folders().Exists(At(L"two")));
+    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"ONE")); }));
+    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"file.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { folders_.Create(At(L"two\\three")); }));
+    EXPECT_FALSE(folders_.Exists(At(L"two")));
 }
 
 TEST_F(FoldersContract, ListTellsFilesFromFolders) {
-    Folders().Create(At(L"a.folder"));
-    Folders().Create(At(L"a.folder\\inner"));
-    Folders().Create(At(L"z"));
-    Files().Write(At(L"file.txt"), "");
-    Files().Write(At(L"no extension"), "");
-    Files().SetAttributes(At(L"file.txt"), attributes::Hidden | attributes::System);
+    folders_.Create(At(L"a.folder"));
+    folders_.Create(At(L"a.folder\\inner"));
+    folders_.Create(At(L"z"));
+    files_.Write(At(L"file.txt"), "");
+    files_.Write(At(L"no extension"), "");
+    files_.SetAttributes(At(L"file.txt"), attributes::Hidden | attributes::System);
 
-    FolderListing listing = Folders().List(host_->Scratch());
-    std::sort(listing.Files.begin(), listing.Files.end());
-    std::sort(listing.Subfolders.begin(), listing.Subfolders.end());
-    EXPECT_EQ((std::vector<std::wstring>{L"file.txt", L"no extension"}), listing.Files);
-    EXPECT_EQ((std::vector<std::wstring>{L"a.folder", L"z"}), listing.Subfolders);
-    EXPECT_EQ((std::vector<std::wstring>{L"inner"}), Folders().List(At(L"a.folder\\")).Subfolders);
-
-    const FolderListing empty = Folders().List(At(L"z"));
-    EXPECT_TRUE(empty.Files.empty() && empty.Subfolders.empty());
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { Folders().List(At(L"none")); }));
-    EXPECT_NE(0u, CodeOf([&] { Folders().List(At(L"file.txt")); }));
+    FolderListing listing = folders_.List(host_->Scratch());
+    std::ranges::sort(listing.Files);
+    std::ranges::sort(listing.Subfolders);
+    EXPECT_EQ((FolderListing{{L"a.folder", L"z"}, {L"file.txt", L"no extension"}, {}}), listing);
+    EXPECT_EQ(Names{L"inner"}, folders_.List(At(L"a.folder\\")).Subfolders);
+    EXPECT_EQ(FolderListing{}, folders_.List(At(L"z")));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { folders_.List(At(L"none")); }));
+    EXPECT_NE(0u, CodeOf([&] { folders_.List(At(L"file.txt")); }));
 }
 
 TEST_F(FoldersContract, LinksStandApart) {
-    Folders().Create(At(L"target"));
-    Files().Write(At(L"target\\file.txt"), "text");
-    Folders().Create(At(L"list"));
-    ASSERT_TRUE(host_->MakeLink(At(L"list\\link"), At(L"target")));
+    folders_.Create(At(L"target"));
+    files_.Write(At(L"target\\file.txt"), "text");
+    folders_.Create(At(L"list"));
+    host_->MakeLink(At(L"list\\link"), At(L"target"));
 
-    EXPECT_EQ((FolderListing{{}, {}, {L"link"}}), Folders().List(At(L"list")));
-    EXPECT_EQ((FolderListing{{}, {L"file.txt"}, {}}), Folders().List(At(L"list\\link")));
-    EXPECT_TRUE(Folders().Exists(At(L"list\\link")));
-    EXPECT_TRUE(Folders().IsLink(At(L"LIST\\link")) && Folders().IsLink(At(L"list\\link\\")));
-    for (const wchar_t* const other :
-         {L"list", L"target", L"target\\file.txt", L"none", L"list\\link\\file.txt", L"*"}) {
-        EXPECT_FALSE(Folders().IsLink(At(other))) << testing::PrintToString(other);
+    EXPECT_EQ((FolderListing{{}, {}, {L"link"}}), folders_.List(At(L"list")));
+    EXPECT_EQ((FolderListing{{}, {L"file.txt"}, {}}), folders_.List(At(L"list\\link")));
+    EXPECT_TRUE(folders_.Exists(At(L"list\\link")));
+    EXPECT_TRUE(folders_.IsLink(At(L"LIST\\link")) && folders_.IsLink(At(L"list\\link\\")));
+    for (const std::wstring& other : {At(L"list"), At(L"target"), At(L"target\\file.txt"), At(L"none"), At(L"*"),
+                                      At(L"list\\link\\file.txt"), std::wstring(L"C:\\"), std::wstring()}) {
+        EXPECT_FALSE(folders_.IsLink(other)) << testing::PrintToString(other);
     }
-    EXPECT_FALSE(Folders().IsLink(L"C:\\") || Folders().IsLink(L""));
 }
 
-TEST_F(FilesContract, ReadThroughNeedsEveryByte) {
-    Files().Write(At(L"file.txt"), std::string(1'300'000, 'x'));
-    Folders().Create(At(L"folder"));
+TEST_F(FoldersContract, VolumesHaveANameRoomAndAFileSystem) {
+    Volumes& volumes = computer_.Volumes;
+    EXPECT_EQ(L"C:", volumes.DriveName(host_->Scratch()));
+    EXPECT_GT(volumes.FreeBytes(L"C:\\"), 1'000'000.0);
+    EXPECT_EQ(L"NTFS", volumes.FileSystemName(L"C:\\"));
+    for (const wchar_t* const root : {L"Q:\\", L"", L"\\\\nowhere\\share\\"}) {
+        EXPECT_NE(0u, CodeOf([&] { volumes.FreeBytes(root); })) << testing::PrintToString(root);
+        EXPECT_NE(0u, CodeOf([&] { volumes.FileSystemName(root); })) << testing::PrintToString(root);
+    }
+}
 
-    Files().ReadThrough(At(L"file.txt"));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { Files().ReadThrough(At(L"none.txt")); }));
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { Files().ReadThrough(At(L"folder")); }));
+TEST_F(FoldersContract, FlushingKeepsWhatWasWritten) {
+    folders_.Create(At(L"manual"));
+    folders_.Create(At(L"manual\\contents"));
+    files_.Write(At(L"manual\\contents\\page.html"), "text");
+    files_.SetAttributes(At(L"manual\\contents\\page.html"), attributes::ReadOnly);
+
+    computer_.Volumes.Flush(At(L"manual"));
+    EXPECT_EQ("text", files_.Read(At(L"manual\\contents\\page.html")));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { computer_.Volumes.Flush(At(L"none")); }));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <ctime>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -14,18 +15,12 @@
 #include "platform/windows/WindowsMessageBoxes.h"
 #include "platform/windows/WindowsProcesses.h"
 #include "platform/windows/WindowsVolumes.h"
-#include "tests/windows/ScratchFolder.h"
+#include "tests/ScratchFolder.h"
 
 namespace mip {
 namespace {
 
-TEST(Handles, ClosingKeepsTheLastError) {
-    SetLastError(ERROR_DISK_FULL);
-    { const FindHandle stale(reinterpret_cast<HANDLE>(0x7FFFFFF0)); }
-    EXPECT_EQ(DWORD{ERROR_DISK_FULL}, GetLastError());
-}
-
-TEST(Handles, EachHandleIsClosedOnce) {
+TEST(Handles, EachHandleIsClosedOnceAndKeepsTheLastError) {
     HANDLE raw = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     KernelHandle first(raw);
     KernelHandle second(std::move(first));
@@ -34,29 +29,29 @@ TEST(Handles, EachHandleIsClosedOnce) {
     EXPECT_TRUE(SetEvent(first.Get()));
     EXPECT_EQ(nullptr, *first.Receive());
     EXPECT_FALSE(SetEvent(raw));
+
+    SetLastError(ERROR_DISK_FULL);
+    { const FindHandle stale(reinterpret_cast<HANDLE>(0x7FFFFFF0)); }
+    EXPECT_EQ(DWORD{ERROR_DISK_FULL}, GetLastError());
 }
 
-TEST(WindowsFilesTest, ACopyThatFailsPartWayLeavesNoFile) {
-    const ScratchFolder scratch(L"copy");
-    WindowsFiles files;
+TEST(WindowsFilesTest, AFileThatCannotBeReadToItsEndIsNeitherCopiedNorReadThrough) {
+    const ScratchFolder scratch;
     // The memory of a process opens as a file, but its first page cannot be read.
-    EXPECT_THROW(files.CopyToNew(L"Z:\\proc\\self\\mem", scratch.Path() + L"\\copy"), PlatformError);
-    EXPECT_TRUE(WindowsFolders().List(scratch.Path()).Files.empty());
+    EXPECT_THROW(WindowsFiles().CopyToNew(L"Z:\\proc\\self\\mem", scratch.Below(L"copy")), PlatformError);
+    EXPECT_TRUE(std::filesystem::is_empty(scratch.Path()));
+    EXPECT_THROW(WindowsFiles().ReadThrough(L"Z:\\proc\\self\\mem"), PlatformError);
 }
 
 TEST(WindowsFilesTest, FilesThatOthersWriteCanBeCopied) {
-    const ScratchFolder scratch(L"copy");
+    const ScratchFolder scratch;
     WindowsFiles files;
-    files.Write(scratch.Path() + L"\\open.mdb", "rows");
-    const FileHandle other(CreateFileW((scratch.Path() + L"\\open.mdb").c_str(), GENERIC_READ | GENERIC_WRITE,
-                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-    files.CopyToNew(scratch.Path() + L"\\open.mdb", scratch.Path() + L"\\copy.mdb");
-    EXPECT_EQ("rows", files.Read(scratch.Path() + L"\\copy.mdb"));
-    EXPECT_THROW(files.Remove(scratch.Path() + L"\\open.mdb"), PlatformError);
-}
-
-TEST(WindowsFilesTest, AFileThatCannotBeReadToItsEndIsNotReadThrough) {
-    EXPECT_THROW(WindowsFiles().ReadThrough(L"Z:\\proc\\self\\mem"), PlatformError);
+    const std::wstring open = scratch.Write(L"open.mdb", "rows");
+    const FileHandle other(CreateFileW(open.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr));
+    files.CopyToNew(open, scratch.Below(L"copy.mdb"));
+    EXPECT_EQ("rows", files.Read(scratch.Below(L"copy.mdb")));
+    EXPECT_THROW(files.Remove(open), PlatformError);
 }
 
 TEST(WindowsClockTest, TellsLocalTimeToTheSecond) {
@@ -78,10 +73,10 @@ TEST(WindowsVolumesTest, TellsAllFreeBytes) {
 }
 
 TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
-    const ScratchFolder scratch(L"planted");
+    const ScratchFolder scratch;
     // A program's file loads as a library too.
     const std::wstring self = WindowsComputer(L"Contract instance").ProgramFolder() + L"\\windows_adapters.exe";
-    WindowsFiles().CopyToNew(self, scratch.Path() + L"\\planted.dll");
+    WindowsFiles().CopyToNew(self, scratch.Below(L"planted.dll"));
     std::array<wchar_t, MAX_PATH> current{};
     GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
     SetCurrentDirectoryW(scratch.Path().c_str());
@@ -98,7 +93,7 @@ TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
 class MessageLoopTest : public testing::Test {
   protected:
     /// A modeless dialog with two buttons.
-    HWND CreateTwoButtons() {
+    MessageLoopTest() {
         struct alignas(4) {
             DLGTEMPLATE Dialog{DWORD{WS_POPUP | WS_VISIBLE}, 0, 0, 0, 0, 100, 60};
             std::array<WORD, 3> Rest{};
@@ -109,13 +104,8 @@ class MessageLoopTest : public testing::Test {
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
         }
         SetFocus(GetDlgItem(dialog_, IDOK));
-        return dialog_;
     }
-    ~MessageLoopTest() override {
-        if (dialog_) {
-            DestroyWindow(dialog_);
-        }
-    }
+    ~MessageLoopTest() override { DestroyWindow(dialog_); }
 
     static INT_PTR CALLBACK Answer(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         if (message == WM_INITDIALOG) {
@@ -131,7 +121,6 @@ class MessageLoopTest : public testing::Test {
 };
 
 TEST_F(MessageLoopTest, KeysWorkInModelessDialogs) {
-    CreateTwoButtons();
     PostMessageW(GetDlgItem(dialog_, IDOK), WM_KEYDOWN, VK_TAB, 0);
     WindowsClock().YieldToMessages();
     EXPECT_EQ(GetDlgItem(dialog_, IDCANCEL), GetFocus());
@@ -142,7 +131,6 @@ TEST_F(MessageLoopTest, KeysWorkInModelessDialogs) {
 }
 
 TEST_F(MessageLoopTest, AQuitMessageWaitsForTheLoop) {
-    CreateTwoButtons();
     PostMessageW(dialog_, WM_COMMAND, 77, 0);
     PostQuitMessage(5);
     WindowsClock().YieldToMessages();
@@ -172,45 +160,34 @@ TEST(WindowsComputerTest, TheCodePageReplacesWhatItLacks) {
     EXPECT_EQ("C:\\Temp", computer.ToSystemCodePage(L"C:\\Temp"));
     EXPECT_EQ("", computer.ToSystemCodePage(L""));
     EXPECT_EQ(L"abc", computer.FromSystemCodePage("abc"));
-    if (GetACP() == 1252) {
-        EXPECT_EQ("\xE9?8?", computer.ToSystemCodePage(L"é説8∞"));
-        EXPECT_EQ(L"é€", computer.FromSystemCodePage("\xE9\x80"));
+    ASSERT_EQ(GetACP(), 1252U) << "what follows is for the code page of the tests' computer";
+    EXPECT_EQ("\xE9?8?", computer.ToSystemCodePage(L"é説8∞"));
+    EXPECT_EQ(L"é€", computer.FromSystemCodePage("\xE9\x80"));
+}
+
+std::wstring shownTitle;
+
+/// Presses Enter in the box as soon as it is there, and notes its title.
+void CALLBACK PressEnter(HWND, UINT, UINT_PTR timer, DWORD) {
+    const HWND box = GetForegroundWindow();
+    if (FindWindowExW(box, nullptr, L"Button", nullptr)) {
+        KillTimer(nullptr, timer);
+        std::array<wchar_t, 100> title{};
+        GetWindowTextW(box, title.data(), static_cast<int>(title.size()));
+        shownTitle = title.data();
+        PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
     }
 }
 
-/// Presses Enter in the box as soon as it is there, and notes what it says.
-struct BoxReader {
-    static inline std::wstring Title;
-    static inline HWND Owner = nullptr;
-
-    static void CALLBACK Press(HWND, UINT, UINT_PTR timer, DWORD) {
-        const HWND box = GetForegroundWindow();
-        std::array<wchar_t, 100> title{};
-        GetWindowTextW(box, title.data(), static_cast<int>(title.size()));
-        if (FindWindowExW(box, nullptr, L"Button", nullptr)) {
-            KillTimer(nullptr, timer);
-            Title = title.data();
-            Owner = GetWindow(box, GW_OWNER);
-            PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
-        }
-    }
-};
-
 TEST(WindowsMessageBoxesTest, AnswersByTheDefaultButtonAndNamesTheProgram) {
-    const struct {
-        int Style;
-        const wchar_t* Title;
-        int Answer;
-        const wchar_t* ShownTitle;
-    } cases[] = {
-        {boxes::Ok | boxes::Exclamation, L"", boxes::AnswerOk, L"Manual Install Program"},
-        {boxes::YesNo | boxes::Exclamation, L"Select folder", boxes::AnswerYes, L"Select folder"},
-        {boxes::YesNo | boxes::SecondButtonDefault, L"", boxes::AnswerNo, L"Manual Install Program"},
-    };
-    for (const auto& [style, title, answer, shownTitle] : cases) {
-        SetTimer(nullptr, 0, 20, &BoxReader::Press);
+    const std::tuple<int, std::wstring, int> cases[] = {
+        {boxes::Ok | boxes::Exclamation, L"", boxes::AnswerOk},
+        {boxes::YesNo | boxes::Exclamation, L"Select folder", boxes::AnswerYes},
+        {boxes::YesNo | boxes::SecondButtonDefault, L"", boxes::AnswerNo}};
+    for (const auto& [style, title, answer] : cases) {
+        SetTimer(nullptr, 0, 20, &PressEnter);
         EXPECT_EQ(answer, WindowsMessageBoxes().Show(L"Text", style, title));
-        EXPECT_EQ(shownTitle, BoxReader::Title);
+        EXPECT_EQ(title.empty() ? L"Manual Install Program" : title, shownTitle);
     }
 }
 

@@ -31,7 +31,7 @@ class WindowsExtraction : public testing::Test {
             .SevenZip(L"x -aoa -hide \"" + archive + L"\" \"" + Out + L"\\\"", NoFaultLog::Instance());
     }
 
-    TemporaryFolder Folder;
+    ScratchFolder Folder;
     const std::wstring Out = Folder.Below(L"out");
     WindowsArchiveSystem System;
     WindowsFiles Files;

@@ -12,7 +12,7 @@
 #include "platform/windows/ComApartment.h"
 #include "platform/windows/Handle.h"
 #include "startup/windows/WindowsPlatform.h"
-#include "tests/windows/ScratchFolder.h"
+#include "tests/ScratchFolder.h"
 #include "tests/windows/automation/AdoStandIn.h"
 #include "text/DateText.h"
 #include "text/TextTools.h"
@@ -29,8 +29,8 @@ class InstantClock : public WindowsClock {
 class CatalogueOnFiles : public testing::Test {
   protected:
     CatalogueOnFiles() {
-        program_.Paths.InstallDir = scratch_.Path() + L"\\カタログ";
-        program_.Paths.ProgramFolder = scratch_.Path() + L"\\disc";
+        program_.Paths.InstallDir = scratch_.Below(L"カタログ");
+        program_.Paths.ProgramFolder = scratch_.Below(L"disc");
         program_.Settings.Kvx3MdbName = L"KVX3.mdb";
         program_.Settings.Kvx3NewMdbName = L"KVX3 NEW.mdb";
         program_.Identity.FullAccessTrustee = L"Users";
@@ -84,10 +84,10 @@ TEST_F(CatalogueOnFiles, ReadOnlySourceUpgradesTheCatalogueWhichStaysWritable) {
     DiscCatalogueRecord manual;
     manual.Pub_No = L"K'2";
     manual.Model_desc = L"サービスマニュアル";
-    ASSERT_TRUE(RegisterInstalledManual(program_, manual, scratch_.Path(), InstallState::New));
+    ASSERT_TRUE(RegisterInstalledManual(program_, manual, scratch_.Path().wstring(), InstallState::New));
     ASSERT_EQ(FindInstalledRecord(program_, L"k'2").Status, MdbOk);
     EXPECT_EQ(program_.Installed.Model_desc, manual.Model_desc);
-    EXPECT_EQ(program_.Installed.INSPath, scratch_.Path());
+    EXPECT_EQ(program_.Installed.INSPath, scratch_.Path().wstring());
 }
 
 /// Stands in for Jet: a file of the embedded engine that begins as Jet's do whenever it is closed.

@@ -39,7 +39,7 @@ class Extraction : public testing::Test {
         return EmbeddedArchives(*system, Clock_).Test(L"x -aoa " + Archive + L" C:\\out");
     }
 
-    TemporaryFolder Folder;
+    ScratchFolder Folder;
     CountingClock Clock_;
     std::wstring Archive;
 };

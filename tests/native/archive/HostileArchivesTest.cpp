@@ -113,7 +113,7 @@ class HostileArchive : public testing::Test {
     }
 
     const Tree Before = {{L"a\\", ""}, {L"a\\b\\", ""}};
-    TemporaryFolder Folder;
+    ScratchFolder Folder;
     CountingClock Clock_;
     std::unique_ptr<ArchiveSystem> System;
     EmbeddedArchives Archives_;

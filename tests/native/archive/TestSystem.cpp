@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <random>
 
 namespace mip {
 
@@ -26,26 +25,6 @@ static std::wstring TextOf(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 #endif
-
-TemporaryFolder::TemporaryFolder() {
-    std::random_device random;
-    path_ = fs::temp_directory_path() / ("mip-archive-" + std::to_string(random()) + std::to_string(random()));
-    fs::create_directory(path_);
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-}
-
-std::wstring TemporaryFolder::Below(const std::wstring& name) const {
-    return TextOf(path_) + L'\\' + name;
-}
-
-std::wstring TemporaryFolder::Write(const std::wstring& name, const std::string& bytes) const {
-    std::ofstream(PathOf(Below(name)), std::ios::binary) << bytes;
-    return Below(name);
-}
 
 Tree TreeOf(const fs::path& folder) {
     Tree tree;

@@ -7,6 +7,7 @@
 
 #include "platform/Clock.h"
 #include "platform/archive/ArchiveSystem.h"
+#include "tests/ScratchFolder.h"
 
 namespace mip {
 
@@ -18,24 +19,6 @@ std::unique_ptr<ArchiveSystem> MakeTestSystem(unsigned codePage = UsCodePage);
 
 /// A path of this computer from one that the program wrote.
 std::filesystem::path PathOf(std::wstring path);
-
-/// Removed with all that it holds.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return path_; }
-    /// A path below the folder, as the program writes paths.
-    std::wstring Below(const std::wstring& name) const;
-    /// Writes a file and returns its path, as the program writes paths.
-    std::wstring Write(const std::wstring& name, const std::string& bytes) const;
-
-  private:
-    std::filesystem::path path_;
-};
 
 /// Relative path of every file with its content, and of every folder (with a backslash at its end).
 using Tree = std::map<std::wstring, std::string>;

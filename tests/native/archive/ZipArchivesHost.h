@@ -13,7 +13,7 @@ class ZipArchivesHost : public ArchivesHost {
     std::map<std::wstring, std::string> Tree(const std::wstring& folder) override { return TreeOf(PathOf(folder)); }
 
   private:
-    TemporaryFolder folder_;
+    ScratchFolder folder_;
 };
 
 }  // namespace mip

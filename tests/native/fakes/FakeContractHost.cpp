@@ -16,29 +16,16 @@ class FakeContractHost : public ContractHost {
         });
     }
 
-    mip::Files& Files() override { return windows_.Files; }
-    mip::Folders& Folders() override { return windows_.Folders; }
-    mip::Volumes& Volumes() override { return windows_.Volumes; }
-    mip::ProfileFiles& ProfileFiles() override { return windows_.ProfileFiles; }
-    mip::Registry& Registry() override { return windows_.Registry; }
-    mip::Processes& Processes() override { return windows_.Processes; }
-    mip::Clock& Clock() override { return windows_.Clock; }
-
+    const Platform& Computer() override { return windows_.Platform; }
     std::wstring Scratch() override { return L"C:\\Temp\\contract"; }
-    std::wstring ScratchKey() override { return L"Software\\Contract k"; }
     std::wstring RmDirBat() override { return L"C:\\Temp\\my disc\\SysDir\\RmDir.bat"; }
-    std::wstring CommandThatExitsWith(std::uint32_t code) override {
-        return L"C:\\Windows\\System32\\cmd.exe /c exit " + std::to_wstring(code);
-    }
-    bool IsStrict() override { return true; }
     std::shared_ptr<void> OpenElsewhere(const std::wstring& path) override {
         const std::shared_ptr<FileNode> file = windows_.Tree.Find(path);
         ++file->OpenHandles;
         return {nullptr, [file](void*) { --file->OpenHandles; }};
     }
-    bool MakeLink(const std::wstring& path, const std::wstring& target) override {
+    void MakeLink(const std::wstring& path, const std::wstring& target) override {
         windows_.Tree.PutLink(path, target);
-        return true;
     }
     void SetModified(const std::wstring& path, FileTime time) override { windows_.Tree.Find(path)->Modified = time; }
     void PutRegistryNumber(const std::wstring& key, const std::wstring& name) override {

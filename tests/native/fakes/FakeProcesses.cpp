@@ -47,8 +47,9 @@ ScriptedEnd RunRmDir(FileTree& tree, Faults& faults, const std::wstring& argumen
     std::erase(folder, L'"');
     const bool absolute = folder.starts_with(L"\\\\") || (folder.size() > 2 && folder.substr(1, 2) == L":\\");
     const FileTree::Place place = tree.Locate(folder, false);
-    const bool share = folder == DriveNameOf(folder);
-    if (!absolute || share || (place.Node && !place.Parent)) {
+    const std::wstring drive(DriveNameOf(folder));
+    const bool isRoot = drive.empty() || folder.find_first_not_of(L'\\', drive.size()) == std::wstring::npos;
+    if (!absolute || isRoot || (place.Node && !place.Parent)) {
         return {1};
     }
     if (!place.Node || place.Node->Kind == NodeKind::File) {

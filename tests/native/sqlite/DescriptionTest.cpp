@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/sqlite/SqliteEngine.h"
+#include "tests/ScratchFolder.h"
 #include "tools/mkcatalogue/WriteCatalogue.h"
 
 namespace mip {
@@ -48,8 +49,8 @@ TEST(DescriptionTest, FaultsNameTheirLine) {
 }
 
 TEST(WriteCatalogueTest, ReplacesAnOldFileOnlyByAWholeOne) {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "mip_mkcatalogue_test";
-    std::filesystem::remove_all(folder);
+    const ScratchFolder scratch;
+    const std::filesystem::path& folder = scratch.Path();
     std::filesystem::create_directories(folder / "taken.mdb" / "inside");
     const std::filesystem::path output = folder / "new.mdb";
     std::ofstream(output) << "an older file";
@@ -61,7 +62,6 @@ TEST(WriteCatalogueTest, ReplacesAnOldFileOnlyByAWholeOne) {
 
     EXPECT_THROW(WriteCatalogue({7, {}}, folder / "taken.mdb"), std::filesystem::filesystem_error);
     EXPECT_FALSE(std::filesystem::exists(folder / "taken.mdb.new"));
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace

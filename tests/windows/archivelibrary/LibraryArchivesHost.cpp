@@ -32,7 +32,7 @@ class LibraryArchivesHost : public ZipArchivesHost {
         std::wstring folder_;
     };
 
-    TemporaryFolder program_;
+    ScratchFolder program_;
     ProgramComputer computer_{program_.Path().wstring()};
     WindowsArchiveSystem system_;
     CountingClock clock_;
