@@ -106,13 +106,6 @@ ComValue ComValue::Missing() {
     return missing;
 }
 
-ComValue ComValue::Reference(ComValue& target) {
-    ComValue reference;
-    reference.value_.vt = VT_BYREF | VT_VARIANT;
-    reference.value_.pvarVal = &target.value_;
-    return reference;
-}
-
 VARIANT* ComValue::Receive() {
     VariantClear(&value_);
     return &value_;

@@ -60,9 +60,6 @@ class ComValue {
 
     /// An optional argument that is left out.
     static ComValue Missing();
-    /// An argument that the called object may change: the new value is in `target` after the call. `target` must
-    /// outlive the result.
-    static ComValue Reference(ComValue& target);
 
     const VARIANT& Raw() const { return value_; }
     /// Emptied, for a call that fills it.

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/PlatformError.h"
-
 namespace mip {
 
 namespace {
@@ -23,39 +21,24 @@ std::wstring Describe(const VARIANT& value) {
     }
 }
 
-std::wstring Describe(WORD kind, const std::wstring& object, const std::wstring& member,
-                      ScriptedObject::Arguments arguments) {
-    std::wstring text = kind == DISPATCH_PROPERTYGET ? L"get " : kind == DISPATCH_METHOD ? L"call " : L"put ";
-    text += object + L"." + member + L"(";
-    for (std::size_t index = 0; index < arguments.size(); ++index) {
-        text += (index > 0 ? L", " : L"") + Describe(arguments[index]);
-    }
-    return text + L")";
-}
-
-constexpr wchar_t DeferredDescription[] = L"filled in when asked";
-
 HRESULT WINAPI FillIn(EXCEPINFO* raised) {
     raised->scode = E_ABORT;
-    raised->bstrDescription = SysAllocString(DeferredDescription);
+    raised->bstrDescription = SysAllocString(L"filled in when asked");
     return S_OK;
 }
 
-HRESULT Raise(const ScriptedError& error, EXCEPINFO* raised) {
-    if (error.IsDeferred) {
+HRESULT Raise(const Answer& answer, EXCEPINFO* raised) {
+    if (answer.IsDeferred) {
         raised->pfnDeferredFillIn = FillIn;
         return DISP_E_EXCEPTION;
     }
-    if (error.Description.empty()) {
-        return error.Code;
+    if (answer.Description.empty()) {
+        return answer.Code;
     }
     // An own error number has no place in an HRESULT and goes into the 16-bit code.
-    if (error.Code > 0) {
-        raised->wCode = static_cast<WORD>(error.Code);
-    } else {
-        raised->scode = error.Code;
-    }
-    raised->bstrDescription = SysAllocString(error.Description.c_str());
+    raised->wCode = answer.Code > 0 ? static_cast<WORD>(answer.Code) : WORD{0};
+    raised->scode = answer.Code > 0 ? S_OK : answer.Code;
+    raised->bstrDescription = SysAllocString(answer.Description.c_str());
     return DISP_E_EXCEPTION;
 }
 
@@ -69,18 +52,24 @@ ComPointer<ITypeInfo> MakeTypeInfo(TYPEKIND kind, std::wstring name) {
     return QueryInterface<ITypeInfo>(*made);
 }
 
-class ClassFactory final : public IClassFactory {
+/// An automation object by the script, and the class factory of such objects. Keeps properties and methods apart.
+class ScriptedObject final : public IDispatch, public IProvideClassInfo, public IClassFactory {
   public:
-    explicit ClassFactory(RegisteredClass::Maker maker) : maker_(std::move(maker)) {}
+    ScriptedObject(Script& script, std::wstring name) : script_(script), name_(std::move(name)) {
+        ++script_.LiveObjects;
+    }
 
     HRESULT WINAPI QueryInterface(REFIID wanted, void** found) override {
-        if (wanted != IID_IUnknown && wanted != IID_IClassFactory) {
-            *found = nullptr;
-            return E_NOINTERFACE;
+        *found = nullptr;
+        if (wanted == IID_IUnknown || wanted == IID_IDispatch) {
+            *found = static_cast<IDispatch*>(this);
+        } else if (wanted == IID_IProvideClassInfo && !script_.Types[name_].first.empty()) {
+            *found = static_cast<IProvideClassInfo*>(this);
+        } else if (wanted == IID_IClassFactory) {
+            *found = static_cast<IClassFactory*>(this);
         }
-        AddRef();
-        *found = this;
-        return S_OK;
+        references_ += *found == nullptr ? 0 : 1;
+        return *found == nullptr ? E_NOINTERFACE : S_OK;
     }
     ULONG WINAPI AddRef() override { return ++references_; }
     ULONG WINAPI Release() override {
@@ -90,152 +79,89 @@ class ClassFactory final : public IClassFactory {
         }
         return left;
     }
+
     HRESULT WINAPI CreateInstance(IUnknown*, REFIID wanted, void** made) override {
-        try {
-            return maker_()->QueryInterface(wanted, made);
-        } catch (const ScriptedError& error) {
-            return error.Code;
+        if (const Answer answer = script_.Next(L"create " + name_); FAILED(answer.Code)) {
+            return answer.Code;
         }
+        return ComPointer<IDispatch>(new ScriptedObject(script_, name_))->QueryInterface(wanted, made);
     }
     HRESULT WINAPI LockServer(BOOL) override { return S_OK; }
 
-  private:
-    ~ClassFactory() = default;
+    HRESULT WINAPI GetClassInfo(ITypeInfo** info) override {
+        *info = MakeTypeInfo(TKIND_COCLASS, script_.Types[name_].first).release();
+        return S_OK;
+    }
+    HRESULT WINAPI GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT WINAPI GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        const std::wstring& name = script_.Types[name_].second;
+        *info = name.empty() ? nullptr : MakeTypeInfo(TKIND_DISPATCH, name).release();
+        return name.empty() ? E_NOTIMPL : S_OK;
+    }
 
-    RegisteredClass::Maker maker_;
+    HRESULT WINAPI GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        const std::wstring member = name_ + L"." + names[0];
+        for (const wchar_t* const kind : {L"get ", L"put ", L"call "}) {
+            if (script_.Answers.contains(kind + member)) {
+                members_.push_back(member);
+                ids[0] = static_cast<DISPID>(members_.size());
+                return S_OK;
+            }
+        }
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT WINAPI Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
+                          EXCEPINFO* raised, UINT*) override {
+        const std::wstring call = (kind == DISPATCH_PROPERTYGET ? L"get "
+                                   : kind == DISPATCH_METHOD    ? L"call "
+                                                                : L"put ") +
+                                  members_.at(static_cast<std::size_t>(id - 1));
+        std::wstring arguments;
+        for (UINT index = parameters->cArgs; index-- > 0;) {
+            arguments += (arguments.empty() ? L"" : L", ") + Describe(parameters->rgvarg[index]);
+        }
+        script_.Calls.push_back(call + L"(" + arguments + L")");
+        const bool isPut = parameters->cNamedArgs == 1 && parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+        if (!script_.Answers.contains(call) || isPut != (kind == DISPATCH_PROPERTYPUT)) {
+            return DISP_E_MEMBERNOTFOUND;
+        }
+        const Answer answer = script_.Next(call);
+        if (answer.Code != S_OK || answer.IsDeferred) {
+            return Raise(answer, raised);
+        }
+        if (result && !answer.Object.empty()) {
+            result->vt = VT_DISPATCH;
+            result->pdispVal = new ScriptedObject(script_, answer.Object);
+            return S_OK;
+        }
+        return result ? VariantCopy(result, const_cast<VARIANT*>(&answer.Value.Raw())) : S_OK;
+    }
+
+  private:
+    ~ScriptedObject() { --script_.LiveObjects; }
+
+    Script& script_;
+    std::wstring name_;
     ULONG references_ = 1;
+    std::vector<std::wstring> members_;
 };
 
 }  // namespace
 
-ScriptedObject::ScriptedObject(Script& script, std::wstring name) : script_(script), name_(std::move(name)) {
-    ++script_.LiveObjects;
-}
-
-ScriptedObject::~ScriptedObject() {
-    --script_.LiveObjects;
-}
-
-ComPointer<ScriptedObject> ScriptedObject::Make(Script& script, std::wstring name) {
-    return ComPointer<ScriptedObject>(new ScriptedObject(script, std::move(name)));
-}
-
-ScriptedObject& ScriptedObject::Add(WORD kind, const std::wstring& name, Handler handler) {
-    memberNames_.push_back(name);
-    members_[{kind, name}] = std::move(handler);
-    return *this;
-}
-
-ScriptedObject& ScriptedObject::Property(const std::wstring& name, Handler getter) {
-    return Add(DISPATCH_PROPERTYGET, name, std::move(getter));
-}
-
-ScriptedObject& ScriptedObject::Property(const std::wstring& name, ComValue value) {
-    return Property(name, [value](Arguments) { return value; });
-}
-
-ScriptedObject& ScriptedObject::Settable(const std::wstring& name, Handler setter) {
-    return Add(DISPATCH_PROPERTYPUT, name, std::move(setter));
-}
-
-ScriptedObject& ScriptedObject::Method(const std::wstring& name, Handler handler) {
-    return Add(DISPATCH_METHOD, name, std::move(handler));
-}
-
-ScriptedObject& ScriptedObject::Described(const std::wstring& className, const std::wstring& interfaceName) {
-    classInfo_ = className.empty() ? nullptr : MakeTypeInfo(TKIND_COCLASS, className);
-    interfaceInfo_ = interfaceName.empty() ? nullptr : MakeTypeInfo(TKIND_DISPATCH, interfaceName);
-    return *this;
-}
-
-HRESULT ScriptedObject::QueryInterface(REFIID wanted, void** found) {
-    if (wanted == IID_IUnknown || wanted == IID_IDispatch) {
-        *found = static_cast<IDispatch*>(this);
-    } else if (wanted == IID_IProvideClassInfo && classInfo_) {
-        *found = static_cast<IProvideClassInfo*>(this);
-    } else {
-        *found = nullptr;
-        return E_NOINTERFACE;
+Answer Script::Next(const std::wstring& call) {
+    const auto answers = Answers.find(call);
+    if (answers == Answers.end()) {
+        return {};
     }
-    AddRef();
-    return S_OK;
-}
-
-ULONG ScriptedObject::AddRef() {
-    return ++references_;
-}
-
-ULONG ScriptedObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
+    Answer next = answers->second.front();
+    if (answers->second.size() > 1) {
+        answers->second.erase(answers->second.begin());
     }
-    return left;
+    return next;
 }
 
-HRESULT ScriptedObject::GetTypeInfoCount(UINT* count) {
-    *count = interfaceInfo_ ? 1 : 0;
-    return S_OK;
-}
-
-HRESULT ScriptedObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    if (!interfaceInfo_) {
-        return E_NOTIMPL;
-    }
-    interfaceInfo_->AddRef();
-    *info = interfaceInfo_.get();
-    return S_OK;
-}
-
-HRESULT ScriptedObject::GetClassInfo(ITypeInfo** info) {
-    classInfo_->AddRef();
-    *info = classInfo_.get();
-    return S_OK;
-}
-
-HRESULT ScriptedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
-    const auto member = std::ranges::find(memberNames_, std::wstring(names[0]));
-    if (member == memberNames_.end()) {
-        return DISP_E_UNKNOWNNAME;
-    }
-    ids[0] = static_cast<DISPID>(member - memberNames_.begin()) + 1;
-    return S_OK;
-}
-
-HRESULT ScriptedObject::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
-                               EXCEPINFO* raised, UINT*) {
-    const std::wstring& member = memberNames_.at(static_cast<std::size_t>(id - 1));
-    std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
-    std::ranges::reverse(arguments);
-    script_.Calls.push_back(Describe(kind, name_, member, arguments));
-    const auto handler = members_.find({kind, member});
-    const bool isPut = parameters->cNamedArgs == 1 && parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
-    if (handler == members_.end() || isPut != (kind == DISPATCH_PROPERTYPUT)) {
-        return DISP_E_MEMBERNOTFOUND;
-    }
-    try {
-        const ComValue returned = handler->second(arguments);
-        return result ? VariantCopy(result, const_cast<VARIANT*>(&returned.Raw())) : S_OK;
-    } catch (const ScriptedError& error) {
-        return Raise(error, raised);
-    }
-}
-
-ComValue ObjectValue(ComPointer<ScriptedObject> object) {
-    ComValue value;
-    VARIANT* const raw = value.Receive();
-    raw->vt = VT_DISPATCH;
-    raw->pdispVal = object.release();
-    return value;
-}
-
-ComPointer<IDispatch> Share(ScriptedObject& object) {
-    object.AddRef();
-    return ComPointer<IDispatch>(&object);
-}
-
-RegisteredClass::RegisteredClass(const std::wstring& programId, Maker maker)
-    : key_(L"Software\\Classes\\" + programId) {
+RegisteredClass::RegisteredClass(const std::wstring& programId, Script& script, const std::wstring& objectName)
+    : key_(L"Software\\Classes\\" + programId), script_(script) {
     CLSID classId{};
     if (FAILED(CLSIDFromProgID(programId.c_str(), &classId))) {
         CoCreateGuid(&classId);
@@ -244,15 +170,27 @@ RegisteredClass::RegisteredClass(const std::wstring& programId, Maker maker)
         RegSetKeyValueW(HKEY_CURRENT_USER, (key_ + L"\\CLSID").c_str(), nullptr, REG_SZ, text,
                         static_cast<DWORD>(length) * sizeof(wchar_t));
     }
-    const ComPointer<IClassFactory> factory(new ClassFactory(std::move(maker)));
+    const ComPointer<IClassFactory> factory(new ScriptedObject(script, objectName));
+    --script_.LiveObjects;  // the factory does not count
     ThrowIfFailed(
         CoRegisterClassObject(classId, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registration_),
         "CoRegisterClassObject", programId);
 }
 
 RegisteredClass::~RegisteredClass() {
+    ++script_.LiveObjects;
     CoRevokeClassObject(registration_);
     RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str());
+}
+
+ComObject MakeScripted(Script& script, const std::wstring& name) {
+    return ComObject(ComPointer<IDispatch>(new ScriptedObject(script, name)));
+}
+
+ComValue NoObject() {
+    ComValue value;
+    value.Receive()->vt = VT_DISPATCH;
+    return value;
 }
 
 }  // namespace mip

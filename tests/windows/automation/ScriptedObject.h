@@ -3,9 +3,7 @@
 #include <windows.h>
 #include <ocidl.h>
 
-#include <functional>
 #include <map>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,79 +12,49 @@
 
 namespace mip {
 
-/// What happened to a set of scripted objects: every call as text in order, and how many of the objects still live.
-struct Script {
-    std::vector<std::wstring> Calls;
-    int LiveObjects = 0;
-};
-
-/// Thrown by a script to make a call fail. With a description the object raises the error, as automation servers do;
-/// without one the call itself gives the code.
-struct ScriptedError {
-    HRESULT Code;
+/// What one call to a scripted object gives.
+struct Answer {
+    ComValue Value{};
+    /// The name of a new object that is given in the value's place.
+    std::wstring Object{};
+    /// A failure. With a description the object raises it, as automation servers do, else the call itself fails.
+    HRESULT Code = S_OK;
     std::wstring Description{};
-    bool IsDeferred = false;  ///< fills in code and description only when it is asked for them
+    bool IsDeferred = false;  ///< raised by an object that fills in code and description when it is asked for them
 };
 
-/// An automation object made of lambdas. It keeps properties and methods apart and counts its references.
-class ScriptedObject final : public IDispatch, public IProvideClassInfo {
-  public:
-    using Arguments = std::span<const VARIANT>;
-    using Handler = std::function<ComValue(Arguments)>;
+/// How a set of automation objects answers, and what happened to them.
+struct Script {
+    /// By "get Recordset.EOF", "put Browser.Visible", "call Shell.Windows" or "create Browser": one answer after the
+    /// other, the last one for ever. What does not stand here the object does not have.
+    std::map<std::wstring, std::vector<Answer>> Answers{};
+    /// The names in an object's type descriptions: of its class and of its interface, "" for none.
+    std::map<std::wstring, std::pair<std::wstring, std::wstring>> Types{};
+    std::vector<std::wstring> Calls{};
+    int LiveObjects = 0;
 
-    /// The new object holds the reference that the caller takes over.
-    static ComPointer<ScriptedObject> Make(Script& script, std::wstring name);
-
-    ScriptedObject& Property(const std::wstring& name, Handler getter);
-    ScriptedObject& Property(const std::wstring& name, ComValue value);
-    ScriptedObject& Settable(const std::wstring& name, Handler setter);
-    ScriptedObject& Method(const std::wstring& name, Handler handler);
-    /// Type descriptions with these names; "" for none.
-    ScriptedObject& Described(const std::wstring& className, const std::wstring& interfaceName);
-
-    HRESULT WINAPI QueryInterface(REFIID wanted, void** found) override;
-    ULONG WINAPI AddRef() override;
-    ULONG WINAPI Release() override;
-    HRESULT WINAPI GetTypeInfoCount(UINT* count) override;
-    HRESULT WINAPI GetTypeInfo(UINT index, LCID language, ITypeInfo** info) override;
-    HRESULT WINAPI GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID language, DISPID* ids) override;
-    HRESULT WINAPI Invoke(DISPID id, REFIID, LCID language, WORD kind, DISPPARAMS* parameters, VARIANT* result,
-                          EXCEPINFO* raised, UINT* badArgument) override;
-    HRESULT WINAPI GetClassInfo(ITypeInfo** info) override;
-
-  private:
-    ScriptedObject(Script& script, std::wstring name);
-    ~ScriptedObject();
-
-    ScriptedObject& Add(WORD kind, const std::wstring& name, Handler handler);
-
-    Script& script_;
-    std::wstring name_;
-    ULONG references_ = 1;
-    std::vector<std::wstring> memberNames_;
-    std::map<std::pair<WORD, std::wstring>, Handler> members_;
-    ComPointer<ITypeInfo> classInfo_;
-    ComPointer<ITypeInfo> interfaceInfo_;
+    /// The calls since the last time.
+    std::vector<std::wstring> TakeCalls() { return std::exchange(Calls, {}); }
+    Answer Next(const std::wstring& call);
 };
 
-/// An object as a value that owns the reference.
-ComValue ObjectValue(ComPointer<ScriptedObject> object);
-/// Another reference to the object.
-ComPointer<IDispatch> Share(ScriptedObject& object);
-
-/// Makes a program identifier lead to a maker of objects in this process for as long as the registration lives.
+/// Makes a program identifier lead to new objects of this name for as long as the registration lives.
 class RegisteredClass {
   public:
-    using Maker = std::function<ComPointer<IDispatch>()>;
-
-    RegisteredClass(const std::wstring& programId, Maker maker);
+    RegisteredClass(const std::wstring& programId, Script& script, const std::wstring& objectName);
     ~RegisteredClass();
     RegisteredClass(const RegisteredClass&) = delete;
     RegisteredClass& operator=(const RegisteredClass&) = delete;
 
   private:
     std::wstring key_;
+    Script& script_;
     DWORD registration_ = 0;
 };
+
+/// A new object, for a call of its own.
+ComObject MakeScripted(Script& script, const std::wstring& name);
+/// A value that should be an object and is none.
+ComValue NoObject();
 
 }  // namespace mip
