@@ -5,9 +5,14 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/FaultLog.h"
 #include "platform/PlatformError.h"
+#include "platform/archive/EmbeddedArchives.h"
+#include "platform/windows/Handle.h"
+#include "platform/windows/WindowsArchiveSystem.h"
 #include "platform/windows/WindowsArchives.h"
 #include "platform/windows/WindowsComputer.h"
+#include "tests/native/archive/ZipArchivesHost.h"
 #include "tests/windows/archivelibrary/RecordingLibrary.h"
 
 namespace mip {
@@ -16,6 +21,47 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto LibraryName = L"7-zip32.dll";
+
+fs::path SystemFolder() {
+    wchar_t folder[MAX_PATH] = L"";
+    GetSystemDirectoryW(folder, MAX_PATH);
+    return folder;
+}
+
+/// Where a module of this process was loaded from; of the program itself without a name. "" when there is none.
+fs::path PathOfModule(const wchar_t* name) {
+    wchar_t path[MAX_PATH] = L"";
+    const HMODULE module = GetModuleHandleW(name);
+    return module && GetModuleFileNameW(module, path, MAX_PATH) != 0 ? path : L"";
+}
+
+void PutLibrary(const fs::path& folder) {
+    const fs::path library = PathOfModule(nullptr).parent_path() / "recording-library.dll";
+    ASSERT_TRUE(CopyFileW(library.c_str(), (folder / LibraryName).c_str(), FALSE));
+}
+
+/// The computer on which the program lies in a folder of the test's.
+class ProgramComputer : public WindowsComputer {
+  public:
+    ProgramComputer() : WindowsComputer(L"archivelibrary_test") {}
+    std::wstring ProgramFolder() override { return Folder.Path().wstring(); }
+
+    const ScratchFolder Folder;
+};
+
+/// A program beside which the archive library stands.
+class LibraryArchivesHost : public ZipArchivesHost {
+  public:
+    LibraryArchivesHost() { PutLibrary(computer_.Folder.Path()); }
+    mip::Archives& Archives() override { return archives_; }
+
+  private:
+    ProgramComputer computer_;
+    WindowsArchiveSystem system_;
+    CountingClock clock_;
+    EmbeddedArchives embedded_{system_, clock_};
+    WindowsArchives archives_{computer_, embedded_};
+};
 
 /// Notes what the embedded extractor is asked for.
 class NotedExtractor : public Archives {
@@ -37,135 +83,96 @@ class NotedExtractor : public Archives {
     std::vector<std::wstring> CommandLines;
 };
 
-class FolderComputer : public WindowsComputer {
-  public:
-    explicit FolderComputer(std::wstring folder)
-        : WindowsComputer(L"archivelibrary_test"), folder_(std::move(folder)) {}
-    std::wstring ProgramFolder() override { return folder_; }
-
-  private:
-    std::wstring folder_;
-};
-
-fs::path TestFolder() {
-    wchar_t self[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    return fs::path(self).parent_path();
-}
-
-/// The recording library as it is loaded now, wherever from.
-const RecordedCall* LoadedCall(fs::path& loadedFrom) {
-    const HMODULE library = GetModuleHandleW(LibraryName);
-    if (!library) {
-        return nullptr;
-    }
-    wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(library, path, MAX_PATH);
-    loadedFrom = path;
-    using Entry = const RecordedCall* (*)();
-    return reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(library, "LastCall")))();
-}
-
 class ArchiveLibrary : public testing::Test {
   protected:
-    void SetUp() override {
-        fs::create_directories(programFolder_);
-        wchar_t folder[MAX_PATH] = L"";
-        GetSystemDirectoryW(folder, MAX_PATH);
-        systemLibrary_ = fs::path(folder) / LibraryName;
-        fs::remove(systemLibrary_);
+    static std::int32_t Extract(Archives& archives, const std::wstring& commandLine) {
+        return archives.SevenZip(commandLine, NoFaultLog::Instance());
     }
-    void TearDown() override {
-        fs::remove_all(programFolder_);
-        fs::remove(systemLibrary_);
+    std::int32_t ExtractAnew(const std::wstring& commandLine) {
+        WindowsArchives archives(computer_, embedded_);
+        return Extract(archives, commandLine);
+    }
+    /// What the library that is loaded now was called with last.
+    static RecordedCall LastCall() {
+        using Entry = const RecordedCall* (*)();
+        const HMODULE library = GetModuleHandleW(LibraryName);
+        const auto entry = library ? reinterpret_cast<void*>(GetProcAddress(library, "LastCall")) : nullptr;
+        return entry ? *reinterpret_cast<Entry>(entry)() : RecordedCall{};
     }
 
-    void PutLibrary(const fs::path& place) { fs::copy_file(TestFolder() / "recording-library.dll", place); }
-
-    const fs::path programFolder_ = fs::temp_directory_path() / "archive library";
-    fs::path systemLibrary_;
     NotedExtractor embedded_;
-    FolderComputer computer_{programFolder_.wstring()};
+    ProgramComputer computer_;
+    const fs::path library_ = computer_.Folder.Path() / LibraryName;
 };
 
+/// Puts the library into the system folder, from which the system removes it even if the test crashes.
+FileHandle PutSystemLibrary() {
+    PutLibrary(SystemFolder());
+    return FileHandle(CreateFileW((SystemFolder() / LibraryName).c_str(), DELETE,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+}
+
 TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
-    PutLibrary(programFolder_ / LibraryName);
-    PutLibrary(systemLibrary_);
+    PutLibrary(computer_.Folder.Path());
+    const FileHandle systemLibrary = PutSystemLibrary();
     const std::wstring commandLine = L"x -aoa -hide D:\\K\\manual.zip \"C:\\Temp\\é x\\\"";
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), LibraryFailure);
-
-    fs::path loadedFrom;
-    const RecordedCall* call = LoadedCall(loadedFrom);
-    ASSERT_NE(call, nullptr);
-    EXPECT_EQ(loadedFrom, programFolder_ / LibraryName);
-    EXPECT_EQ(call->Count, 1);
-    EXPECT_EQ(call->Owner, nullptr);
-    EXPECT_EQ(call->CommandLine, computer_.ToSystemCodePage(commandLine));
-    EXPECT_EQ(call->OutputLength, 0);
-    EXPECT_EQ(call->OutputSize, 0u);
+    EXPECT_EQ(Extract(archives, commandLine), LibraryFailure);
+    EXPECT_EQ(PathOfModule(LibraryName), library_);
+    const RecordedCall call = LastCall();
+    EXPECT_EQ(call.Count, 1);
+    EXPECT_EQ(call.Owner, nullptr);
+    EXPECT_EQ(call.CommandLine, computer_.ToSystemCodePage(commandLine));
+    EXPECT_EQ(call.OutputLength, 0);
+    EXPECT_EQ(call.OutputSize, 0u);
     EXPECT_TRUE(embedded_.CommandLines.empty());
+
+    EXPECT_EQ(CodeOf([&] { archives.Test(L"x -aoa -hide \"D:\\none.zip\" \"C:\\t\\\""); }),
+              static_cast<std::uint32_t>(LibraryFailure));
+    EXPECT_STREQ(LastCall().CommandLine, "t -hide D:\\none.zip") << "it tests what it is to extract";
 }
 
 TEST_F(ArchiveLibrary, LibraryOfTheSystemFolderIsSecondChoice) {
-    PutLibrary(systemLibrary_);
+    const FileHandle systemLibrary = PutSystemLibrary();
     WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(archives.SevenZip(L"x -aoa -hide D:\\manual.zip C:\\t", NoFaultLog::Instance()), LibraryFailure);
-    fs::path loadedFrom;
-    ASSERT_NE(LoadedCall(loadedFrom), nullptr);
-    EXPECT_TRUE(fs::equivalent(loadedFrom, systemLibrary_)) << loadedFrom;
+    EXPECT_EQ(Extract(archives, L"x -aoa -hide D:\\manual.zip C:\\t"), LibraryFailure);
+    EXPECT_TRUE(fs::equivalent(PathOfModule(LibraryName), SystemFolder() / LibraryName));
 }
 
 TEST_F(ArchiveLibrary, EmbeddedExtractorWorksWhereNoUsableLibraryIs) {
     const std::wstring commandLine = L"x -aoa -hide \"D:\\車 両.zip\" \"C:\\Temp\\\"";
-    {
-        WindowsArchives archives(computer_, embedded_);
-        EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), 7);
-    }
-    // A library that is none, and one without the command entry.
-    std::ofstream(programFolder_ / LibraryName) << "not a library";
-    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine, NoFaultLog::Instance()), 7);
-    wchar_t folder[MAX_PATH] = L"";
-    GetSystemDirectoryW(folder, MAX_PATH);
-    fs::remove(programFolder_ / LibraryName);
-    fs::copy_file(fs::path(folder) / "version.dll", programFolder_ / LibraryName);
-    EXPECT_EQ(WindowsArchives(computer_, embedded_).SevenZip(commandLine, NoFaultLog::Instance()), 7);
+    EXPECT_EQ(ExtractAnew(commandLine), 7);
+    std::ofstream(library_) << "not a library";
+    EXPECT_EQ(ExtractAnew(commandLine), 7);
+    ASSERT_TRUE(CopyFileW((SystemFolder() / "version.dll").c_str(), library_.c_str(), FALSE));
+    EXPECT_EQ(ExtractAnew(commandLine), 7) << "a library without the command entry";
     EXPECT_EQ(embedded_.CommandLines, std::vector<std::wstring>(3, commandLine));
 }
 
 TEST_F(ArchiveLibrary, EmbeddedExtractorServesWhatTheLibraryShouldNotGet) {
-    PutLibrary(programFolder_ / LibraryName);
+    PutLibrary(computer_.Folder.Path());
     WindowsArchives archives(computer_, embedded_);
-    const std::wstring plain = L"x -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"";
     std::vector<std::wstring> commandLines = {
         L"x -aoa -hide D:\\K 2021\\manual.zip \"C:\\t\\\"", L"x -aoa -hide \"D:\\K 2021\\manual.zip\" \"C:\\t\\\"",
         L"x -aoa -hide D:\\\u2603\\manual.zip \"C:\\t\\\"", L"x -aoa -hide D:\\K\\manual.zip \"C:\\\u2603\\\"",
-        L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"",
-    };
+        L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\""};
     for (const std::wstring& commandLine : commandLines) {
-        EXPECT_EQ(archives.SevenZip(commandLine, NoFaultLog::Instance()), 7);
+        EXPECT_EQ(Extract(archives, commandLine), 7);
         EXPECT_EQ(archives.Test(commandLine), embedded_.Facts);
     }
     embedded_.Refuses = true;
-    EXPECT_EQ(archives.SevenZip(plain, NoFaultLog::Instance()), 7);
-    EXPECT_THROW(archives.Test(plain), PlatformError);
-    commandLines.push_back(plain);
+    commandLines.push_back(L"x -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"");
+    EXPECT_EQ(Extract(archives, commandLines.back()), 7);
+    EXPECT_THROW(archives.Test(commandLines.back()), PlatformError);
     EXPECT_EQ(embedded_.CommandLines, commandLines);
-    fs::path loadedFrom;
-    const RecordedCall* call = LoadedCall(loadedFrom);
-    EXPECT_TRUE(call == nullptr || call->Count == 0);
-}
-
-TEST_F(ArchiveLibrary, TheLibraryTestsWhatItIsToExtract) {
-    PutLibrary(programFolder_ / LibraryName);
-    WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(CodeOf([&] { archives.Test(L"x -aoa -hide \"D:\\none.zip\" \"C:\\t\\\""); }),
-              static_cast<std::uint32_t>(LibraryFailure));
-    fs::path loadedFrom;
-    const RecordedCall* call = LoadedCall(loadedFrom);
-    ASSERT_NE(call, nullptr);
-    EXPECT_STREQ(call->CommandLine, "t -hide D:\\none.zip");
+    EXPECT_EQ(LastCall().Count, 0);
 }
 
 }  // namespace
+
+std::unique_ptr<ArchivesHost> MakeArchivesHost() {
+    return std::make_unique<LibraryArchivesHost>();
+}
+
 }  // namespace mip
