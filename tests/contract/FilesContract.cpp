@@ -24,8 +24,15 @@ std::string Numbered(std::size_t size) {
     return bytes;
 }
 
-TEST_F(FilesContract, CopyToNewLeavesAnExistingFileAlone) {
+TEST_F(FilesContract, CopyToNewNeedsAFileAndLeavesAnExistingOneAlone) {
     files_.Write(At(L"new.txt"), "new");
+    folders_.Create(At(L"folder"));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.CopyToNew(At(L"none.txt"), At(L"copy.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"no\\none.txt"), At(L"copy.txt")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"new.txt"), At(L"no\\copy.txt")); }));
+    EXPECT_NE(0u, CodeOf([&] { files_.CopyToNew(At(L"folder"), At(L"copy.txt")); }));
+    EXPECT_EQ(Names{L"new.txt"}, folders_.List(host_->Scratch()).Files);
+
     files_.Write(At(L"old.txt"), "old");
     for (const std::uint32_t bits : {std::uint32_t{0}, std::uint32_t{attributes::ReadOnly}}) {
         files_.SetAttributes(At(L"old.txt"), bits);
@@ -111,17 +118,6 @@ TEST_F(FilesContract, CopyAllToNewStopsWhenItsCallerDoes) {
     }
 }
 
-TEST_F(FilesContract, CopyToNewThatCannotStartLeavesNothing) {
-    files_.Write(At(L"source.txt"), "text");
-    folders_.Create(At(L"folder"));
-
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.CopyToNew(At(L"none.txt"), At(L"copy.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"no\\none.txt"), At(L"copy.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.CopyToNew(At(L"source.txt"), At(L"no\\copy.txt")); }));
-    EXPECT_NE(0u, CodeOf([&] { files_.CopyToNew(At(L"folder"), At(L"copy.txt")); }));
-    EXPECT_EQ(Names{L"source.txt"}, folders_.List(host_->Scratch()).Files);
-}
-
 TEST_F(FilesContract, MoveReplacesInOneStepOrChangesNothing) {
     files_.Write(At(L"new.txt"), "new");
     files_.Write(At(L"old.txt"), "old");
@@ -139,18 +135,25 @@ TEST_F(FilesContract, MoveReplacesInOneStepOrChangesNothing) {
     EXPECT_EQ("new", files_.Read(At(L"folder\\other.txt")));
 }
 
-TEST_F(FilesContract, RemoveRefusesReadOnlyFiles) {
-    files_.Write(At(L"file.txt"), "text");
-    files_.SetAttributes(At(L"file.txt"), attributes::ReadOnly | attributes::Hidden);
+TEST_F(FilesContract, AttributesAreToldAsTheyWereSetAndReadOnlyFilesStay) {
+    const std::wstring file = At(L"file.txt");
+    files_.Write(file, "12345");
     folders_.Create(At(L"folder"));
+    const auto set = [&] { return files_.Status(file).Attributes & ~attributes::Archive; };
 
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.Remove(At(L"file.txt")); }));
+    files_.SetAttributes(file, attributes::ReadOnly | attributes::Hidden);
+    EXPECT_EQ(attributes::ReadOnly | attributes::Hidden, set());
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.Remove(file); }));
     EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.Remove(At(L"folder")); }));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Remove(At(L"none.txt")); }));
+    EXPECT_EQ(5u, files_.Status(file).Size);
+    files_.SetAttributes(file, attributes::Normal);
+    EXPECT_EQ(0u, set());
+    files_.Remove(file);
+    EXPECT_FALSE(files_.Exists(file));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Remove(file); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Status(file); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.SetAttributes(file, 0); }));
     EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.Remove(At(L"no\\none.txt")); }));
-    files_.SetAttributes(At(L"file.txt"), 0);
-    files_.Remove(At(L"file.txt"));
-    EXPECT_FALSE(files_.Exists(At(L"file.txt")));
 }
 
 TEST_F(FilesContract, OnlyAFileThatIsOpenElsewhereIsInUse) {
@@ -165,17 +168,6 @@ TEST_F(FilesContract, OnlyAFileThatIsOpenElsewhereIsInUse) {
     EXPECT_EQ("text", files_.Read(At(L"file.txt")));
 }
 
-TEST_F(FilesContract, StatusTellsAttributesAsTheyWereSet) {
-    files_.Write(At(L"file.txt"), "12345");
-    for (const std::uint32_t bits : {attributes::ReadOnly | attributes::Hidden, std::uint32_t{attributes::Normal}}) {
-        files_.SetAttributes(At(L"file.txt"), bits);
-        EXPECT_EQ(bits & ~attributes::Normal, files_.Status(At(L"file.txt")).Attributes & ~attributes::Archive);
-    }
-    EXPECT_EQ(5u, files_.Status(At(L"file.txt")).Size);
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Status(At(L"none.txt")); }));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.SetAttributes(At(L"none.txt"), 0); }));
-}
-
 TEST_F(FilesContract, ReadStopsAtTheLimitWriteReplacesAndAppendAdds) {
     files_.Append(At(L"log.txt"), "01234");
     files_.Append(At(L"log.txt"), "56789");
@@ -187,15 +179,11 @@ TEST_F(FilesContract, ReadStopsAtTheLimitWriteReplacesAndAppendAdds) {
     EXPECT_EQ("x", files_.Read(At(L"log.txt")));
     EXPECT_EQ(errors::PathNotFound, CodeOf([&] { files_.Write(At(L"no\\log.txt"), "y"); }));
     EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.Read(At(L"none.txt")); }));
-}
 
-TEST_F(FilesContract, ReadThroughNeedsEveryByte) {
-    files_.Write(At(L"file.txt"), std::string(1'300'000, 'x'));
-    folders_.Create(At(L"folder"));
-
-    files_.ReadThrough(At(L"file.txt"));
+    files_.Write(At(L"log.txt"), std::string(1'300'000, 'x'));
+    files_.ReadThrough(At(L"log.txt"));
     EXPECT_EQ(errors::FileNotFound, CodeOf([&] { files_.ReadThrough(At(L"none.txt")); }));
-    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.ReadThrough(At(L"folder")); }));
+    EXPECT_EQ(errors::AccessDenied, CodeOf([&] { files_.ReadThrough(host_->Scratch()); }));
 }
 
 TEST_F(FilesContract, NamesAreKeptAndCompareWithoutRegardToCase) {
@@ -248,21 +236,14 @@ TEST_F(FilesContract, OnlyAFileExistsAsAFile) {
     EXPECT_TRUE(files_.Exists(At(L"file.txt")) && !folders_.Exists(At(L"file.txt")));
 }
 
-TEST_F(FoldersContract, CreateMakesOneLevel) {
-    files_.Write(At(L"file.txt"), "");
-    folders_.Create(At(L"one"));
-
-    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"ONE")); }));
-    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"file.txt")); }));
-    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { folders_.Create(At(L"two\\three")); }));
-    EXPECT_FALSE(folders_.Exists(At(L"two")));
-}
-
-TEST_F(FoldersContract, ListTellsFilesFromFolders) {
+TEST_F(FoldersContract, CreateMakesOneLevelAndListTellsFilesFromFolders) {
     folders_.Create(At(L"a.folder"));
+    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"A.FOLDER")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { folders_.Create(At(L"two\\three")); }));
     folders_.Create(At(L"a.folder\\inner"));
     folders_.Create(At(L"z"));
     files_.Write(At(L"file.txt"), "");
+    EXPECT_EQ(errors::AlreadyExists, CodeOf([&] { folders_.Create(At(L"file.txt")); }));
     files_.Write(At(L"no extension"), "");
     files_.SetAttributes(At(L"file.txt"), attributes::Hidden | attributes::System);
 
@@ -292,7 +273,7 @@ TEST_F(FoldersContract, LinksStandApart) {
     }
 }
 
-TEST_F(FoldersContract, VolumesHaveANameRoomAndAFileSystem) {
+TEST_F(FoldersContract, VolumesHaveANameRoomAndAFileSystemAndKeepWhatIsFlushed) {
     Volumes& volumes = computer_.Volumes;
     EXPECT_EQ(L"C:", volumes.DriveName(host_->Scratch()));
     EXPECT_GT(volumes.FreeBytes(L"C:\\"), 1'000'000.0);
@@ -301,17 +282,14 @@ TEST_F(FoldersContract, VolumesHaveANameRoomAndAFileSystem) {
         EXPECT_NE(0u, CodeOf([&] { volumes.FreeBytes(root); })) << testing::PrintToString(root);
         EXPECT_NE(0u, CodeOf([&] { volumes.FileSystemName(root); })) << testing::PrintToString(root);
     }
-}
 
-TEST_F(FoldersContract, FlushingKeepsWhatWasWritten) {
     folders_.Create(At(L"manual"));
     folders_.Create(At(L"manual\\contents"));
     files_.Write(At(L"manual\\contents\\page.html"), "text");
     files_.SetAttributes(At(L"manual\\contents\\page.html"), attributes::ReadOnly);
-
-    computer_.Volumes.Flush(At(L"manual"));
+    volumes.Flush(At(L"manual"));
     EXPECT_EQ("text", files_.Read(At(L"manual\\contents\\page.html")));
-    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { computer_.Volumes.Flush(At(L"none")); }));
+    EXPECT_EQ(errors::FileNotFound, CodeOf([&] { volumes.Flush(At(L"none")); }));
 }
 
 }  // namespace
