@@ -46,6 +46,14 @@ FileHandle HoldAlone(const std::wstring& path) {
     return file;
 }
 
+/// Installs what is on the disc, from the program's start to its end.
+void ExpectRun(const std::wstring& texts, DWORD exitCode) {
+    const WorkshopUser user;
+    user.Install();
+    EXPECT_EQ(user.ResultTexts(), texts);
+    EXPECT_EQ(user.Leave(), exitCode);
+}
+
 /// The question whether to go on without a companion program.
 HWND WaitForCompanionQuestion(const WorkshopUser& user) {
     const HWND box = user.WaitForDialogOver(user.WaitForProgress());
@@ -54,12 +62,20 @@ HWND WaitForCompanionQuestion(const WorkshopUser& user) {
     return box;
 }
 
-void ExpectYesAndNoWithNoChosen(HWND box) {
-    for (const int button : {IDOK, IDCANCEL, IDYES, IDNO}) {
-        EXPECT_EQ(GetDlgItem(box, button) != nullptr, button == IDYES || button == IDNO) << button;
-    }
-    EXPECT_EQ(SendMessageW(GetDlgItem(box, IDNO), WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON, DLGC_DEFPUSHBUTTON);
-    EXPECT_EQ(SendMessageW(GetDlgItem(box, IDYES), WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON, 0);
+/// All that is installed: the rows and the files.
+auto Library() {
+    return std::pair(ReadCatalogue(), FilesBelow(Manuals));
+}
+
+/// What is installed of one manual.
+auto Installed(const std::wstring& pubNo, const std::wstring& manual) {
+    return std::pair(ReadCatalogue().at(pubNo), FilesBelow(FolderOf(manual)));
+}
+
+/// The disc's edition of a manual is recorded and there.
+void ExpectDiscEdition(const std::wstring& pubNo, const std::wstring& version, const std::wstring& manual) {
+    EXPECT_EQ(ReadCatalogue().at(pubNo), (Row{version, FolderOf(manual), L"0"}));
+    EXPECT_TRUE(IsDiscEdition(FolderOf(manual), manual));
 }
 
 TEST(Failures, WithoutManagerSetupOrWithADamagedNewCatalogueTheRunStops) {
@@ -68,39 +84,33 @@ TEST(Failures, WithoutManagerSetupOrWithADamagedNewCatalogueTheRunStops) {
     KeepOnDisc({Merivo});
     WriteBytes(order, "moves itself aside");
     const std::string catalogue = BytesOf(Catalogue);
-    {
-        const WorkshopUser user;
-        user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(18));
-        EXPECT_EQ(user.Leave(), 4U);
-    }
+    ExpectRun(FailureTexts(18), 4);
     EXPECT_EQ(BytesOf(Catalogue), catalogue);
 
     fs::rename(setup + L".aside", setup);
     fs::remove(order);
     fs::resize_file(L"D:\\programs\\setup\\kvx3new.mdb", 5000);
-    const WorkshopUser user;
-    user.Install();
-    EXPECT_EQ(user.ResultTexts(), FailureTexts(71));
-    EXPECT_EQ(user.Leave(), 4U);
+    ExpectRun(FailureTexts(71), 4);
     EXPECT_EQ(BytesOf(Catalogue), catalogue);
 }
 
 TEST(Failures, ACompanionThatFailsIsAskedAbout) {
     KeepOnDisc({Merivo});
     WriteBytes(L"D:\\programs\\manual_link\\setup.fail", "7");
-    const auto rows = ReadCatalogue();
-    const auto manuals = FilesBelow(Manuals);
+    const auto before = Library();
 
     const WorkshopUser user;
     user.Agree();
     const HWND question = WaitForCompanionQuestion(user);
-    ExpectYesAndNoWithNoChosen(question);
+    for (const int button : {IDOK, IDCANCEL, IDYES, IDNO}) {
+        EXPECT_EQ(GetDlgItem(question, button) != nullptr, button == IDYES || button == IDNO) << button;
+        const LRESULT kind = SendMessageW(GetDlgItem(question, button), WM_GETDLGCODE, 0, 0);
+        EXPECT_EQ((kind & DLGC_DEFPUSHBUTTON) != 0, button == IDNO) << button;
+    }
     user.TypeKey(question, VK_RETURN);
     EXPECT_EQ(user.WaitForResult(), 0);
     EXPECT_EQ(user.ResultTexts(), FailureTexts(90)) << "Enter is a No";
-    EXPECT_EQ(ReadCatalogue(), rows);
-    EXPECT_TRUE(FilesBelow(Manuals) == manuals);
+    EXPECT_TRUE(Library() == before);
 
     WriteBytes(L"D:\\programs\\manual_link\\setup.fail", "nolog");
     WriteBytes(L"D:\\programs\\View\\setup.fail", "not a number");
@@ -111,8 +121,7 @@ TEST(Failures, ACompanionThatFailsIsAskedAbout) {
     EXPECT_EQ(user.WaitForResult(), 1);
     EXPECT_EQ(user.ResultTexts(), Succeeded());
     EXPECT_EQ(user.Leave(), 0U);
-    EXPECT_EQ(ReadCatalogue().at(L"K2310MM"), (Row{L"1", FolderOf(Merivo), L"0"}));
-    EXPECT_TRUE(IsDiscEdition(FolderOf(Merivo), Merivo));
+    ExpectDiscEdition(L"K2310MM", L"1", Merivo);
 }
 
 TEST(Failures, ADamagedArchiveLeavesTheEditionBeforeAndWhatWasInstalled) {
@@ -120,19 +129,12 @@ TEST(Failures, ADamagedArchiveLeavesTheEditionBeforeAndWhatWasInstalled) {
     const std::string whole = BytesOf(ArchiveOf(Halden));
     std::string altered = whole;
     altered.at(whole.size() / 2) ^= 0x10;
-    const auto before = FilesBelow(FolderOf(Halden));
-    const Row haldenRow = ReadCatalogue().at(L"K9310BR");
-
+    const auto before = Installed(L"K9310BR", Halden);
     for (const std::string& damaged : {whole.substr(0, whole.size() / 2), altered}) {
         WriteBytes(ArchiveOf(Halden), damaged);
-        const WorkshopUser user;
-        user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(23));
-        EXPECT_EQ(user.Leave(), 4U);
-        EXPECT_TRUE(FilesBelow(FolderOf(Halden)) == before);
-        EXPECT_EQ(ReadCatalogue().at(L"K9310BR"), haldenRow);
-        EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
-        EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
+        ExpectRun(FailureTexts(23), 4);
+        EXPECT_TRUE(Installed(L"K9310BR", Halden) == before);
+        ExpectDiscEdition(L"K3420MM", L"5", Brescot);
     }
 }
 
@@ -143,22 +145,14 @@ TEST(Failures, ANewManualThatFailsIsNotRecorded) {
         const std::wstring pdf = FolderOf(Diagnosis) + L"\\contents\\K8040PD.pdf";
         WriteBytes(pdf, "copied by hand, and open");
         const FileHandle lock = HoldAlone(pdf);
-        const WorkshopUser user;
-        user.Install();
-        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"All models  K8040PD"));
-        EXPECT_EQ(user.Leave(), 4U);
+        ExpectRun(InUseTexts(L"All models  K8040PD"), 4);
     }
     EXPECT_EQ(ReadCatalogue(), rows);
 
     KeepOnDisc({Merivo});
     const std::string archive = BytesOf(ArchiveOf(Merivo));
     WriteBytes(ArchiveOf(Merivo), archive.substr(0, archive.size() - 1000));
-    {
-        const WorkshopUser user;
-        user.Install();
-        EXPECT_EQ(user.ResultTexts(), FailureTexts(23));
-        EXPECT_EQ(user.Leave(), 4U);
-    }
+    ExpectRun(FailureTexts(23), 4);
     EXPECT_EQ(ReadCatalogue(), rows);
     EXPECT_FALSE(Exists(FolderOf(Merivo)));
 
@@ -188,41 +182,32 @@ TEST(Failures, CancelAtTheFolderKeepsWhatIsInstalled) {
     EXPECT_EQ(questions, 1);
     EXPECT_EQ(user.ResultTexts(), FailureTexts(25));
     EXPECT_EQ(user.Leave(), 5U);
-    EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
-    EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
+    ExpectDiscEdition(L"K3420MM", L"5", Brescot);
     EXPECT_FALSE(ReadCatalogue().contains(L"K2310MM"));
     EXPECT_FALSE(Exists(FolderOf(Merivo)));
 }
 
 TEST(Failures, AManualThatIsOpenElsewhereStaysAsItIs) {
     KeepOnDiscAlone({Brescot, Ondari});
-    const auto rows = ReadCatalogue();
-    const auto installed = FilesBelow(Manuals);
+    const auto all = Library();
+    const auto ondari = Installed(L"K4710MM", Ondari);
     const WorkshopUser user;
-    {
-        const FileHandle lock = HoldAlone(FolderOf(Brescot) + L"\\contents\\index.html");
+    const auto installWhileOpen = [&](const wchar_t* manual, const wchar_t* name) {
+        const FileHandle lock = HoldAlone(FolderOf(manual) + L"\\contents\\index.html");
         user.Install();
-        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"Brescot  K3420MM"));
-    }
-    EXPECT_EQ(ReadCatalogue(), rows);
-    EXPECT_TRUE(FilesBelow(Manuals) == installed);
+        EXPECT_EQ(user.ResultTexts(), InUseTexts(name));
+    };
+    installWhileOpen(Brescot, L"Brescot  K3420MM");
+    EXPECT_TRUE(Library() == all);
     user.CloseResult();
-    const auto before = FilesBelow(FolderOf(Ondari));
-    {
-        const FileHandle lock = HoldAlone(FolderOf(Ondari) + L"\\contents\\index.html");
-        user.Install();
-        EXPECT_EQ(user.ResultTexts(), InUseTexts(L"Ondari  K4710MM"));
-    }
-    EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", FolderOf(Brescot), L"0"}));
-    EXPECT_TRUE(IsDiscEdition(FolderOf(Brescot), Brescot));
-    EXPECT_EQ(ReadCatalogue().at(L"K4710MM"), rows.at(L"K4710MM"));
-    EXPECT_TRUE(FilesBelow(FolderOf(Ondari)) == before);
+    installWhileOpen(Ondari, L"Ondari  K4710MM");
+    ExpectDiscEdition(L"K3420MM", L"5", Brescot);
+    EXPECT_TRUE(Installed(L"K4710MM", Ondari) == ondari);
     user.CloseResult();
     user.Install();
     EXPECT_EQ(user.ResultTexts(), Succeeded());
     EXPECT_EQ(user.Leave(), 0U);
-    EXPECT_EQ(ReadCatalogue().at(L"K4710MM"), (Row{L"4", FolderOf(Ondari), L"0"}));
-    EXPECT_TRUE(IsDiscEdition(FolderOf(Ondari), Ondari));
+    ExpectDiscEdition(L"K4710MM", L"4", Ondari);
 }
 
 }  // namespace

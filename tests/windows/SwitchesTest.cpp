@@ -19,17 +19,16 @@ constexpr wchar_t Kestren[] = L"K5150MM";
 DWORD RunWithScreen(const std::wstring& switches, int control, const std::function<void(HWND)>& look) {
     const WorkshopUser user(L"/LANG=09 " + switches);
     HWND seen = nullptr;
-    while (!user.ExitCode()) {
+    const DWORD exitCode = user.WaitForEnd([&] {
         const HWND screen = user.FindScreen(control);
         if (screen != nullptr && seen == nullptr) {
             seen = screen;
             look(screen);
         }
         EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr) << "a question or a result";
-        Sleep(20);
-    }
+    });
     EXPECT_NE(seen, nullptr) << "the screen was not shown";
-    return user.WaitForEnd();
+    return exitCode;
 }
 
 /// A control's text as the system keeps it: the busy program answers no question.
