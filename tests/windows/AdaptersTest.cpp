@@ -90,55 +90,40 @@ TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
     SetCurrentDirectoryW(current.data());
 }
 
-class MessageLoopTest : public testing::Test {
-  protected:
-    /// A modeless dialog with two buttons.
-    MessageLoopTest() {
-        struct alignas(4) {
-            DLGTEMPLATE Dialog{DWORD{WS_POPUP | WS_VISIBLE}, 0, 0, 0, 0, 100, 60};
-            std::array<WORD, 3> Rest{};
-        } form;
-        dialog_ = CreateDialogIndirectParamW(nullptr, &form.Dialog, nullptr, &Answer, reinterpret_cast<LPARAM>(this));
-        for (const int id : {IDOK, IDCANCEL}) {
-            CreateWindowW(L"BUTTON", L"Button", DWORD{WS_CHILD | WS_VISIBLE | WS_TABSTOP}, 0, 0, 40, 20, dialog_,
-                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
-        }
-        SetFocus(GetDlgItem(dialog_, IDOK));
-    }
-    ~MessageLoopTest() override { DestroyWindow(dialog_); }
+int pressed = 0;
 
-    static INT_PTR CALLBACK Answer(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_INITDIALOG) {
-            SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        } else if (message == WM_COMMAND) {
-            reinterpret_cast<MessageLoopTest*>(GetWindowLongPtrW(dialog, DWLP_USER))->command_ = LOWORD(wParam);
-        }
-        return FALSE;
-    }
-
-    HWND dialog_ = nullptr;
-    int command_ = 0;
-};
-
-TEST_F(MessageLoopTest, KeysWorkInModelessDialogs) {
-    PostMessageW(GetDlgItem(dialog_, IDOK), WM_KEYDOWN, VK_TAB, 0);
-    WindowsClock().YieldToMessages();
-    EXPECT_EQ(GetDlgItem(dialog_, IDCANCEL), GetFocus());
-
-    PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
-    WindowsClock().YieldToMessages();
-    EXPECT_EQ(IDCANCEL, command_);
+INT_PTR CALLBACK NoteCommand(HWND, UINT message, WPARAM wParam, LPARAM) {
+    pressed = message == WM_COMMAND ? LOWORD(wParam) : pressed;
+    return FALSE;
 }
 
-TEST_F(MessageLoopTest, AQuitMessageWaitsForTheLoop) {
-    PostMessageW(dialog_, WM_COMMAND, 77, 0);
+TEST(WindowsClockTest, KeysWorkInModelessDialogsAndAQuitMessageWaitsForTheLoop) {
+    struct alignas(4) {
+        DLGTEMPLATE Dialog{DWORD{WS_POPUP | WS_VISIBLE}, 0, 0, 0, 0, 100, 60};
+        std::array<WORD, 3> Rest{};
+    } form;
+    const HWND dialog = CreateDialogIndirectParamW(nullptr, &form.Dialog, nullptr, &NoteCommand, 0);
+    for (const int id : {IDOK, IDCANCEL}) {
+        CreateWindowW(L"BUTTON", L"Button", DWORD{WS_CHILD | WS_VISIBLE | WS_TABSTOP}, 0, 0, 40, 20, dialog,
+                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    }
+    SetFocus(GetDlgItem(dialog, IDOK));
+    PostMessageW(GetDlgItem(dialog, IDOK), WM_KEYDOWN, VK_TAB, 0);
+    WindowsClock().YieldToMessages();
+    EXPECT_EQ(GetDlgItem(dialog, IDCANCEL), GetFocus());
+    PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
+    WindowsClock().YieldToMessages();
+    EXPECT_EQ(IDCANCEL, pressed);
+
+    PostMessageW(dialog, WM_COMMAND, 77, 0);
     PostQuitMessage(5);
     WindowsClock().YieldToMessages();
     WindowsClock().YieldToMessages();
-    EXPECT_EQ(77, command_);
+    EXPECT_EQ(77, pressed);
     MSG message{};
     EXPECT_EQ(0, GetMessageW(&message, nullptr, 0, 0));
     EXPECT_EQ(5u, message.wParam);
+    DestroyWindow(dialog);
 }
 
 TEST(WindowsComputerTest, OnlyAnEarlierInstanceOfTheSameNameCounts) {
@@ -148,15 +133,12 @@ TEST(WindowsComputerTest, OnlyAnEarlierInstanceOfTheSameNameCounts) {
     EXPECT_TRUE(WindowsComputer(L"Contract instance").IsPreviousInstanceRunning());
 }
 
-TEST(WindowsComputerTest, TellsUserFoldersAndLanguage) {
+TEST(WindowsComputerTest, TellsUserFoldersLanguageAndCodePage) {
     WindowsComputer computer(L"Contract instance");
     EXPECT_NE(L"", computer.UserName());
     EXPECT_EQ(4u, computer.LanguageIdentifier().size());
     EXPECT_TRUE(WindowsFiles().Exists(computer.ProgramFolder() + L"\\windows_adapters.exe"));
-}
 
-TEST(WindowsComputerTest, TheCodePageReplacesWhatItLacks) {
-    WindowsComputer computer(L"Contract instance");
     EXPECT_EQ("C:\\Temp", computer.ToSystemCodePage(L"C:\\Temp"));
     EXPECT_EQ("", computer.ToSystemCodePage(L""));
     EXPECT_EQ(L"abc", computer.FromSystemCodePage("abc"));

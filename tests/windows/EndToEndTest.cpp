@@ -89,7 +89,9 @@ TEST(EndToEnd, RefusingTheTermsChangesNothing) {
     const HWND agreement = user.WaitForScreen(ids::T_CONTRACT);
     EXPECT_FALSE(IsWindowEnabled(GetDlgItem(agreement, ids::B_OK))) << "nothing is chosen yet";
     EXPECT_NE(TextOf(agreement, ids::T_CONTRACT).find(L"TERMS OF USE"), std::wstring::npos);
-    user.Press(agreement, ids::O_Value + 2);
+    for (const int choice : {1, 2}) {
+        user.Press(agreement, ids::O_Value + choice);
+    }
     user.Press(agreement, ids::B_OK);
     EXPECT_EQ(user.WaitForEnd(), 2U);
     EXPECT_EQ(BytesOf(Catalogue), before);

@@ -50,25 +50,18 @@ class FormsTest : public ScreensTest {
         }
     }
 
-    template <typename FormType>
-    std::unique_ptr<FormType> Open() {
-        auto form = std::make_unique<FormType>(host_);
+    template <typename FormType, typename... Arguments>
+    std::unique_ptr<FormType> Open(Arguments&&... arguments) {
+        auto form = std::make_unique<FormType>(host_, std::forward<Arguments>(arguments)...);
         form->Show();
         return form;
     }
-
     std::unique_ptr<frmDirectorySelect> OpenFolderQuestion() {
-        auto form = std::make_unique<frmDirectorySelect>(
-            host_, program_.DiscCatalogue.Records.back(),
-            L"C:\\Vantor Manuals\\A folder\\far down\\with a very long name\\below it");
-        form->Show();
-        return form;
+        return Open<frmDirectorySelect>(program_.DiscCatalogue.Records.back(),
+                                        L"C:\\Vantor Manuals\\A folder\\far down\\with a very long name\\below it");
     }
 
     static void Press(const Form& form, int button) { SendMessageW(GetDlgItem(form.Window(), button), BM_CLICK, 0, 0); }
-    static bool IsEnabled(const Form& form, int control) {
-        return IsWindowEnabled(GetDlgItem(form.Window(), control)) != 0;
-    }
     static bool IsShown(const Form& form, int control) {
         return IsWindowVisible(GetDlgItem(form.Window(), control)) != 0;
     }
@@ -166,21 +159,6 @@ std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language)
 
 INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"09", L"11"), LanguageName);
 
-TEST_F(FormsTest, TheAgreementNeedsAChoice) {
-    for (const auto& [option, screens, exitCode] :
-         {std::tuple{1, std::vector<std::string>{"installation"}, std::optional<std::uint32_t>{}},
-          {2, std::vector<std::string>{}, std::optional<std::uint32_t>{2}}}) {
-        screens_.Shown.clear();
-        const auto form = Open<frmStartUp>();
-        EXPECT_FALSE(IsEnabled(*form, ids::B_OK));
-        Press(*form, ids::O_Value + option);
-        EXPECT_EQ(IsDlgButtonChecked(form->Window(), ids::O_Value + 3 - option), UINT{BST_UNCHECKED});
-        PostMessageW(GetDlgItem(form->Window(), ids::B_OK), BM_CLICK, 0, 0);
-        EXPECT_EQ(ExitCodeOf([this] { RunPending(); }), exitCode);
-        EXPECT_EQ(screens_.Shown, screens);
-    }
-}
-
 TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     const auto closeAndServe = [this](const Form& form) {
         PostMessageW(form.Window(), WM_CLOSE, 0, 0);
@@ -194,14 +172,9 @@ TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     EXPECT_EQ(closeAndServe(*Open<frmResult>()), 4U);
 }
 
-TEST_F(FormsTest, TheMenuLeadsToTheAgreementAndTheGuide) {
-    const auto form = Open<frmMenu>();
-    Press(*form, ids::cmdDispManual);
+TEST_F(FormsTest, TheMenuOpensTheGuide) {
+    Press(*Open<frmMenu>(), ids::cmdDispManual);
     EXPECT_EQ(windows_.Shell.Opened.size(), 1U);
-    Press(*form, ids::cmdStartInstall);
-    EXPECT_EQ(screens_.Shown, std::vector<std::string>{"agreement"});
-    EXPECT_EQ(form->Window(), nullptr);
-    EXPECT_EQ(program_.WindowTitle, L"message 84");
 }
 
 TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
@@ -209,10 +182,10 @@ TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
     windows_.Tree.DriveOf(L"C:\\")->FreeBytes = 1;
     windows_.MessageBoxes.Answers = {boxes::AnswerOk, boxes::AnswerNo, boxes::AnswerYes};
     const auto form = OpenFolderQuestion();
-    Press(*form, ids::B_OK);
-    EXPECT_NE(form->Window(), nullptr) << "no room";
-    Press(*form, ids::B_Cancel);
-    EXPECT_NE(form->Window(), nullptr) << "not cancelled after all";
+    for (const int button : {ids::B_OK, ids::B_Cancel}) {
+        Press(*form, button);
+        EXPECT_NE(form->Window(), nullptr) << "no room, or not cancelled after all";
+    }
     EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 2U);
     SendMessageW(form->Window(), WM_CLOSE, 0, 0);
     EXPECT_EQ(form->Window(), nullptr);
@@ -301,13 +274,6 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
     EXPECT_EQ(form->Window(), nullptr);
     EXPECT_TRUE(program_.Outcome.RunFinished);
     EXPECT_EQ(screens_.Shown, std::vector<std::string>{"result"});
-}
-
-TEST_F(FormsTest, TheTransactionScreenDoesItsWorkAndEndsTheProgram) {
-    program_.Switches.Check = true;
-    const auto form = Open<frmTransaction>();
-    EXPECT_EQ(ExitCodeOf([this] { RunPending(); }), 0U);
-    EXPECT_EQ(windows_.Clock.Sleeps.size(), 2U);
 }
 
 }  // namespace

@@ -50,13 +50,6 @@ bool IsTextWhole(HWND control) {
     return true;
 }
 
-RECT PlaceIn(HWND window, HWND child) {
-    RECT place{};
-    GetWindowRect(child, &place);
-    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
-    return place;
-}
-
 std::vector<HWND> VisibleChildren(HWND window) {
     std::vector<HWND> children;
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
@@ -67,6 +60,12 @@ std::vector<HWND> VisibleChildren(HWND window) {
     return children;
 }
 
+RECT PlaceOf(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    return place;
+}
+
 }  // namespace
 
 std::vector<std::string> TextsThatDoNotFit(HWND window) {
@@ -74,16 +73,16 @@ std::vector<std::string> TextsThatDoNotFit(HWND window) {
     const auto complain = [&](HWND control, const char* what) {
         complaints.push_back(std::to_string(GetDlgCtrlID(control)) + what + ToUtf8(TextOf(control)));
     };
-    RECT whole{};
-    GetWindowRect(window, &whole);
+    const RECT whole = PlaceOf(window);
     if (whole.bottom - whole.top > GetSystemMetrics(SM_CYSCREEN)) {
         complaints.push_back("the window is higher than the screen");
     }
     RECT client{};
     GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
     const std::vector<HWND> children = VisibleChildren(window);
     for (const HWND child : children) {
-        const RECT place = PlaceIn(window, child);
+        const RECT place = PlaceOf(child);
         RECT common{};
         IntersectRect(&common, &place, &client);
         if (EqualRect(&common, &place) == 0) {
@@ -93,7 +92,7 @@ std::vector<std::string> TextsThatDoNotFit(HWND window) {
             complain(child, " is cut off: ");
         }
         for (const HWND other : children) {
-            const RECT otherPlace = PlaceIn(window, other);
+            const RECT otherPlace = PlaceOf(other);
             if (other > child && IntersectRect(&common, &place, &otherPlace) != 0) {
                 complain(child, " overlaps: ");
             }
