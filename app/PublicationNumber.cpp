@@ -7,35 +7,35 @@
 namespace mip {
 namespace {
 
-constexpr std::size_t EditionDigit = 4;
+constexpr std::size_t RevisionPosition = 4;
 
-bool HasEditionDigit(const std::wstring& pubNo) {
-    return pubNo.size() > EditionDigit && pubNo[EditionDigit] >= L'0' && pubNo[EditionDigit] <= L'9';
+bool HasRevision(const std::wstring& pubNo) {
+    return pubNo.size() > RevisionPosition && pubNo[RevisionPosition] >= L'0' && pubNo[RevisionPosition] <= L'9';
 }
 
 }  // namespace
 
 std::wstring BaseEditionOf(const std::wstring& pubNo) {
-    if (!HasEditionDigit(pubNo)) {
+    if (!HasRevision(pubNo)) {
         throw ConversionError();
     }
-    if (pubNo[EditionDigit] == L'0') {
+    if (pubNo[RevisionPosition] == L'0') {
         return {};
     }
     std::wstring base = pubNo;
-    base[EditionDigit] = L'0';
+    base[RevisionPosition] = L'0';
     return base;
 }
 
-std::vector<std::wstring> LaterEditionsOf(const std::wstring& pubNo) {
-    std::vector<std::wstring> editions;
-    if (HasEditionDigit(pubNo)) {
-        for (std::wstring later = pubNo; later[EditionDigit] < L'9';) {
-            ++later[EditionDigit];
-            editions.push_back(later);
+std::vector<std::wstring> LaterRevisionsOf(const std::wstring& pubNo) {
+    std::vector<std::wstring> revisions;
+    if (HasRevision(pubNo)) {
+        for (std::wstring later = pubNo; later[RevisionPosition] < L'9';) {
+            ++later[RevisionPosition];
+            revisions.push_back(later);
         }
     }
-    return editions;
+    return revisions;
 }
 
 }  // namespace mip

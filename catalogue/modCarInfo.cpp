@@ -278,7 +278,7 @@ bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool empt
 }
 
 bool IsSupersededPublication(Program& program, const std::wstring& pubNo) {
-    return std::ranges::any_of(LaterEditionsOf(pubNo),
+    return std::ranges::any_of(LaterRevisionsOf(pubNo),
                                [&](const std::wstring& later) { return FindEdition(program, later).Found(); });
 }
 

@@ -219,7 +219,7 @@ TEST(Language, CodesOfIdentifiers) {
 TEST(PublicationNumbers, HaveTheEditionAsFifthCharacter) {
     EXPECT_EQ(BaseEditionOf(L"K4713MM"), L"K4710MM");
     EXPECT_EQ(BaseEditionOf(L"K4710MM"), L"");
-    EXPECT_EQ(LaterEditionsOf(L"K4717MM"), (std::vector<std::wstring>{L"K4718MM", L"K4719MM"}));
+    EXPECT_EQ(LaterRevisionsOf(L"K4717MM"), (std::vector<std::wstring>{L"K4718MM", L"K4719MM"}));
     for (const wchar_t* bad : {L"K471XMM", L"K471", L"", L"K471\uFF13MM"}) {
         EXPECT_THROW(BaseEditionOf(bad), ConversionError);
     }
