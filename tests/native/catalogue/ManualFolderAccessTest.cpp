@@ -1,68 +1,37 @@
-#include <filesystem>
-#include <map>
-
-#include <unistd.h>
-
-#include "platform/sqlite/SqliteEngine.h"
 #include "catalogue/ManualFolderAccess.h"
 #include "tests/native/security/SecurityTest.h"
-#include "text/TextTools.h"
 
 namespace mip {
 namespace {
 
 constexpr std::uint32_t ModifyRights = 0xE0010000;
 
-/// Opens one real database file, whatever path the program knows it by.
-class OneDatabase : public DatabaseEngine {
-  public:
-    explicit OneDatabase(std::wstring file) : file_(std::move(file)) {}
-
-    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override { return engine_.Open(file_); }
-    std::unique_ptr<DatabaseConnection> Create() { return engine_.Create(file_, 1); }
-
-  private:
-    std::wstring file_;
-    SqliteEngine engine_;
-};
-
 class FolderWalk : public SecurityTest {
   protected:
-    void SetUp() override {
-        std::filesystem::remove(file_);
-        catalogue_ = database_.Create();
+    FolderWalk() {
         program_.Paths.MdbPath = L"C:\\Kvx\\KVX.mdb";
-        windows_.Tree.PutFile(program_.Paths.MdbPath, std::string("SQLite format 3\0", 16));
-        windows_.SqliteEngine.Engine = &database_;
-    }
-    void TearDown() override {
-        catalogue_.reset();
-        std::filesystem::remove(file_);
+        windows_.PutCatalogue(program_.Paths.MdbPath, 1);
+        catalogue_ = windows_.Embedded.Open(program_.Paths.MdbPath);
     }
 
     void Record(const std::wstring& pubNo, const std::wstring& path) {
         catalogue_->Execute(L"INSERT INTO M_manage (Pub_No,INSPath,INSDate,Adjust_flg) VALUES('" + pubNo + L"','" +
                             path + L"',CDate('2020/01/02 03:04:05'),'1')");
     }
-    std::wstring Recorded(const std::wstring& column, const std::wstring& pubNo) {
-        const auto rows = catalogue_->Query(L"SELECT " + column + L" FROM M_manage WHERE Pub_No = '" + pubNo + L"'");
+    /// The path and the mark of a row.
+    std::wstring Recorded(const std::wstring& pubNo) {
+        const auto rows =
+            catalogue_->Query(L"SELECT INSPath || ' ' || Adjust_flg FROM M_manage WHERE Pub_No = '" + pubNo + L"'");
         return std::get<std::wstring>(rows->Field(0));
     }
 
-    const std::filesystem::path file_ =
-        std::filesystem::temp_directory_path() / ("folder-walk-" + std::to_string(getpid()) + ".db");
-    OneDatabase database_{file_.wstring()};
     std::unique_ptr<DatabaseConnection> catalogue_;
 };
 
 TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
-    for (const auto& [pubNo, path] : std::map<std::wstring, std::wstring>{{L"K1", L"C:\\Manuals\\K1"},
-                                                                          {L"K2", L"C:\\Manuals\\K2"},
-                                                                          {L"K3", L"C:\\Manuals\\K3"},
-                                                                          {L"K4", L"C:\\Manuals\\K4"},
-                                                                          {L"K5", L"F:\\K5"},
-                                                                          {L"K6", L"\\\\server\\share\\K6"}}) {
-        Record(pubNo, path);
+    for (const std::wstring path : {L"C:\\Manuals\\K1", L"C:\\Manuals\\K2", L"C:\\Manuals\\K3", L"C:\\Manuals\\K4",
+                                    L"F:\\K5", L"\\\\server\\share\\K6"}) {
+        Record(path.substr(path.size() - 2), path);
         windows_.Tree.PutFolder(path + L"\\contents");
     }
     Record(L"K7", L"C:\\Manuals\\removed");
@@ -98,61 +67,35 @@ TEST_F(FolderWalk, FolderThatRefusesTheGrantDoesNotStopTheWalk) {
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
 }
 
-TEST_F(FolderWalk, FollowsAManualIntoItsVariantsFolder) {
-    struct Case {
-        const char* Label;
-        std::wstring PubNo;
-        std::wstring Folder;
-        std::vector<std::wstring> Pages;
-        std::wstring Path;
-    };
-    const Case cases[] = {
-        {"delivered as the variant",
-         L"K4710MM",
-         L"C:\\A\\K4710MM",
-         {L"C:\\A\\K4710MMD\\index.html"},
-         L"C:\\A\\K4710MMD"},
-        {"the other number", L"K4750MM", L"C:\\B\\K4750MM", {L"C:\\B\\K4750MMA\\index.html"}, L"C:\\B\\K4750MMA"},
-    };
-    for (const Case& each : cases) {
-        Record(each.PubNo, each.Folder);
-        for (const std::wstring& page : each.Pages) {
-            windows_.Tree.PutFile(page);
-            windows_.Tree.PutFolder(each.Path + L"\\contents");
-        }
-    }
-    EXPECT_TRUE(SecureInstalledManualFolders(program_));
-    for (const Case& each : cases) {
-        EXPECT_EQ(Recorded(L"INSPath", each.PubNo), each.Path) << each.Label;
-        EXPECT_EQ(Recorded(L"Adjust_flg", each.PubNo), L"0") << each.Label;
-        EXPECT_TRUE(UsersHoldOnly(each.Path, ModifyRights, 3)) << each.Label;
-    }
-    EXPECT_EQ(program_.Installed.INSPath, L"C:\\B\\K4750MMA") << "the row read last";
-    EXPECT_EQ(program_.Installed.Adjust_flg, L"0");
-}
-
-TEST_F(FolderWalk, OtherManualsStayWhereTheyAreRecorded) {
-    struct Case {
+TEST_F(FolderWalk, FollowsAManualIntoItsVariantsFolderOnly) {
+    const struct {
         const char* Label;
         std::wstring PubNo;
         std::vector<std::wstring> Files;
+        std::wstring Recorded;
+    } cases[] = {
+        {"delivered as the variant", L"K4710MM", {L"K4710MMD\\index.html"}, L"C:\\A\\K4710MMD 0"},
+        {"the other number", L"K4750MM", {L"K4750MMA\\index.html"}, L"C:\\A\\K4750MMA 0"},
+        {"its own page", L"K4710MM", {L"K4710MM\\index.html", L"K4710MMD\\index.html"}, L"C:\\A\\K4710MM 1"},
+        {"no page", L"K4710MM", {L"K4710MMD\\other.html"}, L"C:\\A\\K4710MM 1"},
+        {"other variant", L"K4710MM", {L"K4710MMA\\index.html", L"K4750MMA\\index.html"}, L"C:\\A\\K4710MM 1"},
+        {"the variant itself", L"K4710MMD", {L"K4710MM\\index.html"}, L"C:\\A\\K4710MMD 1"},
+        {"another case", L"k4710mm", {L"K4710MMD\\index.html"}, L"C:\\A\\k4710mm 1"},
     };
-    const Case cases[] = {
-        {"its own page is there", L"K4710MM", {L"C:\\A\\K4710MM\\index.html", L"C:\\A\\K4710MMD\\index.html"}},
-        {"the variant has no page", L"K4710MM", {L"C:\\A\\K4710MMD\\other.html"}},
-        {"the other number's variant", L"K4710MM", {L"C:\\A\\K4710MMA\\index.html", L"C:\\A\\K4750MMA\\index.html"}},
-        {"the variant itself", L"K4710MMD", {L"C:\\A\\K4710MM\\index.html"}},
-        {"another case", L"k4710mm", {L"C:\\A\\K4710MMD\\index.html"}},
-    };
-    for (const Case& each : cases) {
-        const std::wstring path = L"C:\\A\\" + each.PubNo;
-        Record(each.PubNo, path);
-        for (const std::wstring& file : each.Files) {
-            windows_.Tree.PutFile(file);
+    for (const auto& [label, pubNo, files, recorded] : cases) {
+        Record(pubNo, L"C:\\A\\" + pubNo);
+        for (const std::wstring& file : files) {
+            windows_.Tree.PutFile(L"C:\\A\\" + file);
         }
-        EXPECT_TRUE(SecureInstalledManualFolders(program_)) << each.Label;
-        EXPECT_EQ(Recorded(L"INSPath", each.PubNo), path) << each.Label;
-        EXPECT_EQ(Recorded(L"Adjust_flg", each.PubNo), L"1") << each.Label;
+        const std::wstring folder = recorded.substr(0, recorded.size() - 2);
+        const bool moved = recorded.back() == L'0';
+        if (moved) {
+            windows_.Tree.PutFolder(folder + L"\\contents");
+        }
+        EXPECT_TRUE(SecureInstalledManualFolders(program_)) << label;
+        EXPECT_EQ(Recorded(pubNo), recorded) << label;
+        EXPECT_EQ(program_.Installed.INSPath + L" " + program_.Installed.Adjust_flg, recorded) << label;
+        EXPECT_TRUE(!moved || UsersHoldOnly(folder, ModifyRights, 3)) << label;
         catalogue_->Execute(L"DELETE FROM M_manage");
         windows_.Tree.Erase(L"C:\\A");
     }
@@ -161,6 +104,7 @@ TEST_F(FolderWalk, OtherManualsStayWhereTheyAreRecorded) {
 TEST_F(FolderWalk, CatalogueThatDoesNotOpenSecuresNothing) {
     Record(L"K1", L"C:\\Manuals\\K1");
     windows_.Tree.PutFolder(L"C:\\Manuals\\K1");
+    catalogue_.reset();
     windows_.Tree.Erase(program_.Paths.MdbPath);
     EXPECT_FALSE(SecureInstalledManualFolders(program_));
     EXPECT_TRUE(ListOf(L"C:\\Manuals\\K1").empty());

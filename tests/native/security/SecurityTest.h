@@ -6,7 +6,7 @@
 
 #include "app/Program.h"
 #include "platform/Security.h"
-#include "tests/native/fakes/InMemoryWindows.h"
+#include "tests/native/fakes/CatalogueWindows.h"
 
 namespace mip {
 
@@ -35,24 +35,18 @@ class SecurityTest : public testing::Test {
 
     FakeAccessControl::List& ListOf(const std::wstring& path) { return windows_.AccessControl.ListOf(path); }
 
-    /// True when the list's last entry gives the Users group exactly this and it has no other entry.
+    /// True when the list has one entry of the Users group, which gives exactly this.
     bool UsersHoldOnly(const std::wstring& path, std::uint32_t mask, std::uint32_t inheritance) {
-        std::size_t entries = 0;
-        bool matches = false;
-        for (const FakeAccessEntry& entry : ListOf(path)) {
-            if (entry.Account == Users) {
-                ++entries;
-                matches = entry.Type == 0 && entry.Mask == mask && entry.Inheritance == inheritance;
-            }
-        }
-        return entries == 1 && matches;
+        FakeAccessControl::List held = ListOf(path);
+        std::erase_if(held, [&](const FakeAccessEntry& entry) { return entry.Account != Users; });
+        return held.size() == 1 && held[0].Type == 0 && held[0].Mask == mask && held[0].Inheritance == inheritance;
     }
 
     /// A box without a title of its own bears the program's name.
     const std::vector<ShownBox> OneAccessDeniedBox = {{L"Access is denied.", boxes::Ok, L"Manual Install Program"}};
     const Sid Users = FakeAccountNames::UsersSid();
     const Sid Administrators = FakeAccountNames::NtAuthoritySid({32, 544});
-    InMemoryWindows windows_;
+    CatalogueWindows windows_;
     Program program_{windows_.Platform};
 };
 
