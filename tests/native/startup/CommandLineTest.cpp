@@ -7,15 +7,6 @@
 namespace mip {
 namespace {
 
-std::wstring BadSwitchOf(std::wstring_view commandLine) {
-    try {
-        ReadSwitches(SplitArguments(commandLine));
-        return L"";
-    } catch (const BadSwitch& bad) {
-        return bad.Text();
-    }
-}
-
 TEST(CommandLine, ReadsEverySwitch) {
     const Switches switches = ReadSwitches(
         SplitArguments(L"  /verysilent /Accept /DIR=\"C:\\My Manuals\\\"\t/LANG=04t \"/LOG=C:\\a b.log\""));
@@ -29,38 +20,31 @@ TEST(CommandLine, ReadsEverySwitch) {
     EXPECT_EQ(ReadSwitches(SplitArguments(L"")), Switches{});
 }
 
-TEST(CommandLine, RefusesWhatItCannotFollow) {
-    const std::vector<std::pair<std::wstring, std::wstring>> cases{
-        {L"/FAST", L"/FAST"},
-        {L"SILENT", L"SILENT"},
-        {L"/CHECK /X /Y", L"/X"},
-        {L"/SILENT", L"/SILENT"},
-        {L"/VERYSILENT /LOG=C:\\a", L"/VERYSILENT"},
-        {L"/SILENT /ACCEPT", L""},
-        {L"/SILENT /CHECK", L""},
-        {L"/CHECK=1", L"/CHECK=1"},
-        {L"/DIR", L"/DIR"},
-        {L"/DIR=", L"/DIR="},
-        {L"/DIR=manuals", L"/DIR=manuals"},
-        {L"/DIR=\\\\server\\manuals", L""},
-        {L"/REMOVE=\"\"", L"/REMOVE="},
-        {L"/REMOVE=A1 /CHECK", L"/REMOVE=A1"},
-        {L"/LANG=../x", L"/LANG=../x"},
-        {L"/LANG=9", L"/LANG=9"},
+TEST(CommandLine, RefusesWhatItCannotFollowAndStillTellsWhereToLog) {
+    const auto badSwitchOf = [](const std::wstring& commandLine) -> std::wstring {
+        try {
+            EXPECT_EQ(ReadSwitches(SplitArguments(commandLine + L" /LOG=C:\\a.log")).LogFile, L"C:\\a.log");
+            return L"";
+        } catch (const BadSwitch& bad) {
+            EXPECT_EQ(bad.Others().LogFile, L"C:\\a.log");
+            EXPECT_EQ(bad.Others().IsQuiet(), commandLine.ends_with(L"SILENT"));
+            return bad.Text();
+        }
     };
-    for (const auto& [commandLine, bad] : cases) {
-        EXPECT_EQ(BadSwitchOf(commandLine), bad);
+    for (const wchar_t* bad : {L"/FAST", L"SILENTLY", L"/SILENT", L"/VERYSILENT", L"/CHECK=1", L"/DIR", L"/DIR=",
+                               L"/DIR=manuals", L"/REMOVE=", L"/LANG=../x", L"/LANG=9"}) {
+        EXPECT_EQ(badSwitchOf(bad), bad);
     }
-    EXPECT_THROW(ReadSwitches({L""}), BadSwitch);
-}
-
-TEST(CommandLine, BadSwitchStillTellsWhereToLog) {
-    try {
-        ReadSwitches({L"/FAST", L"/SILENT", L"/LOG=C:\\a.log"});
-        FAIL();
-    } catch (const BadSwitch& bad) {
-        EXPECT_TRUE(bad.Others().IsQuiet());
-        EXPECT_EQ(bad.Others().LogFile, L"C:\\a.log");
+    for (const auto& [commandLine, bad] : {std::pair{L"/CHECK /X /Y", L"/X"},
+                                           {L"/FAST /SILENT", L"/FAST"},
+                                           {L"/SILENT /ACCEPT", L""},
+                                           {L"/SILENT /CHECK", L""},
+                                           {L"/DIR=\\\\server\\manuals", L""},
+                                           {L"/REMOVE=A1 /CHECK", L"/REMOVE=A1"}}) {
+        EXPECT_EQ(badSwitchOf(commandLine), bad);
+    }
+    for (const wchar_t* bad : {L"", L"SILENT", L"/REMOVE=\"\"", L"/REMOVE=\"", L"/LOG=\""}) {
+        EXPECT_THROW(ReadSwitches({bad}), BadSwitch) << bad;
     }
 }
 

@@ -16,9 +16,8 @@ using Arrange = std::function<void(Workshop&)>;
 struct StartCase {
     const char* Label;
     Arrange Given;
-    std::wstring Text;              ///< of the box, or the result screen's first text
-    const char* Screen = "result";  ///< "" when the process ends without a screen
-    std::optional<std::uint32_t> Exit = std::nullopt;
+    std::wstring Text;                                 ///< of the box, or the result screen's first text
+    std::optional<std::uint32_t> Exit = std::nullopt;  ///< set when the process ends without a screen
 };
 
 const std::wstring database = std::wstring(Library) + L"\\kvx3.mdb";
@@ -35,14 +34,16 @@ std::vector<StartCase> FailingStarts() {
     return {
         {"settings missing",
          [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\SysParameter.ini"); },
-         L"System Parameter File None", "", 1},
-        {"number missing", [](Workshop& shop) { shop.PutSettings("ShortcutIcon=1", ""); }, L"No System Data", "", 1},
+         L"System Parameter File None", 1},
+        {"number missing", [](Workshop& shop) { shop.PutSettings("ShortcutIcon=1", ""); }, L"No System Data", 1},
         {"database missing", [=](Workshop& shop) { both(shop), noDatabase(shop); }, L"no database"},
         {"manager running", both, L"manager running"},
         {"lock file without process list",
          [](Workshop& shop) {
              shop.Windows.Processes.Running.reset();
-             shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\kvx3.ldb");
+             shop.PutSettings("kvx3.mdb", "mdbfile.mdb");
+             shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\mdbfile.mdb");
+             shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\ldbfile.ldb");
          },
          L"manager running"},
         {"capital database name is its own lock file",
@@ -64,15 +65,12 @@ TEST(StartUp, EachFailureIsShownAndEndsWithOne) {
         shop.Start();
         EXPECT_EQ(shop.ExitCode, given.Exit);
         EXPECT_EQ(shop.Program.Outcome.ExitCode, ExitCode::CouldNotStart);
-        if (*given.Screen == '\0') {
-            const std::vector<ShownBox> expected{{given.Text, 48, L"Manual Install Program"}};
-            EXPECT_EQ(shop.Windows.MessageBoxes.Shown, expected);
-            EXPECT_TRUE(shop.Screens.Shown.empty());
-        } else {
-            EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>{given.Screen});
-            EXPECT_EQ(shop.Program.Outcome.ResultMessage, given.Text);
-            EXPECT_EQ(shop.Program.Outcome.ResultSubMessage, L"stopped");
-        }
+        EXPECT_EQ(*shop.Engine.OpenConnections, given.Text == L"read-only" ? 1 : 0);
+        const std::vector<ShownBox> boxes(given.Exit ? 1 : 0, {given.Text, 48, L"Manual Install Program"});
+        EXPECT_EQ(shop.Windows.MessageBoxes.Shown, boxes);
+        EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>(given.Exit ? 0 : 1, "result"));
+        EXPECT_EQ(shop.Program.Outcome.ResultMessage, given.Exit ? L"" : given.Text);
+        EXPECT_EQ(shop.Program.Outcome.ResultSubMessage, given.Exit ? L"" : L"stopped");
     }
 }
 
@@ -90,7 +88,7 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
     std::vector<StartCase> cases = FailingStarts();
     cases.push_back({"no diagnostic program",
                      [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe"); },
-                     L"diagnostic program is not installed", "", 3});
+                     L"diagnostic program is not installed", 3});
     for (const StartCase& given : cases) {
         SCOPED_TRACE(given.Label);
         Workshop shop;
@@ -108,20 +106,18 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
 }
 
 TEST(StartUp, ArgumentsChooseTheFirstScreen) {
-    struct Case {
+    const struct {
         std::vector<std::wstring> Arguments;
         std::vector<std::string> Screens;  ///< none in a run that shows nothing and ends by itself
-        std::optional<std::uint32_t> Exit;
-    };
-    for (const Case& given : std::initializer_list<Case>{
-             {{}, {"menu"}, {}},
-             {{L"/ACCEPT"}, {"menu"}, {}},
-             {{L"/CHECK"}, {"maintenance"}, {}},
-             {{L"/SILENT", L"/CHECK"}, {"maintenance"}, {}},
-             {{L"/SILENT", L"/ACCEPT"}, {"installation"}, {}},
-             {{L"/VERYSILENT", L"/REMOVE=A1"}, {}, 1},
-             {{L"/VERYSILENT", L"/ACCEPT"}, {}, 4},
-         }) {
+        std::optional<std::uint32_t> Exit = std::nullopt;
+    } cases[] = {{{}, {"menu"}},
+                 {{L"/ACCEPT"}, {"menu"}},
+                 {{L"/CHECK"}, {"maintenance"}},
+                 {{L"/SILENT", L"/CHECK"}, {"maintenance"}},
+                 {{L"/SILENT", L"/ACCEPT"}, {"installation"}},
+                 {{L"/VERYSILENT", L"/REMOVE=A1"}, {}, 1},
+                 {{L"/VERYSILENT", L"/ACCEPT"}, {}, 4}};
+    for (const auto& given : cases) {
         Workshop shop;
         shop.Start(given.Arguments);
         EXPECT_EQ(shop.Screens.Shown, given.Screens);
@@ -130,61 +126,40 @@ TEST(StartUp, ArgumentsChooseTheFirstScreen) {
     }
 }
 
-TEST(StartUp, BadSwitchIsNamedAndLogged) {
-    Workshop shop;
-    shop.Start({L"/LOG=C:\\mip.log", L"/FASTER"});
-    EXPECT_EQ(shop.ExitCode, 1u);
-    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.at(0).Text, L"Bad switch: /FASTER");
-
-    Workshop wordless;
-    wordless.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini");
-    wordless.Start({L"/FASTER"});
-    EXPECT_EQ(wordless.Windows.MessageBoxes.Shown.at(0).Text, L"Unknown or incomplete switch: /FASTER");
-
-    Workshop silent;
-    silent.Start({L"/SILENT", L"/LOG=C:\\mip.log"});
-    EXPECT_EQ(silent.ExitCode, 1u);
-    EXPECT_TRUE(silent.Windows.MessageBoxes.Shown.empty());
-    EXPECT_NE(silent.LogText().find("switch: /SILENT"), std::string::npos);
-
-    Workshop noLog;
-    noLog.Start({L"/LOG=D:\\mip.log"});
-    EXPECT_EQ(noLog.ExitCode, 1u);
-    EXPECT_EQ(noLog.Windows.MessageBoxes.Shown.at(0).Text, L"Log file cannot be written: D:\\mip.log");
-}
-
-TEST(StartUp, SecondInstanceEndsSilentlyBeforeAnythingElse) {
-    Workshop shop;
-    shop.Windows.Computer.PreviousInstance = true;
-    shop.Start({L"/FASTER", L"/LOG=C:\\mip.log"});
-    EXPECT_TRUE(shop.ExitCode);
-    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
-    EXPECT_FALSE(shop.Windows.Tree.HasFile(L"C:\\mip.log"));
-}
-
-TEST(StartUp, ManagerUnderAnotherLetterCaseIsNotSeen) {
-    Workshop shop;
-    shop.Windows.Processes.Running = {L"MANAGER.EXE"};
-    shop.Start();
-    EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>{"menu"});
-    EXPECT_EQ(shop.Program.ProcessNames, (std::vector<std::wstring>{L"", L"MANAGER.EXE"}));
-}
-
-TEST(StartUp, ReadOnlyDatabaseStaysOpen) {
-    Workshop shop;
-    shop.Windows.Tree.Find(database)->Attributes = attributes::ReadOnly;
-    shop.Start();
-    EXPECT_EQ(*shop.Engine.OpenConnections, 1);
+TEST(StartUp, BadSwitchIsNamedAndLoggedUnlessThisIsASecondInstance) {
+    const Arrange nothing = [](Workshop&) {};
+    const Arrange wordless = [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini"); };
+    const Arrange second = [](Workshop& shop) { shop.Windows.Computer.PreviousInstance = true; };
+    const struct {
+        Arrange Given;
+        std::vector<std::wstring> Arguments;
+        std::wstring Box;  ///< "" when none is shown
+        std::string Log;
+    } cases[] = {
+        {nothing, {L"/LOG=C:\\mip.log", L"/FASTER"}, L"Bad switch: /FASTER", "switch: /FASTER"},
+        {wordless, {L"/FASTER"}, L"Unknown or incomplete switch: /FASTER", ""},
+        {nothing, {L"/SILENT", L"/LOG=C:\\mip.log"}, L"", "switch: /SILENT"},
+        {nothing, {L"/LOG=D:\\mip.log"}, L"Log file cannot be written: D:\\mip.log", ""},
+        {second, {L"/FASTER", L"/LOG=C:\\mip.log"}, L"", ""},
+    };
+    for (const auto& given : cases) {
+        Workshop shop;
+        given.Given(shop);
+        shop.Start(given.Arguments);
+        EXPECT_EQ(shop.ExitCode, 1u);
+        const auto& shown = shop.Windows.MessageBoxes.Shown;
+        EXPECT_EQ(shown.empty() ? L"" : shown.at(0).Text, given.Box);
+        EXPECT_EQ(shop.Windows.Tree.HasFile(L"C:\\mip.log"), !given.Log.empty());
+        EXPECT_TRUE(given.Log.empty() || shop.LogText().find(given.Log) != std::string::npos) << given.Log;
+    }
 }
 
 TEST(StartUp, DiscRootIsThreeFoldersUp) {
-    const std::vector<std::array<std::wstring, 3>> cases{
+    const std::array<std::wstring, 3> cases[] = {
         {L"D:\\programs\\setup", L"D:\\", L"D:\\"},
         {L"D:\\", L"D:\\", L"D:\\"},
-        {L"D:\\a", L"D:\\", L"D:\\"},
         {L"D:\\a\\b\\c\\d", L"D:\\a\\", L"D:\\"},
-        {L"\\\\server\\discs\\one\\programs\\setup", L"\\\\server\\discs\\", L"\\\\server\\discs\\"},
-    };
+        {L"\\\\server\\discs\\one\\programs\\setup", L"\\\\server\\discs\\", L"\\\\server\\discs\\"}};
     for (const auto& [folder, discRoot, second] : cases) {
         Workshop shop;
         shop.Windows.Computer.Folder = folder;
@@ -197,27 +172,17 @@ TEST(StartUp, DiscRootIsThreeFoldersUp) {
     }
 }
 
-TEST(StartUp, LockFileNameReplacesEveryMdb) {
-    Workshop shop;
-    shop.PutSettings("kvx3.mdb", "mdbfile.mdb");
-    shop.Start();
-    EXPECT_EQ(shop.Program.Paths.MdbPath, std::wstring(Library) + L"\\mdbfile.mdb");
-    EXPECT_EQ(shop.Program.Paths.LdbPath, std::wstring(Library) + L"\\ldbfile.ldb");
-}
-
 TEST(StartUp, LearnsLanguageUserAndUsersGroup) {
-    Workshop shop;
-    shop.Windows.Computer.Language = L"0411";
-    shop.Start();
-    EXPECT_EQ(shop.Program.Identity.LanguageCode, L"11");
-    EXPECT_EQ(shop.Program.Identity.UserName, L"Mechanic");
-    EXPECT_TRUE(shop.Program.Identity.FolderTrustee.starts_with(std::wstring(L"Users\0", 6)));
-    EXPECT_EQ(shop.Program.Identity.FullAccessTrustee, shop.Program.Identity.FolderTrustee);
-
-    Workshop overridden;
-    overridden.Windows.Computer.Language = L"0411";
-    overridden.Start({L"/LANG=04s"});
-    EXPECT_EQ(overridden.Program.Identity.LanguageCode, L"04S");
+    for (const bool isChosen : {false, true}) {
+        Workshop shop;
+        shop.Windows.Computer.Language = L"0411";
+        shop.Start(isChosen ? std::vector<std::wstring>{L"/LANG=04s"} : std::vector<std::wstring>{});
+        const Identity& identity = shop.Program.Identity;
+        EXPECT_EQ(identity.LanguageCode, isChosen ? L"04S" : L"11");
+        EXPECT_EQ(identity.UserName, L"Mechanic");
+        EXPECT_TRUE(identity.FolderTrustee.starts_with(std::wstring(L"Users\0", 6)));
+        EXPECT_EQ(identity.FullAccessTrustee, identity.FolderTrustee);
+    }
 }
 
 TEST(StartUp, InterruptedUpgradeIsUndoneOnlyWithoutTheManager) {
@@ -245,70 +210,27 @@ TEST(StartUp, UnexpectedErrorBecomesABox) {
     EXPECT_EQ(shop.Windows.MessageBoxes.Shown.at(0).Text, L"Unexpected error: no window");
 }
 
-/// A computer without the diagnostic program.
-struct BareWorkshop : Workshop {
-    BareWorkshop() { Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe"); }
-};
-
-TEST(StartPage, ViewerIsPreferredToTheBrowser) {
-    BareWorkshop shop;
-    shop.Start();
-    EXPECT_EQ(shop.ExitCode, 3u);
-    EXPECT_EQ(shop.Windows.Browsers.Started.at(0)->Navigated, std::vector<std::wstring>{L"D:\\index.html"});
-
-    BareWorkshop withViewer;
-    withViewer.Windows.Tree.PutFile(L"C:\\Program Files\\Vantor\\Korvex\\View\\VBrowser.exe");
-    withViewer.Start();
-    EXPECT_EQ(withViewer.Windows.Processes.StartedVisible,
-              std::vector<std::wstring>{L"C:\\Program Files\\Vantor\\Korvex\\View\\VBrowser.exe D:\\index.html"});
-    EXPECT_TRUE(withViewer.Windows.Browsers.Started.empty());
-}
-
-TEST(StartPage, WithoutAPageNothingIsShownOrCopied) {
-    BareWorkshop shop;
-    shop.Windows.Tree.Erase(L"D:\\index.html");
-    shop.Start();
-    EXPECT_EQ(shop.ExitCode, 3u);
-    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
-    EXPECT_TRUE(shop.Windows.Browsers.Started.empty());
-    EXPECT_FALSE(shop.Windows.Tree.HasFolder(L"C:\\man_info"));
-}
-
 TEST(StartPage, WithoutALocalFolderTheProgramEndsAsNotStarted) {
-    BareWorkshop shop;
+    Workshop shop;
+    shop.Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe");
     shop.Windows.Tree.DriveOf(L"C:")->ReadOnly = true;
     shop.Start();
     EXPECT_EQ(shop.ExitCode, 1u);
     EXPECT_TRUE(shop.Windows.Browsers.Started.empty());
 }
 
-TEST(StartPage, OpensOnlyWhenTheUserAgreesToOlderManuals) {
-    for (const int answer : {boxes::AnswerYes, boxes::AnswerNo}) {
-        BareWorkshop shop;
-        shop.Windows.Tree.PutFolder(L"D:\\A1");
-        shop.Windows.Tree.PutFile(L"D:\\programs\\setup\\man_info_do.ci", "Model,Name,,A1,,2010/04");
-        shop.Windows.Tree.PutFile(L"C:\\man_info\\man_info_do.ci", "Model,Name,,A1,,2011/04");
-        shop.Windows.MessageBoxes.Answers = {answer};
-        shop.Start();
-        EXPECT_EQ(shop.Windows.MessageBoxes.Shown.size(), 1u);
-        EXPECT_EQ(shop.Windows.Browsers.Started.size(), answer == boxes::AnswerYes ? 1u : 0u);
-        EXPECT_EQ(shop.ExitCode, 3u);
-    }
-}
-
 TEST(EndOfProgram, TemporaryFolderGoesUnlessKept) {
-    for (const TemporaryFolder given : {TemporaryFolder::Remove, TemporaryFolder::Keep}) {
-        const bool isKept = given == TemporaryFolder::Keep;
+    const std::wstring folder = std::wstring(Library) + L"\\UnZipTemp";
+    for (const bool isKept : {false, true}) {
         Workshop shop;
         shop.Start();
-        shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\UnZipTemp\\page.html");
+        shop.Windows.Tree.PutFile(folder + L"\\page.html");
         shop.Program.Outcome.ExitCode = ExitCode::FailedPartWay;
-        EXPECT_THROW(EndProgram(shop.Program, given), ProcessEnded);
+        EXPECT_THROW(EndProgram(shop.Program, isKept ? TemporaryFolder::Keep : TemporaryFolder::Remove), ProcessEnded);
         EXPECT_EQ(*shop.Engine.OpenConnections, 0);
-        EXPECT_EQ(shop.Windows.Tree.HasFolder(std::wstring(Library) + L"\\UnZipTemp"), isKept);
-        const std::vector<std::wstring> batch{L"D:\\programs\\setup\\SysDir\\RmDir.bat \"" + std::wstring(Library) +
-                                              L"\\UnZipTemp\""};
-        EXPECT_EQ(shop.Windows.Processes.StartedHidden, isKept ? std::vector<std::wstring>{} : batch);
+        EXPECT_EQ(shop.Windows.Tree.HasFolder(folder), isKept);
+        const std::wstring batch = L"D:\\programs\\setup\\SysDir\\RmDir.bat \"" + folder + L"\"";
+        EXPECT_EQ(shop.Windows.Processes.StartedHidden, std::vector<std::wstring>(isKept ? 0 : 1, batch));
     }
 }
 
@@ -319,8 +241,7 @@ void CheckFaultedStart(Workshop& shop, const std::map<std::wstring, std::string>
         EXPECT_NE(shop.ExitCode, 0u);
         EXPECT_EQ(*shop.Engine.OpenConnections, 0);
     }
-    auto after = shop.Windows.Tree.Snapshot(Library);
-    EXPECT_EQ(after, before) << "the library";
+    EXPECT_EQ(shop.Windows.Tree.Snapshot(Library), before) << "the library";
 }
 
 TEST(StartUp, SurvivesEveryFault) {
