@@ -31,18 +31,17 @@ TEST(Settings, EveryKeyHasItsPlace) {
 }
 
 TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
-    struct Case {
+    const struct {
         const char* From;
         const char* To;
         bool Succeeds;
         std::int16_t LastWidth;  ///< of Pub_No, read before the key in question or not at all
-    };
-    const std::vector<Case> cases{
-        {"KVX3_EXE_NAME=KVX3.exe", "", true, 1},      {"ZIP_ExtractTime=90000", "ZIP_ExtractTime=", false, 0},
-        {"LCID_Flg=0", "LCID_Flg=40000", false, 0},   {"Pub_No=1", "Pub_No=one", false, 0},
-        {"Model_desc=2", "Model_desc=2.5", false, 1},
-    };
-    for (const Case& given : cases) {
+    } cases[] = {{"KVX3_EXE_NAME=KVX3.exe", "", true, 1},
+                 {"ZIP_ExtractTime=90000", "ZIP_ExtractTime=", false, 0},
+                 {"LCID_Flg=0", "LCID_Flg=40000", false, 0},
+                 {"Pub_No=1", "Pub_No=one", false, 0},
+                 {"Model_desc=2", "Model_desc=2.5", false, 1}};
+    for (const auto& given : cases) {
         SCOPED_TRACE(given.From);
         Workshop shop;
         shop.PutSettings(given.From, given.To);
@@ -53,74 +52,55 @@ TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
 }
 
 TEST(Messages, FallBackIsByFileAndNotByKey) {
-    struct Case {
-        const wchar_t* Language;
-        std::int16_t Number;
-        std::wstring Text;
-    };
     const std::string longText(300, 'x');
     Workshop shop;
     shop.Program.Paths.SysDirPath = SysDir;
     shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M09.ini", "[MESSAGE]\r\nM005=five\r\nM024=stopped\r\n");
     shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M11.ini",
                               "[MESSAGE]\r\nM005=go\r\nM1234=many\r\nM006=" + longText + "\r\n");
-    const std::vector<Case> cases{
-        {L"07", 5, L"five"}, {L"07", 24, L"stopped"}, {L"11", 5, L"go"},
-        {L"11", 24, L""},    {L"11", 1234, L"many"},  {L"11", 6, std::wstring(255, L'x')},
+    const auto text = [&](const wchar_t* language, std::int16_t number) {
+        shop.Program.Identity.LanguageCode = language;
+        return GetMessageText(shop.Program, number);
     };
-    for (const Case& given : cases) {
-        shop.Program.Identity.LanguageCode = given.Language;
-        EXPECT_EQ(GetMessageText(shop.Program, given.Number), given.Text);
-    }
+    EXPECT_EQ(text(L"07", 5) + text(L"07", 24), L"fivestopped");
+    EXPECT_EQ(text(L"11", 5), L"go");
+    EXPECT_EQ(text(L"11", 24), L"");
+    EXPECT_EQ(text(L"11", 1234), L"many");
+    EXPECT_EQ(text(L"11", 6), std::wstring(255, L'x'));
     shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini");
-    shop.Program.Identity.LanguageCode = L"07";
-    EXPECT_EQ(GetMessageText(shop.Program, 5), L"");
+    EXPECT_EQ(text(L"07", 5), L"");
 }
 
-TEST(InstallPaths, AreDerivedFromTheRegistry) {
-    Workshop shop;
-    shop.Windows.Tree.Erase(L"C:\\Korvex\\Link");
-    shop.Windows.Registry.Put(Hive::LocalMachine, LibraryKey, L"InstallDir", L"C:\\Korvex\\Manual\\");
-    ReadInstallPaths(shop.Program.Platform, shop.Program.Identity.LanguageCode, shop.Program.Paths);
-    const Paths& paths = shop.Program.Paths;
-    EXPECT_EQ(paths.SystemDrive, L"C:");
-    EXPECT_EQ(paths.LinkManualPath, L"C:\\Korvex\\Link\\Manual");
-    EXPECT_EQ(paths.LinkFolderPath, L"C:\\Program Files\\Vantor\\Korvex\\Link");
-    EXPECT_EQ(paths.UnZipTempPath, L"C:\\Korvex\\Manual\\UnZipTemp");
-    EXPECT_TRUE(shop.Windows.Tree.HasFolder(L"C:\\Korvex\\Link"));
-}
-
-TEST(InstallPaths, BareComputerGetsNoFolder) {
-    InMemoryWindows bare;
-    Program program(bare.Platform);
-    ReadInstallPaths(program.Platform, L"", program.Paths);
-    EXPECT_EQ(program.Paths.ManualInstallDir, L"");
-    EXPECT_EQ(program.Paths.UnZipTempPath, L"\\UnZipTemp");
-    EXPECT_EQ(bare.Faults.Calls(), 4u) << "the four values are all that is asked for";
-}
-
-TEST(InstallPaths, ViewerHasADefaultFolder) {
-    struct Case {
+TEST(InstallPaths, AreDerivedFromTheRegistryAndTheViewerHasADefaultFolder) {
+    const struct {
         const wchar_t* Language;
         const wchar_t* Registered;
         const wchar_t* Viewer;
-    };
-    const std::vector<Case> cases{
-        {L"09", L"F:\\View", L"F:\\View\\VBrowser.exe"},
-        {L"09", L"", L"E:\\Programs\\Vantor\\Korvex\\View\\VBrowser.exe"},
-        {L"11", L"", L"C:\\Program Files\\Vantor\\Korvex\\View\\VBrowser.exe"},
-    };
-    for (const Case& given : cases) {
+    } cases[] = {{L"09", L"F:\\View", L"F:\\View\\VBrowser.exe"},
+                 {L"09", L"", L"E:\\Programs\\Vantor\\Korvex\\View\\VBrowser.exe"},
+                 {L"11", L"", L"C:\\Program Files\\Vantor\\Korvex\\View\\VBrowser.exe"}};
+    for (const auto& given : cases) {
         Workshop shop;
-        Registry& registry = shop.Windows.Registry;
-        registry.WriteString(Hive::LocalMachine, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir",
-                             L"E:\\Programs");
-        registry.WriteString(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir",
-                             given.Registered);
-        shop.Program.Identity.LanguageCode = given.Language;
-        ReadInstallPaths(shop.Program.Platform, shop.Program.Identity.LanguageCode, shop.Program.Paths);
-        EXPECT_EQ(shop.Program.Paths.ViewerExePath, given.Viewer);
+        const auto put = [&](const wchar_t* key, const wchar_t* name, const wchar_t* value) {
+            shop.Windows.Registry.Put(Hive::LocalMachine, key, name, value);
+        };
+        put(LibraryKey, L"InstallDir", L"C:\\Korvex\\Manual\\");
+        put(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir", L"E:\\Programs");
+        put(L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir", given.Registered);
+        Paths& paths = shop.Program.Paths;
+        ReadInstallPaths(shop.Program.Platform, given.Language, paths);
+        EXPECT_EQ(paths.SystemDrive, L"E:");
+        EXPECT_EQ(paths.LinkManualPath, L"C:\\Korvex\\Link\\Manual");
+        EXPECT_EQ(paths.LinkFolderPath, L"E:\\Programs\\Vantor\\Korvex\\Link");
+        EXPECT_EQ(paths.UnZipTempPath, L"C:\\Korvex\\Manual\\UnZipTemp");
+        EXPECT_EQ(paths.ViewerExePath, given.Viewer);
+        EXPECT_TRUE(shop.Windows.Tree.HasFolder(L"C:\\Korvex\\Link"));
     }
+    InMemoryWindows bare;
+    Program program(bare.Platform);
+    ReadInstallPaths(program.Platform, L"", program.Paths);
+    EXPECT_EQ(program.Paths.UnZipTempPath, L"\\UnZipTemp");
+    EXPECT_EQ(bare.Faults.Calls(), 4u) << "no folder is made where there is no path";
 }
 
 TEST(PerUserSettings, AbsentSettingIsStoredWithItsFirstDefault) {
@@ -151,21 +131,16 @@ TEST(Processes, ArePolledEverySecondUntilTheyEnd) {
     EXPECT_EQ(shop.Windows.Clock.Sleeps.size(), 3u);
 }
 
-TEST(Processes, NamesAreComparedExactlyFromOneOn) {
+TEST(Processes, NamesAreComparedExactlyFromOneOnAndWaitsBeyondSixteenBitsAreNone) {
     EXPECT_TRUE(IsProgramNotRunning({}, L"m.exe"));
     EXPECT_TRUE(IsProgramNotRunning({L"m.exe", L"M.EXE"}, L"m.exe"));
     EXPECT_FALSE(IsProgramNotRunning({L"", L"a.exe", L"m.exe"}, L"m.exe"));
-}
-
-TEST(Processes, WaitBeyondSixteenBitsDoesNotWait) {
     InMemoryWindows windows;
     for (const auto& wait : {PauseSeconds, WaitSeconds}) {
-        windows.Clock.Sleeps.clear();
         wait(windows.Clock, 33);
-        EXPECT_TRUE(windows.Clock.Sleeps.empty());
         wait(windows.Clock, 32);
-        EXPECT_EQ(windows.Clock.Sleeps, std::vector<milliseconds>{milliseconds{32000}});
     }
+    EXPECT_EQ(windows.Clock.Sleeps, std::vector<milliseconds>(2, milliseconds{32000}));
 }
 
 TEST(QuietRun, BoxesAreLoggedAndGetTheirDefaultAnswer) {
@@ -179,13 +154,8 @@ TEST(QuietRun, BoxesAreLoggedAndGetTheirDefaultAnswer) {
     EXPECT_EQ(shop.LogText(),
               "2024-05-06 07:08:09\tstart-up\t\tstarted\r\n2024-05-06 07:08:09\tmessage\t\tgo on?  really\r\n"
               "2024-05-06 07:08:09\tmessage\t\tstop?\r\n2024-05-06 07:08:09\tmessage\t\tdone\r\n");
-}
-
-TEST(QuietRun, LostLogFileStopsNothing) {
-    Workshop shop;
-    shop.Start({L"/LOG=C:\\mip.log"});
     shop.Windows.Tree.Deny(L"C:\\mip.log");
-    EXPECT_NO_THROW(shop.Program.Log.Write(L"install", L"A1", L"done"));
+    EXPECT_NO_THROW(shop.Program.Log.Write(L"install", L"A1", L"done")) << "a lost log file stops nothing";
 }
 
 TEST(TextFiles, AreReadInTheirOwnEncoding) {
@@ -193,16 +163,11 @@ TEST(TextFiles, AreReadInTheirOwnEncoding) {
     FakeComputer& computer = windows.Computer;
     computer.CodePage = FakeCodePage::Latin1;
     using namespace std::string_literals;
-    EXPECT_EQ(DecodeTextFile("\xE9", computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xEF\xBB\xBF\xC3\xA9", computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xFF\xFE\xE9\0"s, computer), L"é");
-    EXPECT_EQ(DecodeTextFile("\xFE\xFF\0\xE9"s, computer), L"é");
+    for (const std::string& bytes : {"\xE9"s, "\xEF\xBB\xBF\xC3\xA9"s, "\xFF\xFE\xE9\0"s, "\xFE\xFF\0\xE9"s}) {
+        EXPECT_EQ(DecodeTextFile(bytes, computer), L"é");
+    }
     EXPECT_EQ(ToUtf8(DecodeTextFile("\xFF\xFE\x3D\xD8\x97\xDE"s, computer)), "\xF0\x9F\x9A\x97");
-    EXPECT_EQ(DecodeTextFile("\xFF\xFE\x3D\xD8"
-                             "A\0B"s,
-                             computer),
-              L"\xFFFD"
-              L"A\xFFFD");
+    EXPECT_EQ(DecodeTextFile("\xFF\xFE\x3D\xD8\x41\0\x42"s, computer), L"\uFFFDA\uFFFD");
 }
 
 TEST(Language, CodesOfIdentifiers) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cwctype>
+
+#include "app/ManualPlace.h"
 #include "catalogue/Statements.h"
 #include "manualinfo/FileWithAccess.h"
 #include "tests/native/startup/Workshop.h"
@@ -22,7 +25,7 @@ TEST(FilePaths, LastComponentIsRemovedWhereverItOccurs) {
     }
 }
 
-TEST(FilePaths, TrimsAndJoins) {
+TEST(FilePaths, AreTrimmedJoinedQuotedAndJudged) {
     for (const auto& [path, trimmed] :
          Texts{{L"D:\\", L"D:"}, {L"D:\\abc\\", L"D:\\abc"}, {L"D:\\abc", L"D:\\abc"}, {L"D:x", L"D:"}, {L"", L""}}) {
         EXPECT_EQ(TrimFolderPath(path), trimmed);
@@ -30,11 +33,12 @@ TEST(FilePaths, TrimsAndJoins) {
     EXPECT_EQ(JoinPath(L"D:\\", L"\\a"), L"D:\\a");
     EXPECT_EQ(JoinPath(L"", L"a"), L"\\a");
     EXPECT_EQ(LastComponent(L"D:\\a\\b.pdf"), L"b.pdf");
-}
-
-TEST(FilePaths, SqlTextDoublesApostrophes) {
     for (const auto& [value, literal] : Texts{{L"O'Brien", L"'O''Brien'"}, {L"'", L"''''"}, {L"", L"''"}}) {
         EXPECT_EQ(QuoteSql(value), literal);
+    }
+    for (const wchar_t* drive : {L"A:", L"Z:", L"a:", L"z:", L"@:", L"[:", L"`:", L"{:"}) {
+        EXPECT_EQ(IsPlainPath(std::wstring(drive) + L"\\K1"), std::iswalpha(static_cast<std::wint_t>(drive[0])) != 0)
+            << drive;
     }
 }
 
@@ -52,46 +56,35 @@ struct FileHelpers : testing::Test {
     FileTree& tree = shop.Windows.Tree;
 };
 
-TEST_F(FileHelpers, NewFileIsCopiedInOneCall) {
-    const std::size_t before = shop.Windows.Faults.Calls();
-    CopyFileReplacing(platform, L"D:\\new.txt", L"C:\\file.txt");
-    EXPECT_EQ(shop.Windows.Faults.Calls() - before, 1u);
-    EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
-    EXPECT_EQ(tree.Find(L"C:\\file.txt")->Attributes & attributes::ReadOnly, 0u);
-}
-
 TEST_F(FileHelpers, ExistingFileIsReplacedAndWaitedForOnlyWhenItHasAttributes) {
+    CopyFileReplacing(platform, L"D:\\new.txt", L"C:\\file.txt");
+    EXPECT_EQ(tree.Find(L"C:\\file.txt")->Attributes & attributes::ReadOnly, 0u);
     for (const std::uint32_t bits : {0u, attributes::ReadOnly, attributes::Hidden | attributes::System, 0x800u}) {
         SCOPED_TRACE(bits);
         tree.PutFile(L"C:\\file.txt", "old").Attributes = bits;
         shop.Windows.Clock.Sleeps.clear();
+        EXPECT_THROW(CopyFileReplacing(platform, L"D:\\gone.txt", L"C:\\file.txt"), PlatformError);
+        EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "old");
+        EXPECT_EQ(Sleeps(), 0u);
         CopyFileReplacing(platform, L"D:\\new.txt", L"C:\\file.txt");
         EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
         EXPECT_EQ(Sleeps(), bits == 0 || bits == 0x800 ? 0u : 1u);
     }
 }
 
-TEST_F(FileHelpers, MissingSourceLeavesTheDestination) {
-    tree.PutFile(L"C:\\file.txt", "old");
-    EXPECT_THROW(CopyFileReplacing(platform, L"D:\\gone.txt", L"C:\\file.txt"), PlatformError);
-    EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "old");
-}
-
-TEST_F(FileHelpers, CopyWithAccessPausesAndGrants) {
+TEST_F(FileHelpers, CopyWithAccessPausesAndGrantsAndAFailedGrantIsShown) {
     tree.PutFile(L"C:\\file.txt", "old", attributes::ReadOnly);
-    CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt");
+    const auto copy = [this] { CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt"); };
+    copy();
     EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
     EXPECT_EQ(Sleeps(), 4u);
     EXPECT_EQ(shop.Windows.Clock.Yields, 3);
     EXPECT_EQ(shop.Windows.AccessControl.ListOf(L"C:\\file.txt").size(), 1u);
     EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
-}
-
-TEST_F(FileHelpers, FailedGrantIsShown) {
     shop.Windows.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
         return operation == "SetList" ? errors::AccessDenied : 0;
     };
-    CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt");
+    copy();
     EXPECT_EQ(shop.Windows.MessageBoxes.Shown.back(),
               (ShownBox{L"Set Access Error = C:\\file.txt", 0, L"Manual Install Program"}));
 }

@@ -33,25 +33,28 @@ TEST_F(DirectoryScreenTest, SizesAreRoundedUpToTheNextStep) {
 }
 
 TEST_F(DirectoryScreenTest, TheProgramFilesDriveKeepsAReserve) {
-    SetFree(L"C:\\", 400'000'000);
-    SetFree(L"E:\\", 400'000'000);
-    SetFree(L"\\\\server\\share\\x", 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"C:\\Manuals"), 50'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"c:"), 50'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"E:\\Manuals"), 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"\\\\server\\share\\Manuals"), 400'000'000);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"no drive"), 0);
-    EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, L"Q:\\Manuals"), 0);
+    for (const wchar_t* drive : {L"C:\\", L"E:\\", L"\\\\server\\share\\x"}) {
+        SetFree(drive, 400'000'000);
+    }
+    for (const auto& [folder, free] : {std::pair{L"C:\\Manuals", 50'000'000},
+                                       {L"c:", 50'000'000},
+                                       {L"E:\\Manuals", 400'000'000},
+                                       {L"\\\\server\\share\\Manuals", 400'000'000},
+                                       {L"no drive", 0},
+                                       {L"Q:\\Manuals", 0}}) {
+        EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, folder), free) << folder;
+    }
 }
 
 TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
-    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 150'000'000);
+    const auto required = [this] { return RequiredBytes(windows_.Platform, program_.Paths, Manual()); };
+    EXPECT_EQ(required(), 150'000'000);
     Manual().PdfForm = ManualForm::Pdf;
-    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 10'000'000) << "no file";
+    EXPECT_EQ(required(), 10'000'000) << "no file";
     windows_.Tree.PutFile(L"D:\\K1210MM\\contents\\K1210MM.pdf", std::string(10'000'001, 'x'));
-    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 20'000'000);
+    EXPECT_EQ(required(), 20'000'000);
     windows_.Tree.Deny(L"D:\\K1210MM\\contents\\K1210MM.pdf");
-    EXPECT_EQ(RequiredBytes(windows_.Platform, program_.Paths, Manual()), 10'000'000) << "a file that cannot be asked";
+    EXPECT_EQ(required(), 10'000'000) << "a file that cannot be asked";
 }
 
 TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
@@ -73,17 +76,14 @@ TEST_F(DirectoryScreenTest, CancelCountsOnlyAfterYes) {
     EXPECT_EQ(windows_.MessageBoxes.Shown.back(), (ShownBox{L"message 29", 52, L"title"}));
 }
 
-TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumber) {
+TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumberAndTheChosenFolderIsNormalised) {
     windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini", "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\n");
     program_.Installation.NoFolderCount = 12;
     const DirectoryTexts texts = LoadDirectoryScreen(program_, Manual());
     EXPECT_EQ(texts.Name, L"Talis (Ver.3)");
     EXPECT_EQ(texts.Instructions[0], L"12 of 12");
     EXPECT_EQ(texts.Frame, L"  Folder  ");
-}
-
-TEST_F(DirectoryScreenTest, TheChosenFolderIsNormalisedAndACancelledBrowseChangesNothing) {
-    EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L""), L"C:\\Manuals");
+    EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L""), L"C:\\Manuals") << "a cancelled choice";
     EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L"E:\\"), L"E:");
 }
 

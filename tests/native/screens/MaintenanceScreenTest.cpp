@@ -21,69 +21,56 @@ class MaintenanceScreenTest : public ScreensTest {
     }
     void Put(const std::wstring& path) { windows_.Tree.PutFile(L"C:\\Manuals\\" + path); }
 
-    /// The manual's mark, or "gone".
-    std::wstring MarkOf(const std::wstring& pubNo) {
-        const Lookup manual = FindInstalledRecord(program_, pubNo);
-        return manual.Found() ? manual.Record.Adjust_flg : L"gone";
+    /// The manuals' marks, or "gone".
+    std::wstring MarksOf(const std::vector<std::wstring>& pubNos) {
+        std::wstring marks;
+        for (const std::wstring& pubNo : pubNos) {
+            const Lookup manual = FindInstalledRecord(program_, pubNo);
+            marks += pubNo + L" " + (manual.Found() ? manual.Record.Adjust_flg : L"gone") + L"|";
+        }
+        return marks;
     }
 };
 
 TEST_F(MaintenanceScreenTest, AManualWithoutItsFilesIsMarkedFirstAndDeletedAtTheNextCheck) {
-    for (const wchar_t* pubNo : {L"WHOLE", L"NOINDEX", L"NOCONTENTS", L"NOTHING"}) {
+    const std::vector<std::wstring> all{L"WHOLE", L"NOINDEX", L"NOCONTENTS", L"NOTHING", L"PDF", L"NOPDF"};
+    for (const std::wstring& pubNo : std::vector(all.begin(), all.begin() + 4)) {
         Install(pubNo);
     }
     Install(L"PDF", L"1", L"1");
     Install(L"NOPDF", L"1", L" 1");
-    Put(L"WHOLE\\index.html");
-    Put(L"WHOLE\\contents\\page.html");
-    Put(L"NOINDEX\\contents\\page.html");
-    Put(L"NOCONTENTS\\index.html");
-    Put(L"PDF\\contents\\PDF.pdf");
-
-    const auto marks = [this] {
-        std::wstring all;
-        for (const wchar_t* pubNo : {L"WHOLE", L"NOINDEX", L"NOCONTENTS", L"NOTHING", L"PDF", L"NOPDF"}) {
-            all += pubNo + (L" " + MarkOf(pubNo)) + L"|";
-        }
-        return all;
-    };
+    for (const wchar_t* file : {L"WHOLE\\index.html", L"WHOLE\\contents\\page.html", L"NOINDEX\\contents\\page.html",
+                                L"NOCONTENTS\\index.html", L"PDF\\contents\\PDF.pdf"}) {
+        Put(file);
+    }
     EXPECT_TRUE(CheckInstalledManuals(program_));
-    EXPECT_EQ(marks(), L"WHOLE 0|NOINDEX 1|NOCONTENTS 1|NOTHING 1|PDF 1|NOPDF 1|");
+    EXPECT_EQ(MarksOf(all), L"WHOLE 0|NOINDEX 1|NOCONTENTS 1|NOTHING 1|PDF 1|NOPDF 1|");
     Put(L"NOINDEX\\index.html");
     EXPECT_TRUE(CheckInstalledManuals(program_));
-    EXPECT_EQ(marks(), L"WHOLE 0|NOINDEX 1|NOCONTENTS gone|NOTHING gone|PDF 1|NOPDF gone|");
+    EXPECT_EQ(MarksOf(all), L"WHOLE 0|NOINDEX 1|NOCONTENTS gone|NOTHING gone|PDF 1|NOPDF gone|");
 }
 
-TEST_F(MaintenanceScreenTest, RemovingOneManualTakesFolderAndRow) {
-    Install(L"K1210MM");
-    Install(L"K2310MM");
-    Put(L"K1210MM\\contents\\index.html");
-    Put(L"K2310MM\\contents\\index.html");
-    program_.Switches.Remove = L"K1210MM";
-    RunMaintenance(program_);
-    EXPECT_EQ(program_.Outcome.ExitCode, ExitCode::Done);
-    EXPECT_EQ(MarkOf(L"K1210MM"), L"gone");
-    EXPECT_EQ(MarkOf(L"K2310MM"), L"0");
-    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Manuals\\K1210MM"));
-    EXPECT_TRUE(windows_.Tree.HasFolder(L"C:\\Manuals\\K2310MM"));
-    EXPECT_EQ(windows_.Processes.StartedHidden,
-              (std::vector<std::wstring>{L"\"D:\\programs\\setup\\SysDir\\RmDir.bat\" \"C:\\Manuals\\K1210MM\""}));
-    EXPECT_EQ(windows_.Clock.Sleeps.front(), std::chrono::seconds(1));
-}
-
-TEST_F(MaintenanceScreenTest, TheRowGoesEvenWhenTheFolderCannotBeRemoved) {
-    Install(L"K1210MM");
-    windows_.Tree.Erase(program_.Paths.RmDirBatPath);
-    EXPECT_TRUE(RemoveOneManual(program_, L"C:\\Manuals\\K1210MM", L"K1210MM"));
-    EXPECT_EQ(MarkOf(L"K1210MM"), L"gone");
-}
-
-TEST_F(MaintenanceScreenTest, TheExitCodeTellsWhatCouldNotBeDone) {
-    Install(L"K1210MM");
+TEST_F(MaintenanceScreenTest, RemovingOneManualTakesFolderAndRowAndOtherwiseTheExitCodeTells) {
+    for (const wchar_t* pubNo : {L"K1210MM", L"K2310MM"}) {
+        Install(pubNo);
+        Put(pubNo + std::wstring(L"\\contents\\index.html"));
+    }
     program_.Switches.Remove = L"K9999MM";
     RunMaintenance(program_);
     EXPECT_EQ(program_.Outcome.ExitCode, ExitCode::CouldNotStart) << "not installed";
     EXPECT_TRUE(windows_.Processes.StartedHidden.empty());
+
+    program_.Switches.Remove = L"K1210MM";
+    RunMaintenance(program_);
+    EXPECT_EQ(program_.Outcome.ExitCode, ExitCode::Done);
+    EXPECT_EQ(MarksOf({L"K1210MM", L"K2310MM"}), L"K1210MM gone|K2310MM 0|");
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Manuals\\K1210MM"));
+    EXPECT_TRUE(windows_.Tree.HasFolder(L"C:\\Manuals\\K2310MM"));
+    EXPECT_EQ(windows_.Clock.Sleeps.front(), std::chrono::seconds(1));
+
+    windows_.Tree.Erase(program_.Paths.RmDirBatPath);
+    EXPECT_TRUE(RemoveOneManual(program_, L"C:\\Manuals\\K2310MM", L"K2310MM"));
+    EXPECT_EQ(MarksOf({L"K2310MM"}), L"K2310MM gone|") << "also when its folder cannot be removed";
 
     program_.Switches = {};
     program_.Switches.Check = true;
@@ -92,7 +79,7 @@ TEST_F(MaintenanceScreenTest, TheExitCodeTellsWhatCouldNotBeDone) {
     EXPECT_EQ(program_.Outcome.ExitCode, ExitCode::FailedPartWay) << "catalogue closed";
 }
 
-class OtherScreensTest : public ScreensTest {};
+using OtherScreensTest = ScreensTest;
 
 TEST_F(OtherScreensTest, TheAgreementIsThatOfTheLanguageElseTheEnglishOne) {
     const std::wstring folder = program_.Paths.SysDirPath;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "app/Program.h"
 #include "screens/modBrowser.h"
 #include "tests/native/fakes/InMemoryWindows.h"
@@ -25,45 +27,40 @@ class DiscIndex : public testing::Test {
         windows_.Browsers.Open.back()->Address = address;
     }
 
-    bool NothingHappened() {
-        return windows_.Browsers.Started.empty() && windows_.Processes.StartedVisible.empty() &&
-               windows_.Shell.Opened.empty();
-    }
-
     InMemoryWindows windows_;
     Program program_{windows_.Platform};
-    const std::vector<OpenedDocument> openedByShell_ = {{L"Open", Page, 1}};
 };
 
-TEST_F(DiscIndex, ViewerIsPreferredAndBrowsersAreLeftAlone) {
+TEST_F(DiscIndex, ViewerIsPreferredAndWithoutAPageNothingIsStarted) {
     windows_.Tree.PutFile(Viewer);
-    windows_.Browsers.HasWindowCollection = false;
     ShowDiscIndex(windows_.Platform, program_.Paths);
-    const std::vector<std::wstring> expected = {std::wstring(Viewer) + L" " + Page};
-    EXPECT_EQ(windows_.Processes.StartedVisible, expected);
+    windows_.Tree.Erase(Page);
+    ShowDiscIndex(windows_.Platform, program_.Paths);
+    EXPECT_EQ(windows_.Processes.StartedVisible, std::vector<std::wstring>{std::wstring(Viewer) + L" " + Page});
     EXPECT_TRUE(windows_.Browsers.Started.empty());
     EXPECT_TRUE(windows_.Shell.Opened.empty());
 }
 
-TEST_F(DiscIndex, ViewerThatCannotBeStartedLeavesThePageToTheShell) {
-    windows_.Tree.PutFile(Viewer);
-    windows_.Faults.Reset();
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    // Its start is the last of the calls.
-    windows_.Faults.FailCall(windows_.Faults.Calls());
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    EXPECT_EQ(windows_.Processes.StartedVisible.size(), 1u);
-    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
-}
-
-TEST_F(DiscIndex, MissingPageDoesNothing) {
-    windows_.Tree.PutFile(Viewer);
-    windows_.Tree.Erase(Page);
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    EXPECT_TRUE(NothingHappened());
+TEST_F(DiscIndex, WhenViewerOrBrowserFailsTheShellOpensThePage) {
+    const std::function<void()> failures[] = {[this] { windows_.Browsers.NewBrowser.Gone = true; },
+                                              [this] { windows_.Browsers.CanStart = false; },
+                                              [this] {
+                                                  windows_.Tree.PutFile(Viewer);
+                                                  windows_.Faults.Reset();
+                                                  ShowDiscIndex(windows_.Platform, program_.Paths);
+                                                  // The viewer's start is the last of the calls.
+                                                  windows_.Faults.FailCall(windows_.Faults.Calls());
+                                              }};
+    for (const auto& arrange : failures) {
+        arrange();
+        windows_.Shell.Opened.clear();
+        ShowDiscIndex(windows_.Platform, program_.Paths);
+        EXPECT_EQ(windows_.Shell.Opened, (std::vector<OpenedDocument>{{L"Open", Page, 1}}));
+    }
 }
 
 TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
+    windows_.Browsers.HasWindowCollection = false;
     windows_.Browsers.NewBrowser.BusyPolls = 3;
     windows_.Browsers.NewBrowser.ReadyPolls = 2;
     windows_.Clock.OnYield = [this] { EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown); };
@@ -77,21 +74,20 @@ TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
 
 TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
     const struct {
-        const wchar_t* Label;
         const wchar_t* Type;
         const wchar_t* Address;
         bool Reused;
     } cases[] = {
-        {L"beside the program", L"HTMLDocument", L"file://d:\\PROGRAMS\\setup\\INDEX.HTML", true},
-        {L"as a URL", L"HTMLDocument", L"file:///D:/programs/setup/index.html#top", true},
-        {L"at the root, where it was sent", L"HTMLDocument", L"file:///D:/index.html", true},
-        {L"another page", L"HTMLDocument", L"file:///D:/manuals/index.html", false},
-        {L"another drive", L"HTMLDocument", L"file:///E:/index.html", false},
-        {L"no page at all", L"IShellFolderViewDual", L"D:\\programs\\setup\\index.html", false},
-        {L"not to be asked", L"", L"", false},
+        {L"HTMLDocument", L"file://d:\\PROGRAMS\\setup\\INDEX.HTML", true},
+        {L"HTMLDocument", L"file:///D:/programs/setup/index.html#top", true},
+        {L"HTMLDocument", L"file:///D:/index.html", true},  // at the root, where it was sent
+        {L"HTMLDocument", L"file:///D:/manuals/index.html", false},
+        {L"HTMLDocument", L"file:///E:/index.html", false},
+        {L"IShellFolderViewDual", L"D:\\programs\\setup\\index.html", false},
+        {L"", L"", false},
     };
     for (const auto& each : cases) {
-        SCOPED_TRACE(testing::PrintToString(each.Label));
+        SCOPED_TRACE(testing::PrintToString(each.Address));
         windows_.Browsers.Open.clear();
         windows_.Browsers.Started.clear();
         OpenWindow(L"HTMLDocument", L"about:blank");
@@ -100,32 +96,6 @@ TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
         EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
         EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);
     }
-}
-
-TEST_F(DiscIndex, SecondLookReusesTheWindowOfTheFirst) {
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    windows_.Browsers.Open = windows_.Browsers.Started;
-    EXPECT_EQ(GetBrowserWindow(windows_.Platform, program_.Paths).Result, 1);
-    windows_.Browsers.Open.clear();
-    EXPECT_EQ(GetBrowserWindow(windows_.Platform, program_.Paths).Result, 0);
-}
-
-TEST_F(DiscIndex, ShellWithoutWindowCollectionStillGivesANewBrowser) {
-    windows_.Browsers.HasWindowCollection = false;
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    EXPECT_TRUE(windows_.Browsers.Started.at(0)->Shown);
-}
-
-TEST_F(DiscIndex, WithoutABrowserObjectThePageIsOpenedByTheShell) {
-    windows_.Browsers.CanStart = false;
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
-}
-
-TEST_F(DiscIndex, BrowserThatRefusesThePageLeavesItToTheShell) {
-    windows_.Browsers.NewBrowser.Gone = true;
-    ShowDiscIndex(windows_.Platform, program_.Paths);
-    EXPECT_EQ(windows_.Shell.Opened, openedByShell_);
 }
 
 TEST_F(DiscIndex, BrowserClosedWhileItLoadsEndsTheWait) {
