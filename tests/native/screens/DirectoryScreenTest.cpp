@@ -66,16 +66,6 @@ TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
     EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 1U);
 }
 
-TEST_F(DirectoryScreenTest, CancelCountsOnlyAfterYes) {
-    windows_.MessageBoxes.Answers = {boxes::AnswerNo, boxes::AnswerYes};
-    EXPECT_FALSE(CancelFolder(program_));
-    EXPECT_EQ(program_.Outcome.ResultMessage, L"");
-    EXPECT_TRUE(CancelFolder(program_));
-    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 25");
-    EXPECT_EQ(program_.Outcome.ResultSubMessage, L"message 24");
-    EXPECT_EQ(windows_.MessageBoxes.Shown.back(), (ShownBox{L"message 29", 52, L"title"}));
-}
-
 TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumberAndTheChosenFolderIsNormalised) {
     windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini", "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\n");
     program_.Installation.NoFolderCount = 12;
