@@ -59,10 +59,9 @@ TEST_F(ResultScreenTest, ManualsAreListedByOrderThenYearThenKindThenPlaceOnTheDi
 }
 
 TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
-    DiscCatalogueRecord& talis = AddManual(L"K1210MM");
+    Add(L"K1210MM", 0, L"2019", L"整備書");
+    DiscCatalogueRecord& talis = program_.DiscCatalogue.Records.back();
     talis.Model_desc = L"Talis";
-    talis.Year = L"2019";
-    talis.Kubun = L"整備書";
     talis.Lang = L"EN";
     talis.Version = L"3";
     AddManual(L"not chosen").InstallFlag = Selection::UpToDate;

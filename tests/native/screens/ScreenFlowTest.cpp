@@ -8,35 +8,22 @@ namespace {
 
 class ScreenFlowTest : public ScreensTest {
   protected:
-    std::vector<std::string> ShownBy(const std::function<void()>& action) {
-        screens_.Shown.clear();
-        EXPECT_EQ(ExitCodeOf(action), std::nullopt);
-        return screens_.Shown;
-    }
-
     RecordedScreens screens_{program_};
     ScreenFlow flow_{program_, screens_, EndProgram};
 };
 
 using Names = std::vector<std::string>;
 
-TEST_F(ScreenFlowTest, ScreensFollowFromMenuToClosing) {
-    program_.Outcome.ManualsRecorded = 1;
-    program_.Outcome.RunFinished = true;
-    EXPECT_EQ(ShownBy([this] { flow_.StartInstallation(); }), Names{"agreement"});
-    EXPECT_EQ(ShownBy([this] { flow_.AnswerAgreement(true); }), Names{"installation"});
-    EXPECT_EQ(ShownBy([this] { flow_.ShowResult(); }), Names{"result"});
-    EXPECT_EQ(ShownBy([this] { flow_.CloseResult(); }), Names{"menu"});
-    EXPECT_EQ(ShownBy([this] { flow_.CloseMenu(); }), Names{"closing"});
-    EXPECT_EQ(ExitCodeOf([this] { flow_.End(); }), 0U);
-    EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 0U) << "of the first run";
-}
-
-TEST_F(ScreenFlowTest, LeavingBeforeARunIsNotSuccess) {
+TEST_F(ScreenFlowTest, LeavingBeforeARunIsNotSuccessAndRefusingASecondOneKeepsTheExitCode) {
     EXPECT_EQ(ExitCodeOf([this] { flow_.CloseMenu(); }), 2U);
     EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 2U);
     EXPECT_TRUE(screens_.Shown.empty());
     EXPECT_TRUE(windows_.Processes.StartedHidden.empty()) << "nothing is removed";
+    program_.Outcome.RunFinished = true;
+    program_.Outcome.ExitCode = ExitCode::Done;
+    EXPECT_EQ(ExitCodeOf([this] { flow_.AnswerAgreement(false); }), 0U);
+    flow_.CloseMenu();
+    EXPECT_EQ(screens_.Shown, Names{"closing"});
 }
 
 TEST_F(ScreenFlowTest, TheResultButtonEndsTheProgramWhenNothingWasInstalled) {

@@ -43,15 +43,13 @@ class ScreensTest : public testing::Test {
 
     /// A record of the disc catalogue, to be filled further; it becomes the current manual.
     DiscCatalogueRecord& AddManual(const std::wstring& pubNo) {
-        DiscCatalogueRecord manual;
-        manual.Pub_No = pubNo;
+        DiscCatalogueRecord& manual = program_.DiscCatalogue.Records.emplace_back();
+        manual.Pub_No = manual.FolderName = pubNo;
         manual.InstallFlag = Selection::Candidate;
         manual.InstallState = InstallState::New;
         manual.PdfForm = ManualForm::Archive;
-        manual.FolderName = pubNo;
-        program_.DiscCatalogue.Records.push_back(manual);
         program_.Installation.CurrentManual = program_.DiscCatalogue.LastIndex();
-        return program_.DiscCatalogue.Records.back();
+        return manual;
     }
 
     /// The exit code with which the action ends the process, or nothing.

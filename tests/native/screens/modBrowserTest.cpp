@@ -21,12 +21,6 @@ class DiscIndex : public testing::Test {
         windows_.Tree.PutFile(Page);
     }
 
-    void OpenWindow(const std::wstring& documentType, const std::wstring& address) {
-        windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>());
-        windows_.Browsers.Open.back()->DocumentType = documentType;
-        windows_.Browsers.Open.back()->Address = address;
-    }
-
     InMemoryWindows windows_;
     Program program_{windows_.Platform};
 };
@@ -42,15 +36,14 @@ TEST_F(DiscIndex, ViewerIsPreferredAndWithoutAPageNothingIsStarted) {
 }
 
 TEST_F(DiscIndex, WhenViewerOrBrowserFailsTheShellOpensThePage) {
+    const auto failTheViewer = [this] {
+        windows_.Tree.PutFile(Viewer);
+        windows_.Faults.Reset();
+        ShowDiscIndex(windows_.Platform, program_.Paths);
+        windows_.Faults.FailCall(windows_.Faults.Calls());  // its start is the last of the calls
+    };
     const std::function<void()> failures[] = {[this] { windows_.Browsers.NewBrowser.Gone = true; },
-                                              [this] { windows_.Browsers.CanStart = false; },
-                                              [this] {
-                                                  windows_.Tree.PutFile(Viewer);
-                                                  windows_.Faults.Reset();
-                                                  ShowDiscIndex(windows_.Platform, program_.Paths);
-                                                  // The viewer's start is the last of the calls.
-                                                  windows_.Faults.FailCall(windows_.Faults.Calls());
-                                              }};
+                                              [this] { windows_.Browsers.CanStart = false; }, failTheViewer};
     for (const auto& arrange : failures) {
         arrange();
         windows_.Shell.Opened.clear();
@@ -90,8 +83,12 @@ TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
         SCOPED_TRACE(testing::PrintToString(each.Address));
         windows_.Browsers.Open.clear();
         windows_.Browsers.Started.clear();
-        OpenWindow(L"HTMLDocument", L"about:blank");
-        OpenWindow(each.Type, each.Address);
+        for (const auto& [type, address] :
+             {std::pair<std::wstring, std::wstring>{L"HTMLDocument", L"about:blank"}, {each.Type, each.Address}}) {
+            windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>());
+            windows_.Browsers.Open.back()->DocumentType = type;
+            windows_.Browsers.Open.back()->Address = address;
+        }
         ShowDiscIndex(windows_.Platform, program_.Paths);
         EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
         EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);

@@ -54,6 +54,7 @@ std::vector<StartCase> FailingStarts() {
          L"manager running"},
         {"database not opened", [=](Workshop& shop) { refused(shop), readOnly(shop); }, L"not opened"},
         {"read-only", readOnly, L"read-only"},
+        {"unexpected error", [](Workshop& shop) { shop.Screens.Fail = true; }, L"Unexpected error: no window", 1},
     };
 }
 
@@ -200,14 +201,6 @@ TEST(StartUp, InterruptedUpgradeIsUndoneOnlyWithoutTheManager) {
         EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>{managerRuns ? "result" : "menu"});
         EXPECT_EQ(shop.Windows.Tree.HasFile(database), !managerRuns);
     }
-}
-
-TEST(StartUp, UnexpectedErrorBecomesABox) {
-    Workshop shop;
-    shop.Screens.Fail = true;
-    shop.Start();
-    EXPECT_EQ(shop.ExitCode, 1u);
-    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.at(0).Text, L"Unexpected error: no window");
 }
 
 TEST(StartPage, WithoutALocalFolderTheProgramEndsAsNotStarted) {
