@@ -29,8 +29,8 @@ class FolderWalk : public SecurityTest {
 };
 
 TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
-    for (const std::wstring path : {L"C:\\Manuals\\K1", L"C:\\Manuals\\K2", L"C:\\Manuals\\K3", L"C:\\Manuals\\K4",
-                                    L"F:\\K5", L"\\\\server\\share\\K6"}) {
+    for (const std::wstring path : {L"C:\\Manuals\\K0", L"C:\\Manuals\\K1", L"C:\\Manuals\\K2", L"C:\\Manuals\\K3",
+                                    L"C:\\Manuals\\K4", L"F:\\K5", L"\\\\server\\share\\K6"}) {
         Record(path.substr(path.size() - 2), path);
         windows_.Tree.PutFolder(path + L"\\contents");
     }
@@ -41,8 +41,12 @@ TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
     ListOf(L"C:\\Manuals\\K3") = {{{1, 0x1, Users}, 0}};
     ListOf(L"C:\\Manuals\\K4") = {{{0, AllMask, Users}, 0}, {{0, AllMask, Administrators}, 0}};
 
+    windows_.AccessControl.FailWith = [](const std::string& operation, const std::wstring& object) {
+        return operation == "SetList" && object == L"C:\\Manuals\\K0" ? errors::AccessDenied : 0;
+    };
     EXPECT_TRUE(SecureInstalledManualFolders(program_));
 
+    EXPECT_TRUE(ListOf(L"C:\\Manuals\\K0").empty()) << "refuses the grant, which does not stop the walk";
     EXPECT_TRUE(UsersHoldOnly(L"C:\\Manuals\\K1", ModifyRights, 3));
     EXPECT_TRUE(UsersHoldOnly(L"C:\\Manuals\\K2", ModifyMask, 0)) << "held already";
     EXPECT_EQ(ListOf(L"C:\\Manuals\\K3").at(0).Type, 1) << "denied on purpose";
@@ -51,19 +55,6 @@ TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
     EXPECT_TRUE(ListOf(L"F:\\K5").empty());
     EXPECT_TRUE(ListOf(L"C:\\Precious").empty()) << "no manual's folder";
     EXPECT_TRUE(ListOf(L"\\\\server\\share\\K6").empty());
-    EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
-}
-
-TEST_F(FolderWalk, FolderThatRefusesTheGrantDoesNotStopTheWalk) {
-    for (const std::wstring pubNo : {L"K1", L"K2"}) {
-        Record(pubNo, L"C:\\Manuals\\" + pubNo);
-        windows_.Tree.PutFolder(L"C:\\Manuals\\" + pubNo + L"\\contents");
-    }
-    windows_.AccessControl.FailWith = [](const std::string& operation, const std::wstring& object) {
-        return operation == "SetList" && object == L"C:\\Manuals\\K1" ? errors::AccessDenied : 0;
-    };
-    EXPECT_TRUE(SecureInstalledManualFolders(program_));
-    EXPECT_TRUE(UsersHoldOnly(L"C:\\Manuals\\K2", ModifyRights, 3));
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
 }
 

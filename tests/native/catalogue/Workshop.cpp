@@ -84,23 +84,12 @@ std::vector<InstalledRecord> ListedRows(Program& program) {
 
 InstalledRecord SampleRecord(int number) {
     const std::wstring digits = std::to_wstring(100 + number);
-    InstalledRecord record;
-    record.Pub_No = L"K" + digits + L"0E";
-    record.Model_desc = L"Driver's manual " + digits;
-    record.Model_ID = L"KX1";
-    record.Version = std::to_wstring(1 + number % 4);
-    record.Year = L"2019";
-    record.Kubun = number % 2 == 0 ? L"" : L"整備";
-    record.Country = L"GB";
-    record.Lang = L"EN";
-    record.Ldup = L"1";
-    record.INSUser = L"O'Brien";
-    record.INSDate = ParseDateTime(L"2021/03/04 05:06:07") + std::chrono::hours(number);
-    record.INSPath = L"C:\\Korvex\\Manual\\カバー " + digits;
-    record.Adjust_flg = number % 3 == 0 ? L"1" : L"0";
-    record.Memo_txt = number % 5 == 0 ? std::wstring(255, L'メ') : L"";
-    record.Pdf_flg = number % 2 == 0 ? L"1" : L"0";
-    return record;
+    return Make<InstalledRecord>(
+        L"K" + digits + L"0E", L"Driver's manual " + digits, L"KX1", std::to_wstring(1 + number % 4), L"2019",
+        number % 2 == 0 ? L"" : L"整備", L"GB", L"EN", L"1", L"O'Brien",
+        ParseDateTime(L"2021/03/04 05:06:07") + std::chrono::hours(number), L"C:\\Korvex\\Manual\\カバー " + digits,
+        number % 3 == 0 ? L"1" : L"0", number % 5 == 0 ? std::wstring(255, L'メ') : L"", number % 2 == 0 ? L"1" : L"0",
+        ManualForm::Archive);
 }
 
 std::vector<InstalledRecord> SampleRecords(int count) {

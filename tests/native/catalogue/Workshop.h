@@ -38,6 +38,43 @@ struct Workshop : CatalogueWindows {
     std::unique_ptr<mip::Program> program_;
 };
 
+/// In the place of the engine for Jet files: finds the content of all of them in one file, and notes what it is sent.
+struct JetStandIn : DatabaseEngine {
+    struct Connection : DatabaseConnection {
+        Connection(std::unique_ptr<DatabaseConnection> real, std::vector<std::wstring>& sent)
+            : Real(std::move(real)), Sent(sent) {}
+        DatabaseConnection& Note(const std::wstring& text) { return Sent.push_back(text), *Real; }
+        void Execute(const std::wstring& sql) override { Note(sql).Execute(sql); }
+        std::unique_ptr<Recordset> Query(const std::wstring& sql) override { return Note(sql).Query(sql); }
+        void BeginTransaction() override { Note(L"(begin)").BeginTransaction(); }
+        void CommitTransaction() override { Note(L"(commit)").CommitTransaction(); }
+        void RollbackTransaction() override { Note(L"(rollback)").RollbackTransaction(); }
+        std::unique_ptr<DatabaseConnection> Real;
+        std::vector<std::wstring>& Sent;
+    };
+
+    explicit JetStandIn(Workshop& workshop) : Computer(workshop) { workshop.JetEngine.Engine = this; }
+    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override {
+        Sent.push_back(L"(open)");
+        return std::make_unique<Connection>(Computer.Embedded.Open(Content), Sent);
+    }
+    /// Makes a Jet file of an SQLite one.
+    static void TakeOver(Workshop& workshop, const std::wstring& path) {
+        workshop.Tree.PutFile(Content, workshop.Tree.BytesOf(path));
+        workshop.Tree.Find(path)->Bytes = std::string("\0\1\0\0Standard Jet DB", 20);
+    }
+
+    static constexpr wchar_t Content[] = L"C:\\Temp\\content of the Jet file";
+    Workshop& Computer;
+    std::vector<std::wstring> Sent;
+};
+
+/// A record of these members, in their order.
+template <class Record, class... Values>
+Record Make(Values&&... values) {
+    return {std::forward<Values>(values)...};
+}
+
 /// All rows of the catalogue that a program has open.
 std::vector<InstalledRecord> ListedRows(Program& program);
 

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <set>
 #include <stdexcept>
 
 #include "catalogue/clsMDB.h"
+#include "catalogue/modMDB.h"
+#include "catalogue/modMdbUpgrade.h"
 #include "platform/PlatformError.h"
 #include "tests/native/catalogue/Workshop.h"
 #include "text/TextTools.h"
@@ -25,39 +28,28 @@ class ClsMdbTest : public testing::Test {
     clsMDB& database_ = *workshop_.Program().CatalogDb;
 };
 
-/// An engine that only notes what it is asked to open.
-struct NotingEngine : DatabaseEngine {
-    std::unique_ptr<DatabaseConnection> Open(const std::wstring& path) override {
-        Opened.push_back(path);
-        throw PlatformError("Open", path, 1);
-    }
-    std::vector<std::wstring> Opened;
-};
-
 TEST_F(ClsMdbTest, EngineIsChosenByTheFirstBytes) {
     const std::string jetFile = "\0\1\0\0Standard Jet DB\0\1"s;
     const struct {
         const char* Label;
         std::string Bytes;
-        const char* Engine;
+        std::pair<bool, bool> Asked;  // Jet's, SQLite's
     } cases[] = {
-        {"Jet", jetFile, "jet"},
-        {"a newer layout of that maker", "\0\1\0\0Standard ACE DB\0\1"s, ""},
-        {"cut within the Jet header", jetFile.substr(0, 19), ""},
-        {"SQLite", "SQLite format 3\0"s, "sqlite"},
-        {"SQLite text only", "SQLite format 3", ""},
-        {"text", "KVX3", ""},
-        {"empty", "", ""},
+        {"Jet", jetFile, {true, false}},
+        {"a newer layout of that maker", "\0\1\0\0Standard ACE DB\0\1"s, {}},
+        {"cut within the Jet header", jetFile.substr(0, 19), {}},
+        {"SQLite", "SQLite format 3\0"s, {false, true}},
+        {"SQLite text only", "SQLite format 3", {}},
+        {"text", "KVX3", {}},
+        {"empty", "", {}},
     };
-    for (const auto& [label, bytes, engine] : cases) {
-        NotingEngine jet;
-        NotingEngine sqlite;
-        workshop_.JetEngine.Engine = &jet;
+    for (const auto& [label, bytes, asked] : cases) {
+        JetStandIn sqlite(workshop_);
+        JetStandIn jet(workshop_);
         workshop_.SqliteEngine.Engine = &sqlite;
         workshop_.Tree.PutFile(L"C:\\x.mdb", bytes);
         EXPECT_FALSE(database_.Pcls_MdbOpen(L"C:\\x.mdb")) << label;
-        const std::string opened = (jet.Opened.empty() ? "" : "jet"s) + (sqlite.Opened.empty() ? "" : "sqlite");
-        EXPECT_EQ(opened, engine) << label;
+        EXPECT_EQ(std::pair(!jet.Sent.empty(), !sqlite.Sent.empty()), asked) << label;
     }
 }
 
@@ -87,7 +79,7 @@ TEST_F(ClsMdbTest, WalkReportsRowsAndTheEnd) {
     EXPECT_THROW(database_.Pcls_MdbGetField(0, 0, Default), PlatformError);
 }
 
-TEST_F(ClsMdbTest, SlotsAreWalkedSideBySideAndReplaced) {
+TEST_F(ClsMdbTest, SlotsAreIndependentAndARefusedQueryEmptiesItsOwn) {
     AddModel(L"'a','',1");
     AddModel(L"'b','',2");
     for (const std::int16_t slot : std::initializer_list<std::int16_t>{0, 10}) {
@@ -96,19 +88,24 @@ TEST_F(ClsMdbTest, SlotsAreWalkedSideBySideAndReplaced) {
     EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbOk);
     EXPECT_EQ(database_.Pcls_MdbGetField(0, 0, Default), FieldValue(L"b"));
     EXPECT_EQ(database_.Pcls_MdbGetField(10, 0, Default), FieldValue(L"a"));
+    EXPECT_THROW(database_.Pcls_MdbGetField(10, L"No_such_column", Default), PlatformError);
     EXPECT_EQ(database_.Pcls_MdbCreate(10, L"SELECT MDB_Version FROM M_system"), MdbOk);
     EXPECT_EQ(database_.Pcls_MdbGetField(10, 0, Default), FieldValue(std::int64_t{2}));
-}
-
-TEST_F(ClsMdbTest, RefusedQueryLeavesItsSlotEmptyAndTheOthersAlone) {
-    AddModel(L"'a','',1");
-    EXPECT_EQ(database_.Pcls_MdbCreate(1, Models), MdbOk);
-    EXPECT_EQ(database_.Pcls_MdbCreate(2, Models), MdbOk);
-    EXPECT_EQ(database_.Pcls_MdbCreate(1, L"SELECT * FROM M_order WHERE"), MdbError);
-    EXPECT_EQ(database_.Pcls_MdbMoveNext(1), MdbError);
-    EXPECT_THROW(database_.Pcls_MdbGetField(1, L"Model_ID", Default), PlatformError);
-    EXPECT_THROW(database_.Pcls_MdbGetField(2, L"No_such_column", Default), PlatformError);
-    EXPECT_EQ(database_.Pcls_MdbGetField(2, L"Model_ID", Default), FieldValue(L"a"));
+    const auto refused = [this](const std::wstring& query) {
+        EXPECT_EQ(database_.Pcls_MdbCreate(10, query), MdbError);
+        workshop_.Faults.Reset();
+        EXPECT_EQ(database_.Pcls_MdbMoveNext(10), MdbError);
+        EXPECT_THROW(database_.Pcls_MdbGetField(10, 0, Default), PlatformError);
+    };
+    refused(L"SELECT * FROM M_order WHERE");
+    EXPECT_EQ(database_.Pcls_MdbGetField(0, 0, Default), FieldValue(L"b"));
+    EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbEnd);
+    EXPECT_EQ(database_.Pcls_MdbCreate(10, Models), MdbOk);
+    workshop_.Faults.FailFrom(1);
+    EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
+    EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
+    refused(Models);
+    EXPECT_EQ(database_.Pcls_MdbCreate(10, Models), MdbOk);
 }
 
 TEST_F(ClsMdbTest, SlotsOutsideTheirRangeAreAnErrorOfTheCaller) {
@@ -119,27 +116,79 @@ TEST_F(ClsMdbTest, SlotsOutsideTheirRangeAreAnErrorOfTheCaller) {
     }
 }
 
-TEST_F(ClsMdbTest, FaultsOfTheEngineBecomeStatusesAndEmptySlots) {
-    AddModel(L"'a','',1");
-    EXPECT_EQ(database_.Pcls_MdbCreate(0, Models), MdbOk);
-    workshop_.Faults.FailFrom(1);
-    EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
-    EXPECT_EQ(database_.Pcls_MdbCreate(0, Models), MdbError);
-    EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
-    workshop_.Faults.Reset();
-    EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbError);
-    EXPECT_EQ(database_.Pcls_MdbCreate(0, Models), MdbOk);
+TEST_F(ClsMdbTest, ReadOnlyDiscOrFileIsReadButNotWritten) {
+    workshop_.Tree.PutFile(L"C:\\x.mdb", workshop_.Tree.BytesOf(Workshop::NewSource), attributes::ReadOnly);
+    for (const wchar_t* path : {Workshop::NewSource, L"C:\\x.mdb"}) {
+        ASSERT_TRUE(database_.Pcls_MdbOpen(path));
+        EXPECT_EQ(database_.Pcls_MdbCreate(0, Models), MdbOk);
+        EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
+    }
 }
 
-TEST_F(ClsMdbTest, ReadOnlyDiscIsReadButNotWritten) {
-    clsMDB disc(workshop_.Platform);
-    ASSERT_TRUE(disc.Pcls_MdbOpen(Workshop::NewSource));
-    EXPECT_EQ(disc.Pcls_MdbCreate(0, Models), MdbOk);
-    EXPECT_EQ(disc.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
-    workshop_.Tree.Find(Workshop::CurrentDatabase)->Attributes = attributes::ReadOnly;
-    ASSERT_TRUE(database_.Pcls_MdbOpen(Workshop::CurrentDatabase));
-    EXPECT_EQ(database_.Pcls_MdbCreate(0, L"SELECT * FROM M_system"), MdbOk);
-    EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_system"), MdbError);
+class DamageTest : public testing::Test {
+  protected:
+    /// Puts these bytes in the catalogue's place and works with it as the program does. True when it opened.
+    bool OpenAndUse(const std::string& bytes) {
+        workshop_.Tree.PutFile(Workshop::CurrentDatabase, bytes);
+        const bool opened = workshop_.StartProgram();
+        if (opened) {
+            (void)FindInstalledRecord(workshop_.Program(), L"K1030E");
+            (void)ListedRows(workshop_.Program());
+            (void)ReadDatabaseVersion(*workshop_.Program().CatalogDb);
+        }
+        EXPECT_EQ(workshop_.Tree.BytesOf(Workshop::CurrentDatabase), bytes);
+        EXPECT_EQ(workshop_.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
+        return opened;
+    }
+
+    Workshop workshop_{SampleRecords(30)};
+    const std::string whole_ = workshop_.Tree.BytesOf(Workshop::CurrentDatabase);
+};
+
+TEST_F(DamageTest, TruncatedFilesDoNotOpen) {
+    ASSERT_TRUE(OpenAndUse(whole_));
+    for (std::size_t length = 0; length < whole_.size(); length += length < 200 ? 1 : 211) {
+        EXPECT_FALSE(OpenAndUse(whole_.substr(0, length))) << length;
+    }
+    for (std::size_t length = 4096; length < whole_.size(); length += 4096) {
+        EXPECT_FALSE(OpenAndUse(whole_.substr(0, length))) << length;
+        EXPECT_FALSE(OpenAndUse(whole_.substr(0, length) + std::string(whole_.size() - length, '\0'))) << length;
+    }
+}
+
+TEST_F(DamageTest, FlippedBitsFailOrReadOnWithoutHarm) {
+    // Signature, page size, payload fractions, number of pages: no such file opens.
+    const std::set<std::size_t> vital{16, 17, 21, 22, 23, 28, 29, 30, 31};
+    ASSERT_TRUE(OpenAndUse(whole_));
+    std::size_t refused = 0;
+    std::size_t tried = 0;
+    for (std::size_t offset = 0; offset < whole_.size(); offset += offset < 300 ? 1 : 61) {
+        std::string bytes = whole_;
+        bytes[offset] = static_cast<char>(bytes[offset] ^ (1 << (offset % 8)));
+        const bool opened = OpenAndUse(bytes);
+        EXPECT_FALSE(opened && (offset < 16 || vital.contains(offset))) << offset;
+        refused += opened ? 0 : 1;
+        ++tried;
+    }
+    EXPECT_GT(refused, tried / 10);
+    EXPECT_LT(refused, tried) << "rows outside the keys may read on";
+}
+
+TEST_F(DamageTest, DamagedKeysOtherFilesAndFoldersDoNotOpen) {
+    ASSERT_TRUE(OpenAndUse(whole_));
+    std::string damagedKey = whole_;
+    damagedKey[whole_.rfind("K1030E")] = 'X';  // in a page of rows or of the index, the other keeps it
+    for (const std::string& bytes : {std::string("not a database\r\n"), std::string(whole_.size(), '\0'), damagedKey,
+                                     "SQLite format 3" + std::string(1000, '\0'), whole_.substr(4096)}) {
+        EXPECT_FALSE(OpenAndUse(bytes));
+        EXPECT_FALSE(CheckDatabaseVersion(workshop_.Program()));
+        EXPECT_EQ(workshop_.Tree.BytesOf(Workshop::CurrentDatabase), bytes);
+    }
+    workshop_.Tree.Erase(Workshop::CurrentDatabase);
+    workshop_.Tree.PutFolder(Workshop::CurrentDatabase);
+    EXPECT_FALSE(workshop_.StartProgram());
+    EXPECT_FALSE(CheckDatabaseVersion(workshop_.Program()));
+    EXPECT_TRUE(workshop_.Tree.HasFolder(Workshop::CurrentDatabase));
 }
 
 }  // namespace

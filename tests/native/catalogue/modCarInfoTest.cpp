@@ -48,36 +48,17 @@ TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
         ASSERT_TRUE(ScanDiscCatalogue(program_));
         ASSERT_EQ(program_.DiscCatalogue.LastIndex(), 2);
     }
-    const DiscCatalogueRecord expected{Selection::Candidate,
-                                       L"KA100E",
-                                       L"3",
-                                       L"Kombi",
-                                       L"KX1",
-                                       L"EN",
-                                       L"1",
-                                       L"2019",
-                                       L"整備",
-                                       L"GB",
-                                       7,
-                                       InstallKind::Full,
-                                       InstallState::New,
-                                       L"D:\\A 1\\install\\condense\\manual.zip",
-                                       L"D:\\A 1\\install\\compare",
-                                       false,
-                                       ManualForm::Archive,
-                                       L"",
-                                       L"A 1"};
+    const auto expected = Make<DiscCatalogueRecord>(
+        Selection::Candidate, L"KA100E", L"3", L"Kombi", L"KX1", L"EN", L"1", L"2019", L"整備", L"GB", std::int16_t{7},
+        InstallKind::Full, InstallState::New, L"D:\\A 1\\install\\condense\\manual.zip", L"D:\\A 1\\install\\compare",
+        false, ManualForm::Archive, L"", L"A 1");
     EXPECT_EQ(program_.DiscCatalogue.Records[1], expected);
     EXPECT_EQ(program_.DiscCatalogue.Records[0], DiscCatalogueRecord{});
-}
-
-TEST_F(CarInfoTest, PdfManualIsCopiedFromItsFolder) {
-    PutManual(L"P", "KP100E", "1");
-    workshop_.Tree.PutFile(L"D:\\P\\contents\\KP100E.pdf");
-    const DiscCatalogueRecord& record = Scanned(L"P");
-    EXPECT_EQ(record.PdfForm, ManualForm::Pdf);
-    EXPECT_EQ(record.SourcePath, L"D:\\P");
-    EXPECT_EQ(record.ComparePath, L"");
+    workshop_.Tree.PutFile(L"D:\\b\\contents\\KB100E.pdf");
+    const DiscCatalogueRecord& pdf = Scanned(L"b");
+    EXPECT_EQ(pdf.PdfForm, ManualForm::Pdf);
+    EXPECT_EQ(pdf.SourcePath, L"D:\\b");
+    EXPECT_EQ(pdf.ComparePath, L"");
 }
 
 TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
@@ -119,27 +100,23 @@ TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
         const std::wstring widePubNo = FromUtf8(pubNo);
         const std::wstring copy = L"C:\\Manuals\\" + widePubNo;
         PutManual(folder, pubNo, test.DiscVersion);
-        if (test.DiscPdf) {
-            workshop_.Tree.PutFile(L"D:\\" + folder + L"\\contents\\" + widePubNo + L".pdf");
-        }
-        for (int file = 0; file < test.Differences; ++file) {
-            workshop_.Tree.PutFile(L"D:\\" + folder + L"\\install\\compare\\" + std::to_wstring(file));
-        }
+        const auto put = [&](bool wanted, const std::wstring& path) {
+            if (wanted) {
+                workshop_.Tree.PutFile(path);
+            }
+        };
+        const std::wstring source = L"D:\\" + folder;
+        put(test.DiscPdf, source + L"\\contents\\" + widePubNo + L".pdf");
+        put(test.Differences > 0, source + L"\\install\\compare\\1");
         if (test.Differences == 0) {
-            workshop_.Tree.PutFolder(L"D:\\" + folder + L"\\install\\compare\\empty");
+            workshop_.Tree.PutFolder(source + L"\\install\\compare\\empty");
         }
         if (test.Installed != None) {
             PutInstalled(widePubNo, test.InstalledVersion, test.Adjust);
         }
-        if (test.Installed == NoIndex) {
-            workshop_.Tree.PutFolder(copy + L"\\contents");
-        }
-        if (test.Installed == Whole || test.Installed == WholePdf) {
-            workshop_.Tree.PutFile(copy + L"\\contents\\index.html");
-        }
-        if (test.Installed == WholePdf) {
-            workshop_.Tree.PutFile(copy + L"\\contents\\" + widePubNo + L".pdf");
-        }
+        put(test.Installed == NoIndex, copy + L"\\contents\\other.html");
+        put(test.Installed == Whole || test.Installed == WholePdf, copy + L"\\contents\\index.html");
+        put(test.Installed == WholePdf, copy + L"\\contents\\" + widePubNo + L".pdf");
         const DiscCatalogueRecord& record = Scanned(folder);
         EXPECT_EQ(record.InstallFlag, test.Flag);
         EXPECT_EQ(record.InstallKind, test.Kind);
@@ -220,11 +197,10 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
         {nullptr, "", dataError, L"PubNo =  [ Folder 2: car_info.ci cannot be read ]"},
     };
     program_.Settings.Columns.Version = 5;
-    const std::pair<const wchar_t*, const wchar_t*> installed[] = {
-        {L"KB100E", L"1"}, {L"KB101E", L"B"}, {L"KB102E", L"-2"}};
-    for (const auto& [pubNo, version] : installed) {
+    for (const auto& [pubNo, version] :
+         std::map<std::wstring, const wchar_t*>{{L"KB100E", L"1"}, {L"KB101E", L"B"}, {L"KB102E", L"-2"}}) {
         PutInstalled(pubNo, version);
-        workshop_.Tree.PutFile(std::wstring(L"C:\\Manuals\\") + pubNo + L"\\contents\\index.html");
+        workshop_.Tree.PutFile(L"C:\\Manuals\\" + pubNo + L"\\contents\\index.html");
     }
     for (const auto& test : cases) {
         SCOPED_TRACE(ToUtf8(test.Text));
@@ -244,7 +220,7 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
     }
 }
 
-TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessages) {
+TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessagesAMissingDiscWithout) {
     PutManual(L"1", "KA100E", "3");
     workshop_.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M09.ini",
                            "[MESSAGE]\r\nM020=no database\r\nM024=stopped\r\n");
@@ -260,12 +236,9 @@ TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessages) {
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
     }
-}
-
-TEST_F(CarInfoTest, DiscThatCannotBeListedFailsTheScanAndLeavesTheTextsToTheCaller) {
     workshop_.Tree.DriveOf(L"D:\\")->Present = false;
     EXPECT_FALSE(ScanDiscCatalogue(program_));
-    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"");
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"") << "a disc that cannot be listed has no text here";
 }
 
 }  // namespace

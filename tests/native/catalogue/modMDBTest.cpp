@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
+#include "catalogue/Statements.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "platform/PlatformError.h"
@@ -14,45 +13,10 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
-/// No rows, and every text that came.
-struct RecordingEngine : DatabaseEngine {
-    struct NoRows : Recordset {
-        bool AtEnd() override { return true; }
-        void MoveNext() override {}
-        FieldValue Field(const std::wstring&) override { return {}; }
-        FieldValue Field(std::int32_t) override { return {}; }
-    };
-    struct Connection : DatabaseConnection {
-        explicit Connection(Texts& texts) : Texts_(texts) {}
-        void Execute(const std::wstring& sql) override { Texts_.push_back(sql); }
-        std::unique_ptr<Recordset> Query(const std::wstring& sql) override {
-            Texts_.push_back(sql);
-            return std::make_unique<NoRows>();
-        }
-        void BeginTransaction() override { Texts_.push_back(L"(begin)"); }
-        void CommitTransaction() override { Texts_.push_back(L"(commit)"); }
-        void RollbackTransaction() override { Texts_.push_back(L"(rollback)"); }
-        Texts& Texts_;
-    };
-    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override {
-        return std::make_unique<Connection>(Sent);
-    }
-    Texts Sent;
-};
-
 DiscCatalogueRecord DiscRecord() {
-    DiscCatalogueRecord record;
-    record.Pub_No = L"K'10";
-    record.Model_desc = L"Kombi カバー";
-    record.Model_ID = L"KX1";
-    record.Version = L"3";
-    record.Year = L"2019";
-    record.Kubun = L"";
-    record.Country = L"GB";
-    record.Lang = L"EN";
-    record.Ldup = L"1";
-    record.PdfForm = ManualForm::Pdf;
-    return record;
+    return Make<DiscCatalogueRecord>(Selection::Undecided, L"K'10", L"3", L"Kombi カバー", L"KX1", L"EN", L"1", L"2019",
+                                     L"", L"GB", std::int16_t{0}, InstallKind::Undecided, InstallState::None, L"", L"",
+                                     false, ManualForm::Pdf, L"", L"");
 }
 
 constexpr wchar_t InsertOfDiscRecord[] =
@@ -62,59 +26,48 @@ constexpr wchar_t InsertOfDiscRecord[] =
     L"Cdate('2024/05/06 07:08:10'),\n'C:\\it''s',\n'0',\n'')\n";
 
 TEST(StatementsTest, TextsAreExactlyThese) {
-    Workshop workshop;
-    RecordingEngine engine;
-    workshop.JetEngine.Engine = &engine;
-    workshop.Tree.PutFile(L"C:\\jet.mdb", std::string("\0\1\0\0Standard Jet DB", 20));
-    Program& program = workshop.Program();
-    clsMDB& database = *program.CatalogDb;
-    ASSERT_TRUE(database.Pcls_MdbOpen(L"C:\\jet.mdb"));
-    const std::wstring pubNo = L"K'10";
-    InstalledRecord held;
-    ModelOrderList order;
-    const struct {
-        const char* Label;
-        std::function<void()> Call;
-        Texts Expected;
-    } cases[] = {
-        {"find",
-         [&] { (void)FindInstalledRecord(program, pubNo); },
-         {L"SELECT * FROM M_manage WHERE Pub_No = 'K''10'"}},
-        {"last path", [&] { GetLastInstallPath(database); }, {L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"}},
-        {"list",
-         [&] { (void)OpenInstalledList(program, 5); },
-         {L"SELECT  MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country "
-          L"\r\n,Lang \r\n,Ldup \r\n,InsUser \r\n,InsDate \r\n,InsPath \r\n,Adjust_flg \r\n,Memo_txt \r\n,Pdf_flg \r\n "
-          L"FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO "}},
-        {"register",
-         [&] { (void)RegisterInstalledManual(program, DiscRecord(), L"C:\\it's", InstallState::New); },
-         {L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'", L"DELETE FROM M_type WHERE Pub_No = 'K''10'",
-          InsertOfDiscRecord, L" INSERT INTO M_type (PUB_NO,PDF_FLG)  VALUES(\n'K''10',\n'1')\n", L"(commit)"}},
-        {"insert",
-         [&] {
-             held = program.Installed;
-             (void)InsertInstalledRecord(database, held);
-         },
-         {InsertOfDiscRecord, L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( 'K''10','1')"}},
-        {"remove",
-         [&] { (void)RemoveInstalledManual(database, pubNo); },
-         {L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'", L"DELETE FROM M_type WHERE Pub_No = 'K''10'",
-          L"(commit)"}},
-        {"mark",
-         [&] { (void)MarkForAdjustment(database, pubNo); },
-         {L"(begin)", L"UPDATE M_manage SET  Adjust_flg = '1'  WHERE Pub_No = 'K''10'", L"(commit)"}},
-        {"reregister",
-         [&] { (void)ReregisterInstallPath(database, pubNo, L"D:\\it's"); },
-         {L"UPDATE M_manage SET  INSPath = 'D:\\it''s', Adjust_flg = 0  WHERE Pub_No = 'K''10'"}},
-        {"version", [&] { ReadDatabaseVersion(database); }, {L"SELECT * FROM M_system"}},
-        {"all", [&] { (void)ReadAllInstalled(program, database, 0); }, {L"SELECT * FROM M_manage"}},
-        {"model order", [&] { (void)LoadModelOrder(database, order); }, {L"SELECT * FROM M_order"}},
+    const std::pair<std::wstring, const wchar_t*> cases[] = {
+        {statements::FindInstalled(L"K'10"), L"SELECT * FROM M_manage WHERE Pub_No = 'K''10'"},
+        {statements::ReadLastInstallPath, L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"},
+        {statements::InstalledList(),
+         L"SELECT  MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country "
+         L"\r\n,Lang \r\n,Ldup \r\n,InsUser \r\n,InsDate \r\n,InsPath \r\n,Adjust_flg \r\n,Memo_txt \r\n,Pdf_flg \r\n "
+         L"FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO "},
+        {statements::ReregisterInstallPath(L"K'10", L"D:\\it's"),
+         L"UPDATE M_manage SET  INSPath = 'D:\\it''s', Adjust_flg = 0  WHERE Pub_No = 'K''10'"},
+        {statements::ReadSystem, L"SELECT * FROM M_system"},
+        {statements::ReadAllInstalled, L"SELECT * FROM M_manage"},
+        {statements::ReadModelOrder, L"SELECT * FROM M_order"},
     };
-    for (const auto& [label, call, expected] : cases) {
-        engine.Sent.clear();
-        call();
-        EXPECT_EQ(engine.Sent, expected) << label;
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(text, expected);
     }
+}
+
+TEST(StatementsTest, ChangesAreSentInTransactions) {
+    Workshop workshop;
+    JetStandIn jet(workshop);
+    JetStandIn::TakeOver(workshop, Workshop::CurrentDatabase);
+    ASSERT_TRUE(workshop.StartProgram());
+    Program& program = workshop.Program();
+    const auto sent = [&jet](bool done) {
+        EXPECT_TRUE(done);
+        return std::exchange(jet.Sent, {});
+    };
+    jet.Sent.clear();
+    const Texts removal{L"(begin)", L"DELETE FROM M_manage WHERE Pub_No = 'K''10'",
+                        L"DELETE FROM M_type WHERE Pub_No = 'K''10'"};
+    Texts registration = removal;
+    registration.insert(
+        registration.end(),
+        {InsertOfDiscRecord, L" INSERT INTO M_type (PUB_NO,PDF_FLG)  VALUES(\n'K''10',\n'1')\n", L"(commit)"});
+    EXPECT_EQ(sent(RegisterInstalledManual(program, DiscRecord(), L"C:\\it's", InstallState::New)), registration);
+    EXPECT_EQ(sent(MarkForAdjustment(*program.CatalogDb, L"K'10")),
+              (Texts{L"(begin)", L"UPDATE M_manage SET  Adjust_flg = '1'  WHERE Pub_No = 'K''10'", L"(commit)"}));
+    EXPECT_EQ(sent(RemoveInstalledManual(*program.CatalogDb, L"K'10")),
+              (Texts{removal[0], removal[1], removal[2], L"(commit)"}));
+    EXPECT_EQ(sent(InsertInstalledRecord(*program.CatalogDb, program.Installed)),
+              (Texts{InsertOfDiscRecord, L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( 'K''10','1')"}));
 }
 
 class ModMdbTest : public testing::Test {
@@ -130,20 +83,9 @@ TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
     manual.Version = L"4";
     manual.PdfForm = ManualForm::Archive;
     ASSERT_TRUE(RegisterInstalledManual(program_, manual, L"C:\\カバー", InstallState::Update));
-    InstalledRecord expected;
-    expected.Pub_No = L"K'10";
-    expected.Model_desc = manual.Model_desc;
-    expected.Model_ID = L"KX1";
-    expected.Version = L"4";
-    expected.Year = L"2019";
-    expected.Country = L"GB";
-    expected.Lang = L"EN";
-    expected.Ldup = L"1";
-    expected.INSUser = L"O'Brien";
-    expected.INSDate = ParseDateTime(L"2024/05/06 07:08:11");
-    expected.INSPath = L"C:\\カバー";
-    expected.Adjust_flg = L"0";
-    expected.InstalledPdfForm = ManualForm::Archive;
+    const auto expected = Make<InstalledRecord>(L"K'10", manual.Model_desc, L"KX1", L"4", L"2019", L"", L"GB", L"EN",
+                                                L"1", L"O'Brien", ParseDateTime(L"2024/05/06 07:08:11"), L"C:\\カバー",
+                                                L"0", L"", L"", ManualForm::Archive);
     EXPECT_EQ(FindInstalledRecord(program_, L"k'10"), (Lookup{MdbOk, expected}));
     EXPECT_EQ(program_.Installed, expected);
     const std::vector<InstalledRecord> rows = workshop_.Rows();
@@ -213,24 +155,18 @@ TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
     EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
 }
 
-TEST_F(ModMdbTest, RowOfNullsIsReadAsEmptyTextsAndDayZero) {
+TEST_F(ModMdbTest, NullsAreReadAsEmptyTextsAndDayZeroOtherDatesAreAnError) {
     ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"INSERT INTO M_manage (Pub_No) VALUES ('K9')"), MdbOk);
     InstalledRecord expected;
     expected.Pub_No = L"K9";
     expected.INSDate = ParseDateTime(L"1899/12/30 00:00:00");
-    expected.InstalledPdfForm = ManualForm::Archive;
     EXPECT_EQ(FindInstalledRecord(program_, L"K9"), (Lookup{MdbOk, expected}));
     EXPECT_EQ(program_.Installed, expected);
     EXPECT_EQ(GetLastInstallPath(*program_.CatalogDb), SampleRecord(2).INSPath);
-}
-
-TEST_F(ModMdbTest, RowThatCannotBeReadIsAnErrorAndChangesNoField) {
-    ASSERT_EQ(FindInstalledRecord(program_, SampleRecord(0).Pub_No).Status, MdbOk);
-    const InstalledRecord before = program_.Installed;
     ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate = 'x' WHERE Pub_No LIKE 'K101%'"),
               MdbOk);
     EXPECT_EQ(FindInstalledRecord(program_, SampleRecord(1).Pub_No).Status, MdbError);
-    EXPECT_EQ(program_.Installed, before);
+    EXPECT_EQ(program_.Installed, expected) << "as it was before the row that cannot be read";
 }
 
 TEST_F(ModMdbTest, VersionIsANumberOrMinusOne) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
 
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
@@ -11,6 +12,14 @@
 
 namespace mip {
 namespace {
+
+template <class Run>
+void RunUntilPowerCut(Run run) {
+    try {
+        run();
+    } catch (const PowerCut&) {
+    }
+}
 
 std::string OldDatabase(Workshop& workshop) {
     return workshop.Tree.BytesOf(Workshop::CurrentDatabase);
@@ -61,44 +70,31 @@ TEST(UpgradeTest, CurrentOrNewerDatabaseIsLeftAloneButTheModelOrderIsRead) {
         ExpectUntouched(workshop, old);
         EXPECT_EQ(workshop.Program().ModelOrder.ModelOrderCount, 1);
         EXPECT_TRUE(workshop.Clock.Sleeps.empty());
+        RecoverInterruptedUpgrade(workshop.Program());  // without a backup it does not even open the database
+        ExpectUntouched(workshop, old);
+        EXPECT_TRUE(workshop.MessageBoxes.Shown.empty());
     }
 }
 
-TEST(UpgradeTest, UnreadableVersionCountsAsOlder) {
-    for (const wchar_t* sql : {L"DELETE FROM M_system", L"UPDATE M_system SET MDB_Version = NULL",
-                               L"UPDATE M_system SET MDB_Version = 'x'", L"DROP TABLE M_system"}) {
-        Workshop workshop(SampleRecords(2));
+TEST(UpgradeTest, UnreadableVersionCountsAsOlderAndFilesTellTheFormsWhereNoTableDoes) {
+    const std::vector<InstalledRecord> records = SampleRecords(2);
+    std::vector<InstalledRecord> byFiles = records;
+    std::swap(byFiles[0].Pdf_flg, byFiles[1].Pdf_flg);
+    const std::pair<const wchar_t*, const std::vector<InstalledRecord>&> cases[] = {
+        {L"DELETE FROM M_system", records},
+        {L"UPDATE M_system SET MDB_Version = NULL", records},
+        {L"UPDATE M_system SET MDB_Version = 'x'", records},
+        {L"DROP TABLE M_system", records},
+        {L"DROP TABLE M_type", byFiles},
+    };
+    for (const auto& [sql, expected] : cases) {
+        Workshop workshop(records);
         Execute(workshop, sql);
+        workshop.Tree.PutFile(records[1].INSPath + L"\\contents\\" + records[1].Pub_No + L".pdf");
         EXPECT_TRUE(CheckDatabaseVersion(workshop.Program())) << ToUtf8(sql);
-        EXPECT_EQ(workshop.Rows(), SampleRecords(2)) << ToUtf8(sql);
+        EXPECT_EQ(workshop.Rows(), expected) << ToUtf8(sql);
     }
 }
-
-TEST(UpgradeTest, OlderLayoutWithoutTypeTableTakesTheFormsFromTheFiles) {
-    std::vector<InstalledRecord> records = SampleRecords(2);
-    Workshop workshop(records);
-    Execute(workshop, L"DROP TABLE M_type");
-    workshop.Tree.PutFile(records[1].INSPath + L"\\contents\\" + records[1].Pub_No + L".pdf");
-    ASSERT_TRUE(CheckDatabaseVersion(workshop.Program()));
-    records[0].Pdf_flg = L"0";
-    records[1].Pdf_flg = L"1";
-    EXPECT_EQ(workshop.Rows(), records);
-}
-
-/// Finds the content of every Jet file in one place.
-struct JetEngine : DatabaseEngine {
-    explicit JetEngine(DatabaseEngine& embedded) : Embedded(embedded) {}
-    std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override { return Embedded.Open(Content); }
-
-    /// Makes a Jet file of an SQLite one.
-    static void TakeOver(Workshop& workshop, const std::wstring& path) {
-        workshop.Tree.PutFile(Content, workshop.Tree.BytesOf(path));
-        workshop.Tree.Find(path)->Bytes = std::string("\0\1\0\0Standard Jet DB", 20);
-    }
-
-    static constexpr wchar_t Content[] = L"C:\\Temp\\content of the Jet file";
-    DatabaseEngine& Embedded;
-};
 
 TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlaceAndALineInTheLog) {
     const auto replaceSource = [](const std::string& bytes) {
@@ -141,11 +137,11 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlaceAndALineInTheLog) {
          }},
         {"a Jet database in use, an SQLite one on the disc",
          [](Workshop& workshop) {
-             JetEngine::TakeOver(workshop, Workshop::CurrentDatabase);
+             JetStandIn::TakeOver(workshop, Workshop::CurrentDatabase);
              EXPECT_TRUE(workshop.StartProgram());
          }},
         {"an SQLite database in use, a Jet one on the disc",
-         [](Workshop& workshop) { JetEngine::TakeOver(workshop, Workshop::NewSource); }},
+         [](Workshop& workshop) { JetStandIn::TakeOver(workshop, Workshop::NewSource); }},
         {"old and new file have one name",
          [](Workshop& workshop) {
              workshop.PutCatalogue(L"D:\\programs\\setup\\kvx3.MDB", 3);
@@ -155,8 +151,7 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlaceAndALineInTheLog) {
     for (const auto& [label, arrange] : cases) {
         SCOPED_TRACE(label);
         Workshop workshop(SampleRecords(8));
-        JetEngine jet(workshop.Embedded);
-        workshop.JetEngine.Engine = &jet;
+        JetStandIn jet(workshop);
         arrange(workshop);
         const std::string old = OldDatabase(workshop);
         EXPECT_FALSE(CheckDatabaseVersion(workshop.Program()));
@@ -173,10 +168,7 @@ std::string JournalOfCutUpgrade() {
     for (std::size_t n = 1;; ++n) {
         Workshop workshop(oldDatabase);
         workshop.Faults.CutPowerAt(n);
-        try {
-            (void)CheckDatabaseVersion(workshop.Program());
-        } catch (const PowerCut&) {
-        }
+        RunUntilPowerCut([&] { (void)CheckDatabaseVersion(workshop.Program()); });
         workshop.Program().CatalogDb.reset();
         workshop.Faults.Reset();
         const bool copyChanged = workshop.Tree.HasFile(Workshop::NewCopy) &&
@@ -252,12 +244,119 @@ TEST(RecoveryTest, OwnBackupIsPutBackWhereNothingBetterIsLeft) {
     }
 }
 
-TEST(RecoveryTest, DatabaseWithoutBackupIsNotEvenOpened) {
-    Workshop workshop(SampleRecords(1));
-    const std::string old = OldDatabase(workshop);
-    RecoverInterruptedUpgrade(workshop.Program());
-    ExpectUntouched(workshop, old);
-    EXPECT_TRUE(workshop.MessageBoxes.Shown.empty());
+/// The upgrade with a fault, or a power cut, at every single call to the computer, those of the database engine to its
+/// files included. Afterwards the catalogue is the old one or the new one, with all rows.
+class UpgradeFaults : public testing::Test {
+  protected:
+    /// In its folder a file of somebody else has the name that the backup would get.
+    std::unique_ptr<Workshop> NewWorkshop() {
+        auto workshop = std::make_unique<Workshop>(old_);
+        workshop->Tree.PutFile(Workshop::Backup, NotOurs);
+        return workshop;
+    }
+
+    /// For every call of the upgrade: `arm` sets the fault, the upgrade runs, `check` looks at what is left. The last
+    /// upgrade met no fault.
+    template <class Arm, class Check>
+    void ForEveryCall(Arm arm, Check check) {
+        bool hit = true;
+        for (std::size_t n = 1; hit; ++n) {
+            const auto workshop = NewWorkshop();
+            arm(workshop->Faults, n);
+            bool upgraded = false;
+            RunUntilPowerCut([&] { upgraded = CheckDatabaseVersion(workshop->Program()); });
+            SCOPED_TRACE("call " + std::to_string(n) + ", " + workshop->Faults.HitOperation());
+            hit = workshop->Faults.Hit();
+            check(*workshop, upgraded);
+            EXPECT_TRUE(hit || (upgraded && n > FewestCalls));
+        }
+    }
+
+    void ExpectOldOrNew(Workshop& workshop, bool isNew) {
+        EXPECT_EQ(workshop.Version(), isNew ? 3 : 2);
+        EXPECT_EQ(workshop.Rows(), records_);
+        EXPECT_EQ(workshop.Tree.Snapshot(Workshop::InstallDir).size(), 2u);
+        EXPECT_EQ(workshop.Tree.BytesOf(Workshop::Backup), NotOurs);
+        EXPECT_TRUE(isNew || workshop.Tree.BytesOf(Workshop::CurrentDatabase) == old_);
+    }
+
+    /// What the next start finds: either of the two, whole and alone.
+    void ExpectWholeAfterRestart(Workshop& workshop) {
+        workshop.Faults.Reset();
+        workshop.Program().CatalogDb.reset();
+        RecoverInterruptedUpgrade(workshop.Program());
+        ASSERT_TRUE(workshop.StartProgram());
+        ExpectOldOrNew(workshop, workshop.Version() == 3);
+    }
+
+    static void ExpectNewIsGranted(Workshop& workshop) {
+        EXPECT_TRUE(workshop.Version() == 2 || !workshop.AccessControl.ListOf(Workshop::CurrentDatabase).empty());
+    }
+
+    static void EndProcess(Workshop& workshop, FileTree::Unflushed unflushed) {
+        workshop.Program().CatalogDb.reset();
+        workshop.Faults.Reset();
+        workshop.Tree.SettleAfterPowerCut(unflushed);
+    }
+
+    static constexpr std::size_t FewestCalls = 150;  // an upgrade makes more, or the loop has missed something
+    static constexpr char NotOurs[] = "the workshop's own copy";
+    const std::vector<InstalledRecord> records_ = SampleRecords(9);
+    const std::string old_ = Workshop(records_).Tree.BytesOf(Workshop::CurrentDatabase);
+};
+
+TEST_F(UpgradeFaults, OneFailedCallGivesTheOldOrTheNewDatabase) {
+    std::size_t refused = 0;
+    ForEveryCall(std::mem_fn(&mip::Faults::FailCall), [&](Workshop& workshop, bool upgraded) {
+        workshop.Faults.Reset();
+        ExpectOldOrNew(workshop, upgraded);
+        EXPECT_EQ(FindInstalledRecord(workshop.Program(), records_[4].Pub_No).Status, MdbOk);
+        EXPECT_EQ(ReadDatabaseVersion(*workshop.Program().CatalogDb), upgraded ? 3 : 2);
+        refused += upgraded ? 0 : 1;
+    });
+    EXPECT_GT(refused, FewestCalls / 2);
+}
+
+TEST_F(UpgradeFaults, EverythingFailingFromACallOnIsMendedByTheNextStart) {
+    ForEveryCall(std::mem_fn(&mip::Faults::FailFrom), [&](Workshop& workshop, bool) {
+        ExpectWholeAfterRestart(workshop);
+        ExpectNewIsGranted(workshop);
+    });
+}
+
+TEST_F(UpgradeFaults, PowerCutAtAnyCallIsMendedByTheNextStart) {
+    for (const auto unflushed :
+         {FileTree::Unflushed::Kept, FileTree::Unflushed::Lost, FileTree::Unflushed::EverySecondPage}) {
+        ForEveryCall(std::mem_fn(&mip::Faults::CutPowerAt), [&](Workshop& workshop, bool) {
+            EndProcess(workshop, unflushed);
+            ExpectWholeAfterRestart(workshop);
+            ExpectNewIsGranted(workshop);
+        });
+    }
+}
+
+/// The computer that lost its power loses it again while the next start mends.
+TEST_F(UpgradeFaults, SecondPowerCutDuringTheMendingIsMendedToo) {
+    std::set<std::map<std::wstring, std::string>> mended;
+    ForEveryCall(std::mem_fn(&mip::Faults::CutPowerAt), [&](Workshop& first, bool) {
+        EndProcess(first, FileTree::Unflushed::Kept);
+        const auto left = first.Tree.Snapshot(Workshop::InstallDir);
+        bool cutAgain = mended.insert(left).second;
+        for (std::size_t m = 1; cutAgain; ++m) {
+            SCOPED_TRACE("then at " + std::to_string(m));
+            const auto workshop = NewWorkshop();
+            workshop->Program().CatalogDb.reset();
+            workshop->Tree.Erase(Workshop::CurrentDatabase);
+            for (const auto& [path, bytes] : left) {
+                workshop->Tree.PutFile(path, bytes);
+            }
+            workshop->Faults.CutPowerAt(m);
+            RunUntilPowerCut([&] { RecoverInterruptedUpgrade(workshop->Program()); });
+            cutAgain = workshop->Faults.Hit();
+            EndProcess(*workshop, FileTree::Unflushed::Kept);
+            ExpectWholeAfterRestart(*workshop);
+        }
+    });
 }
 
 }  // namespace
