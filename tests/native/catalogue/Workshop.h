@@ -61,7 +61,7 @@ struct JetStandIn : DatabaseEngine {
     /// Makes a Jet file of an SQLite one.
     static void TakeOver(Workshop& workshop, const std::wstring& path) {
         workshop.Tree.PutFile(Content, workshop.Tree.BytesOf(path));
-        workshop.Tree.Find(path)->Bytes = std::string("\0\1\0\0Standard Jet DB", 20);
+        workshop.Tree.Find(path)->Bytes = std::string("\0\1\0\0Standard Jet DB\0", 20);
     }
 
     static constexpr wchar_t Content[] = L"C:\\Temp\\content of the Jet file";
