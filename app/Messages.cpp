@@ -1,8 +1,7 @@
 #include "app/Messages.h"
 
-#include "app/Program.h"
-
 #include "app/Failure.h"
+#include "app/Program.h"
 #include "app/modSysParameter.h"
 #include "text/TextTools.h"
 

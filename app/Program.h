@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "app/RunBoxes.h"
-#include "app/RunLog.h"
-#include "app/Switches.h"
 #include "app/DiscCatalogue.h"
 #include "app/ExitCode.h"
 #include "app/InstalledRecord.h"
 #include "app/ModelOrder.h"
+#include "app/RunBoxes.h"
+#include "app/RunLog.h"
+#include "app/Switches.h"
 #include "platform/Platform.h"
 
 namespace mip {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "app/Switches.h"
 #include "app/RunLog.h"
+#include "app/Switches.h"
 #include "platform/MessageBoxes.h"
 
 namespace mip {

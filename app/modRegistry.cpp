@@ -1,9 +1,8 @@
 #include "app/modRegistry.h"
 
-#include "app/Program.h"
-
 #include <cstddef>
 
+#include "app/Program.h"
 #include "app/modFile.h"
 #include "platform/Files.h"
 #include "text/TextTools.h"

@@ -1,10 +1,9 @@
 #include "app/modSysParameter.h"
 
-#include "app/Program.h"
-
 #include <cstddef>
 
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "platform/Files.h"
 #include "platform/ProfileFiles.h"
 #include "text/Checked.h"

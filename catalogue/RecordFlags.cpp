@@ -1,7 +1,6 @@
 #include "catalogue/RecordFlags.h"
 
-#include <exception>
-
+#include "app/Attempt.h"
 #include "text/Checked.h"
 
 namespace mip {
@@ -14,12 +13,7 @@ constexpr wchar_t ArchiveFlag[] = L"0";
 }  // namespace
 
 bool IsMarkedForAdjustment(FaultLog& log, const InstalledRecord& record) {
-    try {
-        return TextToInt16(record.Adjust_flg) == 1;
-    } catch (const std::exception& error) {
-        log.Trapped("reading Adjust_flg", error);
-        return false;
-    }
+    return Attempt(log, "reading Adjust_flg", [&] { return TextToInt16(record.Adjust_flg) == 1; });
 }
 
 bool HasOwnMark(const InstalledRecord& record) {

@@ -1,7 +1,5 @@
 #include "catalogue/modCarInfo.h"
 
-#include "app/Program.h"
-
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -9,14 +7,15 @@
 
 #include "app/Attempt.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/PublicationNumber.h"
 #include "app/modFile.h"
+#include "app/modFolderCopy.h"
+#include "app/modPdf.h"
 #include "app/modSysParameter.h"
 #include "catalogue/RecordFlags.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
-#include "app/modFolderCopy.h"
-#include "app/modPdf.h"
 #include "platform/Files.h"
 #include "platform/PlatformError.h"
 #include "text/Checked.h"

@@ -1,15 +1,14 @@
 #include "catalogue/modMDB.h"
 
-#include "app/Program.h"
-
 #include <exception>
 #include <initializer_list>
 
+#include "app/Program.h"
+#include "app/modPdf.h"
 #include "catalogue/FieldValues.h"
 #include "catalogue/RecordFlags.h"
 #include "catalogue/Statements.h"
 #include "catalogue/Transaction.h"
-#include "app/modPdf.h"
 #include "platform/PlatformError.h"
 
 namespace mip {

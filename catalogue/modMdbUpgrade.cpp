@@ -1,13 +1,12 @@
 #include "catalogue/modMdbUpgrade.h"
 
-#include "app/Program.h"
-
 #include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 
 #include "app/Attempt.h"
+#include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "catalogue/DatabaseFiles.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "screens/DirectoryScreen.h"
 #include "forms/Form.h"
+#include "screens/DirectoryScreen.h"
 
 namespace mip {
 

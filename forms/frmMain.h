@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "install/modManualInstall.h"
 #include "forms/ControlIds.h"
 #include "forms/Form.h"
+#include "install/modManualInstall.h"
 
 namespace mip {
 

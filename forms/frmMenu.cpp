@@ -2,9 +2,9 @@
 
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
+#include "forms/ControlIds.h"
 #include "platform/ScopeGuard.h"
 #include "screens/MenuScreen.h"
-#include "forms/ControlIds.h"
 #include "screens/modBrowser.h"
 
 namespace mip {

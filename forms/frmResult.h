@@ -1,8 +1,8 @@
 #pragma once
 
-#include "screens/ResultScreen.h"
 #include "forms/Form.h"
 #include "forms/GridWindow.h"
+#include "screens/ResultScreen.h"
 
 namespace mip {
 

@@ -2,8 +2,8 @@
 
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
-#include "screens/AgreementScreen.h"
 #include "forms/ControlIds.h"
+#include "screens/AgreementScreen.h"
 
 namespace mip {
 

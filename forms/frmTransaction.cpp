@@ -2,8 +2,8 @@
 
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
-#include "screens/MaintenanceScreen.h"
 #include "forms/ControlIds.h"
+#include "screens/MaintenanceScreen.h"
 
 namespace mip {
 

@@ -28,7 +28,7 @@ struct ManualFacts {
     std::optional<ReplacedEdition> Installed{};
     std::optional<ReplacedEdition> Base{};  ///< the base edition of a later one, when that is installed
     std::int32_t Differences = 0;           ///< files of the comparison set; -1 when they could not be counted
-    /// Bytes that each drive must have free and has; both empty when that could not be found out.
+    /// Bytes that each drive must have free, and has; empty when that could not be found out.
     BytesByDrive NeededBytes{};
     BytesByDrive FreeBytes{};
 };
@@ -62,8 +62,6 @@ struct ManualPlan {
     std::vector<ManualStep> Steps{};
     std::int16_t Refusal = 0;
     std::string Reason{};  ///< of the refusal, for the log
-
-    bool operator==(const ManualPlan&) const = default;
 };
 
 /// The plan that follows from the record and the facts, and from nothing else. Nothing goes before the last that can be

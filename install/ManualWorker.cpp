@@ -1,7 +1,5 @@
 #include "install/ManualWorker.h"
 
-#include "app/Program.h"
-
 #include <algorithm>
 #include <exception>
 #include <stdexcept>
@@ -9,12 +7,13 @@
 #include "app/Failure.h"
 #include "app/ManualPlace.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/modFile.h"
+#include "app/modFolderCopy.h"
+#include "app/modShell.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
 #include "install/Preflight.h"
-#include "app/modFolderCopy.h"
-#include "app/modShell.h"
 #include "install/modUnZip.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -62,13 +61,14 @@ bool ManualWorker::InstallAllManuals() {
 
     RemoveLeftovers();
     bool succeeded = true;
-    for (run.CurrentManual = 1; succeeded && run.CurrentManual <= program_.DiscCatalogue.LastIndex();
+    for (run.CurrentManual = 1; run.CurrentManual <= program_.DiscCatalogue.LastIndex();
          run.CurrentManual = Add16(run.CurrentManual, 1)) {
         auto& manual = program_.DiscCatalogue.Records.at(static_cast<std::size_t>(run.CurrentManual));
-        succeeded = manual.InstallFlag != Selection::Candidate || InstallSelected(manual);
-        if (succeeded) {
-            manual.DoneFlag = true;
+        if (manual.InstallFlag == Selection::Candidate && !InstallSelected(manual)) {
+            succeeded = false;
+            break;
         }
+        manual.DoneFlag = true;
     }
     view_.SetManual(L"");
     ResetBars();

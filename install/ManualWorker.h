@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "app/modFolderCopy.h"
 #include "install/FolderQuestion.h"
 #include "install/InstallationView.h"
 #include "install/ManualPlan.h"
 #include "install/ProgressBars.h"
-#include "app/modFolderCopy.h"
 
 namespace mip {
 

@@ -1,14 +1,14 @@
 #include "install/Preflight.h"
 
-#include "app/Program.h"
-
 #include <algorithm>
 #include <exception>
 #include <functional>
 
+#include "app/Attempt.h"
 #include "app/Failure.h"
 #include "app/ManualPlace.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/PublicationNumber.h"
 #include "app/modFile.h"
 #include "app/modFolderCopy.h"
@@ -101,31 +101,29 @@ BytesByDrive NeededForDifferences(Platform& platform, const std::wstring& source
     return needed;
 }
 
-/// Adds what a look at the drives finds. What cannot be found out does not stop the manual; extraction or copy will
-/// tell.
-void AddRoom(const Platform& platform, ManualFacts& facts, const std::function<BytesByDrive()>& look) {
-    try {
-        BytesByDrive needed = look();
-        facts.FreeBytes = FreeBytes(platform, needed);
-        facts.NeededBytes = std::move(needed);
-    } catch (const std::exception& error) {
-        platform.FaultLog.Trapped("looking for room on the drives", error);
-    }
-}
-
 /// What goes counts in the manual's favour, but only a drive that is short makes it worth counting.
-BytesByDrive NeededBeside(const Program& program, const DiscCatalogueRecord& manual, const ManualFacts& facts) {
+void AddRoomForManual(const Program& program, const DiscCatalogueRecord& manual, ManualFacts& facts) {
     Platform& platform = program.Platform;
     BytesByDrive needed = NeededBytes(program, manual, facts.Target);
-    if (HaveFree(needed, FreeBytes(platform, needed))) {
-        return needed;
-    }
+    BytesByDrive free = FreeBytes(platform, needed);
     for (const auto& edition : {facts.Installed, facts.Base}) {
-        if (edition && edition->MayGo) {
+        if (edition && edition->MayGo && !HaveFree(needed, free)) {
             AddBytes(platform, needed, edition->Folder, -FolderBytes(platform, edition->Folder));
         }
     }
-    return needed;
+    facts.NeededBytes = std::move(needed);
+    facts.FreeBytes = std::move(free);
+}
+
+void AddRoomForDifferences(Platform& platform, const DiscCatalogueRecord& manual, ManualFacts& facts) {
+    BytesByDrive needed = NeededForDifferences(platform, manual.ComparePath, facts.Target);
+    facts.FreeBytes = FreeBytes(platform, needed);
+    facts.NeededBytes = std::move(needed);
+}
+
+/// What cannot be found out about the drives does not stop the manual; extraction or copy will tell.
+void LookForRoom(const Platform& platform, const std::function<void()>& look) {
+    (void)Attempt(platform.FaultLog, "looking for room on the drives", look);
 }
 
 ReplacedEdition EditionIn(const Program& program, const std::wstring& pubNo, const std::wstring& folder) {
@@ -185,7 +183,7 @@ ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, co
         facts.Installed = EditionIn(program, manual.Pub_No, manual.InstalledPath);
     }
     facts.Base = FindBaseEdition(program, manual.Pub_No);
-    AddRoom(program.Platform, facts, [&] { return NeededBeside(program, manual, facts); });
+    LookForRoom(program.Platform, [&] { AddRoomForManual(program, manual, facts); });
     return facts;
 }
 
@@ -193,10 +191,9 @@ ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& man
     ManualFacts facts;
     facts.IsDifferential = true;
     facts.Target = JoinPath(manual.InstalledPath, L"contents");
-    facts.TargetExists = true;
     facts.Differences = CountFiles(platform, manual.ComparePath);
     if (facts.Differences > 0) {
-        AddRoom(platform, facts, [&] { return NeededForDifferences(platform, manual.ComparePath, facts.Target); });
+        LookForRoom(platform, [&] { AddRoomForDifferences(platform, manual, facts); });
     }
     return facts;
 }
@@ -207,16 +204,14 @@ std::wstring FindFileInUse(Platform& platform, const std::wstring& folder) {
 
 std::wstring FindFileInUse(Platform& platform, const std::wstring& source, const std::wstring& target) {
     std::wstring found;
-    try {
+    (void)Attempt(platform.FaultLog, "looking for files in use", [&] {
         VisitFiles(platform, source, [&](const std::wstring& file) {
             if (platform.Files.IsInUse(target + file)) {
                 found = target + file;
             }
             return found.empty();
         });
-    } catch (const std::exception& error) {
-        platform.FaultLog.Trapped("looking for files in use", error);
-    }
+    });
     return found;
 }
 

@@ -1,18 +1,17 @@
 #include "install/modCompanion.h"
 
-#include "app/Program.h"
-
 #include <exception>
 #include <stdexcept>
 #include <string_view>
 
 #include "app/Attempt.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
 #include "app/modRegistry.h"
-#include "app/modSysParameter.h"
 #include "app/modShell.h"
+#include "app/modSysParameter.h"
 #include "install/modShortcut.h"
 #include "platform/FileVersions.h"
 #include "platform/Files.h"

@@ -1,18 +1,17 @@
 #include "install/modManualInstall.h"
 
-#include "app/Program.h"
-
 #include <exception>
 
 #include "app/ExitCode.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMdbUpgrade.h"
-#include "install/modCompanion.h"
 #include "install/VersionStamp.h"
+#include "install/modCompanion.h"
 #include "manualinfo/modManualInfo.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"

@@ -1,11 +1,10 @@
 #include "manualinfo/modManualInfo.h"
 
-#include "app/Program.h"
-
 #include <algorithm>
 
 #include "app/Attempt.h"
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/TextFile.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"

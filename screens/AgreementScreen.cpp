@@ -1,7 +1,6 @@
 #include "screens/AgreementScreen.h"
 
 #include "app/Program.h"
-
 #include "app/TextFile.h"
 #include "app/modFile.h"
 #include "platform/FaultLog.h"

@@ -1,17 +1,16 @@
 #include "screens/MaintenanceScreen.h"
 
-#include "app/Program.h"
-
 #include <exception>
 #include <vector>
 
 #include "app/ExitCode.h"
 #include "app/ManualPlace.h"
+#include "app/Program.h"
 #include "app/modFile.h"
-#include "catalogue/RecordFlags.h"
-#include "catalogue/modMDB.h"
 #include "app/modPdf.h"
 #include "app/modShell.h"
+#include "catalogue/RecordFlags.h"
+#include "catalogue/modMDB.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 

@@ -1,8 +1,7 @@
 #include "screens/MenuScreen.h"
 
-#include "app/Program.h"
-
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/modSysParameter.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Shell.h"

@@ -1,17 +1,16 @@
 #include "screens/ResultScreen.h"
 
-#include "app/Program.h"
-
 #include <algorithm>
 #include <exception>
 
 #include "app/Messages.h"
+#include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
+#include "catalogue/ManualFolderAccess.h"
 #include "install/modShortcut.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "catalogue/ManualFolderAccess.h"
 #include "text/Checked.h"
 #include "text/DateText.h"
 

@@ -1,9 +1,8 @@
 #include "screens/modBrowser.h"
 
-#include "app/Program.h"
-
 #include <chrono>
 
+#include "app/Program.h"
 #include "platform/Clock.h"
 #include "platform/FaultLog.h"
 #include "platform/Files.h"

@@ -1,7 +1,6 @@
 #include "security/modAddFullAccess.h"
 
 #include "app/Program.h"
-
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"

@@ -8,10 +8,10 @@
 #include "app/modFile.h"
 #include "app/modLanguage.h"
 #include "app/modRegistry.h"
+#include "app/modShell.h"
 #include "app/modSysParameter.h"
 #include "catalogue/clsMDB.h"
 #include "catalogue/modMdbUpgrade.h"
-#include "app/modShell.h"
 #include "manualinfo/modManualInfo.h"
 #include "platform/Clock.h"
 #include "platform/Computer.h"
@@ -20,9 +20,9 @@
 #include "platform/PlatformError.h"
 #include "platform/Processes.h"
 #include "screens/AgreementScreen.h"
-#include "startup/CommandLine.h"
 #include "screens/modBrowser.h"
 #include "security/modGetUsersName.h"
+#include "startup/CommandLine.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -35,16 +35,17 @@ constexpr std::int16_t NoFailure = 0;
     EndProgram(program, TemporaryFolder::Keep);
 }
 
-/// Says why the program cannot go on, in a fixed text, and ends it.
-[[noreturn]] void FailStart(Program& program, const std::wstring& text, ExitCode code = ExitCode::CouldNotStart) {
-    program.Log.Write(L"start-up", L"", text);
+/// Says why the program cannot go on, in a fixed text, and ends it. A quiet run may have installed manuals by now.
+[[noreturn]] void FailStart(Program& program, const std::wstring& text) {
+    const bool hasRun = program.Outcome.RunFinished;
+    program.Log.Write(hasRun ? L"end" : L"start-up", L"", text);
     try {
         program.Platform.MessageBoxes.Show(text, boxes::Ok | boxes::Exclamation, ProgramTitle);
     } catch (const std::exception& error) {
         // Without a box the exit code still tells.
-        program.Log.Trapped("showing why the program cannot start", error);
+        program.Log.Trapped("showing why the program cannot go on", error);
     }
-    EndWith(program, code);
+    EndWith(program, hasRun ? ExitCode::FailedPartWay : ExitCode::CouldNotStart);
 }
 
 void StartLog(Program& program) {
@@ -196,10 +197,8 @@ void Main(Program& program, ScreenFlow& flow, const std::vector<std::wstring>& a
     try {
         StartUp(program, flow, arguments);
     } catch (const std::exception& error) {
-        // A quiet run may have installed manuals by now.
-        const bool hasRun = program.Outcome.RunFinished;
-        program.Log.Trapped(hasRun ? "ending the run" : "starting up", error);
-        FailStart(program, Describe(error), hasRun ? ExitCode::FailedPartWay : ExitCode::CouldNotStart);
+        program.Log.Trapped("starting up, or running quietly", error);
+        FailStart(program, Describe(error));
     }
 }
 

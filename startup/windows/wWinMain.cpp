@@ -5,10 +5,10 @@
 #include "forms/WindowsHeader.h"
 
 #include "app/Program.h"
-#include "startup/modMain.h"
+#include "forms/FormScreens.h"
 #include "platform/windows/ComApartment.h"
 #include "platform/windows/ProcessHardening.h"
-#include "forms/FormScreens.h"
+#include "startup/modMain.h"
 #include "startup/windows/WindowsPlatform.h"
 #include "text/Arguments.h"
 #include "text/TextTools.h"

@@ -6,8 +6,8 @@
 
 #include <windows.h>
 
-#include "platform/windows/Handle.h"
 #include "forms/ControlIds.h"
+#include "platform/windows/Handle.h"
 #include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {

@@ -9,7 +9,6 @@
 
 #include "app/modSysParameter.h"
 
-#include "screens/AgreementScreen.h"
 #include "forms/ControlIds.h"
 #include "forms/frmDirectorySelect.h"
 #include "forms/frmMain.h"
@@ -19,6 +18,7 @@
 #include "forms/frmTarm.h"
 #include "forms/frmTransaction.h"
 #include "platform/windows/MessageLoop.h"
+#include "screens/AgreementScreen.h"
 #include "tests/windows/TextFit.h"
 
 namespace mip {

@@ -6,8 +6,8 @@
 
 #include <windows.h>
 
-#include "platform/sqlite/SqliteEngine.h"
 #include "forms/ControlIds.h"
+#include "platform/sqlite/SqliteEngine.h"
 #include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {

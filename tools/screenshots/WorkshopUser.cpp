@@ -7,8 +7,8 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "platform/sqlite/SqliteEngine.h"
 #include "forms/ControlIds.h"
+#include "platform/sqlite/SqliteEngine.h"
 
 namespace mip {
 

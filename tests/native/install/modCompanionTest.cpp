@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "install/modCompanion.h"
 #include "app/modPdf.h"
+#include "install/modCompanion.h"
 #include "install/modShortcut.h"
 #include "tests/native/install/Workshop.h"
 

@@ -1,5 +1,5 @@
-#include "manualinfo/modManualInfo.h"
 #include "app/Program.h"
+#include "manualinfo/modManualInfo.h"
 
 #include <gtest/gtest.h>
 

@@ -8,8 +8,8 @@
 
 #include "app/Program.h"
 #include "catalogue/clsMDB.h"
-#include "tests/native/startup/Workshop.h"
 #include "tests/native/fakes/CatalogueWindows.h"
+#include "tests/native/startup/Workshop.h"
 #include "text/TextTools.h"
 
 namespace mip {

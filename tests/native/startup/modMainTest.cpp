@@ -106,6 +106,14 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
     }
 }
 
+TEST(StartUp, AnUnforeseenErrorAfterAQuietInstallationIsNoFailedStart) {
+    Workshop shop;
+    shop.Screens.Fail = true;
+    shop.Program.Outcome.RunFinished = true;
+    shop.Start({L"/SILENT", L"/ACCEPT"});
+    EXPECT_EQ(shop.ExitCode, 4u);
+}
+
 TEST(StartUp, ArgumentsChooseTheFirstScreen) {
     const struct {
         std::vector<std::wstring> Arguments;
