@@ -7,18 +7,15 @@
 #include "platform/windows/Handle.h"
 #include "platform/windows/WindowsArchiveSystem.h"
 #include "platform/windows/WindowsFiles.h"
-#include "tests/native/archive/TestSystem.h"
+#include "tests/ScratchFolder.h"
 #include "tests/native/archive/ZipBuilder.h"
+#include "tests/native/fakes/FakeComputer.h"
 
 #include <windows.h>
 
 #include <psapi.h>
 
 namespace mip {
-
-std::unique_ptr<ArchiveSystem> MakeTestSystem(unsigned codePage) {
-    return std::make_unique<WindowsArchiveSystem>(codePage);
-}
 
 namespace {
 
@@ -35,7 +32,8 @@ class WindowsExtraction : public testing::Test {
     const std::wstring Out = Folder.Below(L"out");
     WindowsArchiveSystem System;
     WindowsFiles Files;
-    CountingClock Clock_;
+    Faults Faults_;
+    FakeClock Clock_{Faults_};
 };
 
 TEST_F(WindowsExtraction, PathsMayBeLongAndJapanese) {

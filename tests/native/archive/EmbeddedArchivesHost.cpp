@@ -1,5 +1,6 @@
 #include "platform/archive/EmbeddedArchives.h"
 #include "tests/native/archive/ZipArchivesHost.h"
+#include "tests/native/fakes/FakeComputer.h"
 
 namespace mip {
 namespace {
@@ -9,9 +10,9 @@ class EmbeddedArchivesHost : public ZipArchivesHost {
     mip::Archives& Archives() override { return archives_; }
 
   private:
-    std::unique_ptr<ArchiveSystem> system_ = MakeTestSystem();
-    CountingClock clock_;
-    EmbeddedArchives archives_{*system_, clock_};
+    Faults faults_;
+    FakeClock clock_{faults_};
+    EmbeddedArchives archives_{Computer->System(), clock_};
 };
 
 }  // namespace

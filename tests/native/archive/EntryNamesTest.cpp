@@ -13,12 +13,11 @@ namespace mip {
 namespace {
 
 TEST(SevenZipCommand, ReadsArgumentsAsTheLibraryDoes) {
-    struct Case {
+    const struct {
         std::wstring CommandLine;
         std::wstring Archive;
         std::wstring OutputFolder;
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {L"x -aoa -hide D:\\m\\manual.zip \"C:\\My Temp\\u\\\"", L"D:\\m\\manual.zip", L"C:\\My Temp\\u"},
         {L"x -aoa -hide \"D:\\my disc\\manual.zip\" \"C:\\t\\\"", L"D:\\my disc\\manual.zip", L"C:\\t"},
         {L"x -aoa -hide D:\\my  disc -hide\\a.zip \"C:\\My Temp\\\"", L"D:\\my  disc -hide\\a.zip", L"C:\\My Temp"},
@@ -27,12 +26,10 @@ TEST(SevenZipCommand, ReadsArgumentsAsTheLibraryDoes) {
         {L"x -aoa a.zip C:\\", L"a.zip", L"C:\\"},
         {L"x -aoa a.zip \"C:\\open end", L"a.zip", L"C:\\open end"},
     };
-    for (const Case& tried : cases) {
-        SCOPED_TRACE(testing::PrintToString(tried.CommandLine));
-        const auto command = ParseSevenZipCommand(tried.CommandLine);
-        ASSERT_TRUE(command);
-        EXPECT_EQ(command->Archive, tried.Archive);
-        EXPECT_EQ(command->OutputFolder, tried.OutputFolder);
+    for (const auto& [commandLine, archive, outputFolder] : cases) {
+        const auto command = ParseSevenZipCommand(commandLine);
+        EXPECT_TRUE(command && command->Archive == archive && command->OutputFolder == outputFolder)
+            << testing::PrintToString(commandLine);
     }
 }
 

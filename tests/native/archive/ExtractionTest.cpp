@@ -1,19 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
-#include <fstream>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/Clusters.h"
 #include "platform/archive/EmbeddedArchives.h"
-#include "tests/native/archive/TestSystem.h"
+#include "tests/native/archive/ArchiveComputer.h"
 #include "tests/native/archive/ZipBuilder.h"
+#include "tests/native/fakes/InMemoryWindows.h"
 
 namespace mip {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::string Compressible(std::size_t size) {
     std::string text;
@@ -26,143 +27,147 @@ std::string Compressible(std::size_t size) {
 
 class Extraction : public testing::Test {
   protected:
-    std::int32_t Extract(const std::string& zip, unsigned codePage = UsCodePage) {
-        const auto system = MakeTestSystem(codePage);
-        EmbeddedArchives archives(*system, Clock_);
-        Archive = Folder.Write(L"manual.zip", zip);
-        return archives.SevenZip(L"x -aoa -hide \"" + Archive + L"\" \"" + Folder.Below(L"out") + L"\\\"",
-                                 NoFaultLog::Instance());
+    void UseCodePage(unsigned codePage) {
+        computer_.reset();
+        computer_ = MakeArchiveComputer(codePage);
     }
-    Tree Extracted() const { return TreeOf(Folder.Path() / "out"); }
-    ArchiveFacts Test() {
-        const auto system = MakeTestSystem();
-        return EmbeddedArchives(*system, Clock_).Test(L"x -aoa " + Archive + L" C:\\out");
+    std::wstring CommandFor(const std::string& zip) {
+        return L"x -aoa -hide \"" + computer_->Put(computer_->At(L"manual.zip"), zip) + L"\" \"" +
+               computer_->At(L"out") + L"\\\"";
     }
+    std::int32_t Extract(const std::string& zip) {
+        return EmbeddedArchives(computer_->System(), windows_.Clock).SevenZip(CommandFor(zip), NoFaultLog::Instance());
+    }
+    ArchiveFacts Test(const std::string& zip) {
+        return EmbeddedArchives(computer_->System(), windows_.Clock).Test(CommandFor(zip));
+    }
+    Tree Extracted() { return computer_->TreeOf(computer_->At(L"out")); }
 
-    ScratchFolder Folder;
-    CountingClock Clock_;
-    std::wstring Archive;
+    std::unique_ptr<ArchiveComputer> computer_ = MakeArchiveComputer();
+    InMemoryWindows windows_;
 };
 
 TEST_F(Extraction, WritesWhatThePackerPacked) {
     const std::string large = Compressible(3'000'000);
-    const std::string zip = BuildZip({
-        {.Name = "M/", .Deflate = false},
-        {.Name = "M/stored.bin", .Content = large, .Deflate = false},
-        {.Name = "M/deflated.htm", .Content = large},
-        {.Name = "M/empty.txt", .Deflate = false},
-        {.Name = "M/empty folder/", .Deflate = false, .Attributes = 0x10},
-        {.Name = "N/without/folder entries.txt", .Content = "n"},
-        {.Name = "N/sizes follow.txt", .Content = "s", .SizesFollowData = true},
-        {.Name = "N/zip64.txt", .Content = "z64", .Zip64 = true},
-        {.Name = "N\\by\\backslash.txt", .Content = "b"},
-        {.Name = "U/read only.sh", .Content = "u", .Host = UnixHost, .Attributes = 0100444U << 16U},
-    });
+    const std::string zip =
+        BuildZip({{.Name = "M/", .Deflate = false},
+                  {.Name = "M/stored.bin", .Content = large, .Deflate = false},
+                  {.Name = "M/deflated.htm", .Content = large},
+                  {.Name = "M/empty.txt", .Deflate = false},
+                  {.Name = "M/empty folder/", .Deflate = false, .Attributes = 0x10},
+                  {.Name = "N/without/folder entries.txt", .Content = "n"},
+                  {.Name = "N/sizes follow.txt", .Content = "s", .SizesFollowData = true},
+                  {.Name = "N/zip64.txt", .Content = "z64", .Zip64 = true},
+                  {.Name = "N\\by\\backslash.txt", .Content = "b"},
+                  {.Name = "U/read only.sh", .Content = "u", .Host = UnixHost, .Attributes = 0100444U << 16U}});
     ASSERT_EQ(Extract(zip), 0);
-    const Tree expected = {
-        {L"M\\", ""},
-        {L"M\\stored.bin", large},
-        {L"M\\deflated.htm", large},
-        {L"M\\empty.txt", ""},
-        {L"M\\empty folder\\", ""},
-        {L"N\\", ""},
-        {L"N\\without\\", ""},
-        {L"N\\without\\folder entries.txt", "n"},
-        {L"N\\sizes follow.txt", "s"},
-        {L"N\\zip64.txt", "z64"},
-        {L"N\\by\\", ""},
-        {L"N\\by\\backslash.txt", "b"},
-        {L"U\\", ""},
-        {L"U\\read only.sh", "u"},
-    };
+    Tree expected = {{L"M\\stored.bin", large}, {L"M\\deflated.htm", large}, {L"N\\without\\folder entries.txt", "n"}};
+    expected.merge(Tree{{L"N\\sizes follow.txt", "s"}, {L"N\\zip64.txt", "z64"}, {L"N\\by\\backslash.txt", "b"}});
+    expected[L"U\\read only.sh"] = "u";
+    for (const wchar_t* const empty :
+         {L"M\\", L"M\\empty.txt", L"M\\empty folder\\", L"N\\", L"N\\without\\", L"N\\by\\", L"U\\"}) {
+        expected[empty];
+    }
     EXPECT_EQ(Extracted(), expected);
-    EXPECT_EQ(Test(), (ArchiveFacts{2 * SizeInClusters(large.size()) + 5 * SizeInClusters(1), 8, true}));
+    EXPECT_EQ(Test(zip), (ArchiveFacts{2 * SizeInClusters(large.size()) + 5 * SizeInClusters(1), 8, true}));
 }
 
 TEST_F(Extraction, FilesWrittenSideBySideShareTheirFolders) {
     std::vector<ZipItem> items;
-    std::size_t folders = 0;
+    Tree expected{{L"M\\", ""}};
     for (int i = 0; i < 200; ++i) {
         const std::string folder = "M/" + std::to_string(i / 4) + "/deep/folder/";
-        folders += i % 4 == 0 ? 3 : 0;
         items.push_back({.Name = folder + std::to_string(i) + ".htm", .Content = std::to_string(i)});
+        const std::wstring path = L"M\\" + std::to_wstring(i / 4) + L"\\";
+        expected.insert({{path, ""}, {path + L"deep\\", ""}, {path + L"deep\\folder\\", ""}});
+        expected[path + L"deep\\folder\\" + std::to_wstring(i) + L".htm"] = std::to_string(i);
     }
     ASSERT_EQ(Extract(BuildZip(items)), 0);
-    const Tree tree = Extracted();
-    EXPECT_EQ(tree.size(), 1 + folders + items.size());
-    EXPECT_EQ(tree.at(L"M\\49\\deep\\folder\\199.htm"), "199");
+    EXPECT_EQ(Extracted(), expected);
 }
 
 TEST_F(Extraction, ReplacesWhatIsThere) {
-    ASSERT_EQ(Extract(BuildZip({{.Name = "a.txt", .Content = "a long old content"}, {.Name = "b/c", .Content = "c"}})),
-              0);
+    const std::string before = BuildZip({{.Name = "a.txt", .Content = "a long old content"}, {.Name = "b/c"}});
+    ASSERT_EQ(Extract(before), 0);
     ASSERT_EQ(Extract(BuildZip({{.Name = "a.txt", .Content = "new"}, {.Name = "b/", .Deflate = false}})), 0);
-    EXPECT_EQ(Extracted(), (Tree{{L"a.txt", "new"}, {L"b\\", ""}, {L"b\\c", "c"}}));
+    EXPECT_EQ(Extracted(), (Tree{{L"a.txt", "new"}, {L"b\\", ""}, {L"b\\c", ""}}));
 }
 
 TEST_F(Extraction, NamesAreReadInTheirCodePage) {
-    struct Case {
+    const std::string plain = "_";
+    const std::string field = ExtraField(0x7075, "\x01" + LittleEndian(Checksum(plain)) + "\xE8\xA1\xA8");
+    const struct {
         const char* Label;
         ZipItem Item;
         unsigned CodePage;
         std::wstring Name;
-    };
-    const std::vector<Case> cases = {
+    } cases[] = {
         {"UTF-8 flag", {.Name = "\xE8\xA1\xA8\xE7\xA4\xBA.htm", .Flags = Utf8Names}, UsCodePage, L"表示.htm"},
+        {"Unicode path field", {.Name = plain, .Extra = field}, UsCodePage, L"表"},
         {"a trail byte like a backslash", {.Name = "\x95\x5C\x8E\xA6/\x83\x5C"}, JapaneseCodePage, L"表示\\ソ"},
         {"half-width kana", {.Name = "\xB6\xC5"}, JapaneseCodePage, L"ｶﾅ"},
-        {"United States",
-         {.Name = "\x81"
-                  "ber.txt"},
-         UsCodePage,
-         L"über.txt"},
+        {"United States", {.Name = "\x81\x62\x65r.txt"}, UsCodePage, L"über.txt"},
         {"Western Europe", {.Name = "\xE9t\xE9"}, 1252, L"été"},
     };
-    for (const Case& tried : cases) {
-        SCOPED_TRACE(tried.Label);
-        fs::remove_all(Folder.Path() / "out");
-        ZipItem item = tried.Item;
-        item.Content = "x";
-        ASSERT_EQ(Extract(BuildZip({item}), tried.CodePage), 0);
-        EXPECT_TRUE(Extracted().contains(tried.Name)) << testing::PrintToString(Extracted());
+    for (const auto& [label, item, codePage, name] : cases) {
+        SCOPED_TRACE(label);
+        UseCodePage(codePage);
+        ASSERT_EQ(Extract(BuildZip({item})), 0);
+        EXPECT_TRUE(Extracted().contains(name)) << testing::PrintToString(Extracted());
     }
-}
-
-TEST_F(Extraction, UnicodePathFieldNamesTheFile) {
-    const std::string plain = "_";
-    const std::string field = "\x01" + LittleEndian(Checksum(plain)) + "\xE8\xA1\xA8";
-    ASSERT_EQ(Extract(BuildZip({{.Name = plain, .Content = "x", .Extra = ExtraField(0x7075, field)}})), 0);
-    EXPECT_EQ(Extracted(), (Tree{{L"表", "x"}}));
 }
 
 TEST_F(Extraction, KeepsModificationTimes) {
     const std::string extendedTime = std::string("\x01", 1) + LittleEndian(981'173'106);
     ASSERT_EQ(Extract(BuildZip({{.Name = "a", .Content = "a", .Extra = ExtraField(0x5455, extendedTime)}})), 0);
-    const auto modified = fs::last_write_time(Folder.Path() / "out" / "a");
-    const auto expected = std::chrono::sys_days(std::chrono::year(2001) / 2 / 3) + std::chrono::seconds(4 * 3600 + 306);
-    EXPECT_EQ(std::chrono::file_clock::to_sys(modified), expected);
+    const FileTime expected = std::chrono::sys_days(std::chrono::year(2001) / 2 / 3) + std::chrono::seconds(14'706);
+    EXPECT_EQ(computer_->Files().Status(computer_->At(L"out\\a")).Modified, expected);
 }
 
-TEST_F(Extraction, ServesTheMessageLoopWhileItWorks) {
-    const std::string content = Compressible(200'000);
-    std::vector<ZipItem> items(300);
-    for (std::size_t index = 0; index < items.size(); ++index) {
-        items[index] = {.Name = std::to_string(index), .Content = content};
+/// A computer on which looking at some names, and making a file of some, takes longer than a turn of the message loop
+/// may have to wait.
+class SlowSystem : public FakeArchiveSystem {
+  public:
+    explicit SlowSystem(InMemoryWindows& windows) : FakeArchiveSystem(windows.Tree, windows.Faults) {}
+    std::wstring FoldCase(std::wstring name) override {
+        if (name == L"slow") {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        return FakeArchiveSystem::FoldCase(name);
     }
-    const auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(Extract(BuildZip(items)), 0);
-    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-    EXPECT_GT(Clock_.Yields, 0);
-    EXPECT_LE(Clock_.Yields, took.count() / 30 + 1);
+    std::unique_ptr<ExtractedFile> CreateNewFile(const std::wstring& path) override {
+        for (int turns = 0; path.ends_with(L"waits") && !Released && turns < 1000; ++turns) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return FakeArchiveSystem::CreateNewFile(path);
+    }
+    std::atomic<bool> Released = false;
+};
+
+TEST_F(Extraction, ServesTheMessageLoopWhileItWorksAndNotForEveryEntry) {
+    SlowSystem system(windows_);
+    EmbeddedArchives archives(system, windows_.Clock);
+    std::vector<ZipItem> items(1000, {.Content = "x"});
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        items[index].Name = std::to_string(index);
+    }
+    items[0].Name = "slow";
+    windows_.Tree.PutFile(L"C:\\slow.zip", BuildZip(items));
+    archives.Test(L"x -aoa C:\\slow.zip C:\\out");
+    EXPECT_GE(windows_.Clock.Yields, 2) << "one at the directory, one at the data";
+    EXPECT_LT(windows_.Clock.Yields, 500);
+
+    // The writer waits for the message loop, which has its turn while the extractor waits for the writer.
+    windows_.Clock.OnYield = [&] { system.Released = true; };
+    windows_.Tree.PutFile(L"C:\\waits.zip", BuildZip({{.Name = "waits", .Content = "x"}}));
+    EXPECT_EQ(archives.SevenZip(L"x -aoa C:\\waits.zip C:\\out", NoFaultLog::Instance()), 0);
+    EXPECT_TRUE(system.Released);
 }
 
 TEST_F(Extraction, ManyEntriesThatOnlyZip64CanCount) {
-    {
-        std::ofstream zip(Folder.Path() / "manual.zip", std::ios::binary);
-        WriteZipOfEmptyFiles(zip, 66'000);
-    }
-    Archive = Folder.Below(L"manual.zip");
-    EXPECT_EQ(Test(), (ArchiveFacts{0, 66'000, false}));
+    std::ostringstream zip;
+    WriteZipOfEmptyFiles(zip, 66'000);
+    EXPECT_EQ(Test(zip.str()), (ArchiveFacts{0, 66'000, false}));
 }
 
 }  // namespace

@@ -2,53 +2,43 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <ostream>
 #include <stdexcept>
+
+#include "text/TextTools.h"
 
 namespace mip {
 
 namespace {
 
-/// Appends numbers least significant byte first.
-class Bytes {
-  public:
-    Bytes& Text(const std::string& text) {
-        bytes_ += text;
-        return *this;
+/// Least significant byte first.
+std::string Number(std::uint64_t value, int size) {
+    std::string bytes;
+    for (; size > 0; --size, value >>= 8U) {
+        bytes += static_cast<char>(value & 0xFFU);
     }
-    Bytes& Two(std::uint64_t value) { return Number(value, 2); }
-    Bytes& Four(std::uint64_t value) { return Number(value, 4); }
-    Bytes& Eight(std::uint64_t value) { return Number(value, 8); }
-    const std::string& Get() const { return bytes_; }
+    return bytes;
+}
+std::string Two(std::uint64_t value) {
+    return Number(value, 2);
+}
+std::string Four(std::uint64_t value) {
+    return Number(value, 4);
+}
+std::string Eight(std::uint64_t value) {
+    return Number(value, 8);
+}
 
-  private:
-    Bytes& Number(std::uint64_t value, int size) {
-        for (; size > 0; --size, value >>= 8U) {
-            bytes_ += static_cast<char>(value & 0xFFU);
-        }
-        return *this;
-    }
-
-    std::string bytes_;
-};
-
+/// A zlib stream without its header and checksum.
 std::string DeflateRaw(const std::string& content) {
-    z_stream stream{};
-    if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, -MAX_WBITS, MAX_MEM_LEVEL, Z_DEFAULT_STRATEGY) != Z_OK) {
-        throw std::runtime_error("deflateInit2");
+    uLongf size = compressBound(static_cast<uLong>(content.size()));
+    std::string packed(size, '\0');
+    if (compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(content.data()),
+                  static_cast<uLong>(content.size()), Z_BEST_SPEED) != Z_OK) {
+        throw std::runtime_error("compress2");
     }
-    std::string packed(deflateBound(&stream, static_cast<uLong>(content.size())), '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(content.data()));
-    stream.avail_in = static_cast<uInt>(content.size());
-    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-    stream.avail_out = static_cast<uInt>(packed.size());
-    const int result = deflate(&stream, Z_FINISH);
-    packed.resize(stream.total_out);
-    deflateEnd(&stream);
-    if (result != Z_STREAM_END) {
-        throw std::runtime_error("deflate");
-    }
-    return packed;
+    return packed.substr(2, size - 6);
 }
 
 /// What both of an entry's headers say.
@@ -61,60 +51,53 @@ struct Packed {
 };
 
 Packed Pack(const ZipItem& item) {
-    Packed packed;
-    packed.Data = item.Deflate ? DeflateRaw(item.Content) : item.Content;
-    packed.Method = item.Method.value_or(item.Deflate ? 8 : 0);
-    packed.Flags = static_cast<std::uint16_t>(item.Flags | (item.SizesFollowData ? 8 : 0));
-    packed.Crc = item.Crc.value_or(Checksum(item.Content));
-    packed.Size = item.Size.value_or(item.Content.size());
-    return packed;
+    return {item.Deflate ? DeflateRaw(item.Content) : item.Content, item.Method.value_or(item.Deflate ? 8 : 0),
+            static_cast<std::uint16_t>(item.Flags | (item.SizesFollowData ? 8 : 0)),
+            item.Crc.value_or(Checksum(item.Content)), item.Size.value_or(item.Content.size())};
 }
 
-std::string Zip64Sizes(const Packed& packed) {
-    return ExtraField(1, Bytes().Eight(packed.Size).Eight(packed.Data.size()).Get());
+std::string ExtraOf(const ZipItem& item, const Packed& packed) {
+    return (item.Zip64 ? ExtraField(1, Eight(packed.Size) + Eight(packed.Data.size())) : "") + item.Extra;
 }
 
 std::string LocalEntry(const ZipItem& item, const Packed& packed) {
     const std::string& name = item.LocalName.value_or(item.Name);
-    const std::string extra = (item.Zip64 ? Zip64Sizes(packed) : "") + item.Extra;
+    const std::string extra = ExtraOf(item, packed);
+    const std::string sizes = Four(packed.Crc) + Four(item.Zip64 ? UINT32_MAX : packed.Data.size()) +
+                              Four(item.Zip64 ? UINT32_MAX : packed.Size);
     const bool follow = item.SizesFollowData;
-    Bytes entry;
-    entry.Text("PK\x03\x04").Two(20).Two(packed.Flags).Two(packed.Method).Four(item.DosTime);
-    entry.Four(follow ? 0 : packed.Crc);
-    entry.Four(follow ? 0 : item.Zip64 ? UINT32_MAX : packed.Data.size());
-    entry.Four(follow ? 0 : item.Zip64 ? UINT32_MAX : packed.Size);
-    entry.Two(name.size()).Two(extra.size()).Text(name).Text(extra).Text(packed.Data);
-    if (follow) {
-        entry.Text("PK\x07\x08").Four(packed.Crc).Four(packed.Data.size()).Four(packed.Size);
-    }
-    return entry.Get();
+    return "PK\x03\x04" + Two(20) + Two(packed.Flags) + Two(packed.Method) + Four(item.DosTime) +
+           (follow ? std::string(12, '\0') : sizes) + Two(name.size()) + Two(extra.size()) + name + extra +
+           packed.Data + (follow ? "PK\x07\x08" + sizes : "");
 }
 
 std::string DirectoryRecord(const ZipItem& item, const Packed& packed, std::uint64_t offset) {
-    const std::string extra = (item.Zip64 ? Zip64Sizes(packed) : "") + item.Extra;
-    Bytes record;
-    record.Text("PK\x01\x02").Two(20U | static_cast<unsigned>(item.Host) << 8U).Two(20);
-    record.Two(packed.Flags).Two(packed.Method).Four(item.DosTime).Four(packed.Crc);
-    record.Four(item.Zip64 ? UINT32_MAX : packed.Data.size()).Four(item.Zip64 ? UINT32_MAX : packed.Size);
-    record.Two(item.Name.size()).Two(extra.size()).Two(0).Two(0).Two(0).Four(item.Attributes);
-    record.Four(item.LocalOffset.value_or(offset)).Text(item.Name).Text(extra);
-    return record.Get();
+    const std::string extra = ExtraOf(item, packed);
+    return "PK\x01\x02" + Two(20U | static_cast<unsigned>(item.Host) << 8U) + Two(20) + Two(packed.Flags) +
+           Two(packed.Method) + Four(item.DosTime) + Four(packed.Crc) +
+           Four(item.Zip64 ? UINT32_MAX : packed.Data.size()) + Four(item.Zip64 ? UINT32_MAX : packed.Size) +
+           Two(item.Name.size()) + Two(extra.size()) + std::string(6, '\0') + Four(item.Attributes) +
+           Four(item.LocalOffset.value_or(offset)) + item.Name + extra;
 }
 
 std::string End(const ZipShape& shape, std::uint64_t records, std::uint64_t offset, std::uint64_t size) {
-    Bytes end;
-    if (shape.Zip64End) {
-        end.Text("PK\x06\x06").Eight(44).Two(45).Two(45).Four(0).Four(0);
-        end.Eight(records).Eight(records).Eight(size).Eight(offset);
-        end.Text("PK\x06\x07").Four(0).Eight(offset + size).Four(1);
-    }
-    end.Text("PK\x05\x06").Two(shape.Volume).Two(shape.Volume);
-    end.Two(shape.Zip64End ? UINT16_MAX : records).Two(shape.Zip64End ? UINT16_MAX : records);
-    end.Four(shape.Zip64End ? UINT32_MAX : size).Four(shape.Zip64End ? UINT32_MAX : offset);
-    return end.Two(shape.Comment.size()).Text(shape.Comment).Get();
+    const bool is64 = shape.Zip64End;
+    const std::string end64 = "PK\x06\x06" + Eight(44) + Two(45) + Two(45) + Eight(0) + Eight(records) +
+                              Eight(records) + Eight(size) + Eight(offset) + "PK\x06\x07" + Four(0) +
+                              Eight(offset + size) + Four(1);
+    const std::string count = Two(is64 ? UINT16_MAX : records);
+    return (is64 ? end64 : "") + "PK\x05\x06" + Two(shape.Volume) + Two(shape.Volume) + count + count +
+           Four(is64 ? UINT32_MAX : size) + Four(is64 ? UINT32_MAX : offset) + Two(shape.Comment.size()) +
+           shape.Comment;
 }
 
 }  // namespace
+
+ZipItem OrdinaryItem(const std::wstring& name, const std::string& content) {
+    ZipItem item{.Name = ToUtf8(name), .Content = content, .Deflate = !content.empty(), .Flags = Utf8Names};
+    std::ranges::replace(item.Name, '\\', '/');
+    return item;
+}
 
 std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape) {
     std::string zip = shape.Before;
@@ -150,11 +133,11 @@ void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count) {
 }
 
 std::string ExtraField(std::uint16_t kind, const std::string& content) {
-    return Bytes().Two(kind).Two(content.size()).Text(content).Get();
+    return Two(kind) + Two(content.size()) + content;
 }
 
 std::string LittleEndian(std::uint32_t value) {
-    return Bytes().Four(value).Get();
+    return Four(value);
 }
 
 std::uint32_t Checksum(const std::string& bytes) {

@@ -40,6 +40,8 @@ struct ZipShape {
 constexpr std::uint16_t Utf8Names = 1U << 11U;
 constexpr std::uint8_t UnixHost = 3;
 
+/// What an ordinary packer makes of a file, or of a folder whose name ends in a backslash.
+ZipItem OrdinaryItem(const std::wstring& name, const std::string& content);
 std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape = {});
 /// `count` empty files "00000000", "00000001", ..., with ZIP64 end records.
 void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count);

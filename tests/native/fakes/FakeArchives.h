@@ -4,82 +4,93 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include "platform/Archives.h"
 #include "platform/Database.h"
 #include "platform/FileVersions.h"
-#include "tests/native/fakes/FakeFiles.h"
-#include "tests/native/fakes/Faults.h"
-#include "tests/native/fakes/FileTree.h"
+#include "platform/archive/EmbeddedArchives.h"
+#include "tests/native/archive/ZipBuilder.h"
+#include "tests/native/fakes/FakeArchiveSystem.h"
+#include "tests/native/fakes/FakeComputer.h"
 
 namespace mip {
 
-/// Archives by their path, with their entries ("folder\name", or "folder\" for a folder of its own) and the content of
-/// each. A path that is not added here is no archive, whatever the tree holds there.
+/// The embedded extractor over the files in memory, at which the test looks.
 class FakeArchives : public Archives {
   public:
     using Entries = std::map<std::wstring, std::string>;
 
-    FakeArchives(FileTree& tree, Faults& faults)
-        : tree_(tree), faults_(faults), files_(tree, faults), folders_(tree, faults) {}
+    FakeArchives(FileTree& tree, Faults& faults) : tree_(tree), system_(tree, faults), clock_(faults) {}
 
-    /// Calls `OnSevenZip` when the test has set it. Else makes each entry's folders and file by FakeFolders and
-    /// FakeFiles, whose faults and drives stop it half way: 2 then, as for what `Inspect` throws. Of a broken archive,
-    /// half of the entries are there.
-    std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override;
-    ArchiveFacts Inspect(const std::wstring& commandLine) override;
-    ArchiveFacts Test(const std::wstring& commandLine) override;
+    /// Calls `OnSevenZip` when the test has set it.
+    std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override {
+        CommandLines.push_back(commandLine);
+        return OnSevenZip ? OnSevenZip(commandLine) : embedded_.SevenZip(commandLine, log);
+    }
+    ArchiveFacts Inspect(const std::wstring& commandLine) override { return embedded_.Inspect(commandLine); }
+    ArchiveFacts Test(const std::wstring& commandLine) override { return embedded_.Test(commandLine); }
 
-    /// Adds an archive, and a file for it in the tree.
-    void Put(const std::wstring& path, Entries entries);
-    /// Gives an archive a checksum that does not agree.
-    void Break(const std::wstring& path);
+    /// Puts an archive there, with these entries ("folder\name", or "folder\" for a folder of its own).
+    void Put(const std::wstring& path, const Entries& entries) {
+        tree_.PutFile(path, BuildZip(ItemsOf(contents_[path] = entries)));
+    }
+    /// The checksum of its last entry does not agree any more.
+    void Break(const std::wstring& path) {
+        std::vector<ZipItem> items = ItemsOf(contents_.at(path));
+        items.back().Crc = 0;
+        tree_.PutFile(path, BuildZip(items));
+    }
 
     std::function<std::int32_t(const std::wstring& commandLine)> OnSevenZip;
     std::vector<std::wstring> CommandLines;
 
   private:
-    struct Archive {
-        Entries Content;
-        bool Broken = false;
-    };
-
-    /// The archive of a command line; throws PlatformError when there is none, or one that extraction refuses.
-    const Archive& Approved(const std::wstring& commandLine);
-    void Extract(const Archive& archive, const std::wstring& folder);
-    void CreateWithParents(const std::wstring& folder);
+    static std::vector<ZipItem> ItemsOf(const Entries& entries) {
+        std::vector<ZipItem> items;
+        for (const auto& [name, bytes] : entries) {
+            items.push_back(OrdinaryItem(name, bytes));
+        }
+        return items;
+    }
 
     FileTree& tree_;
-    Faults& faults_;
-    FakeFiles files_;
-    FakeFolders folders_;
-    std::map<std::wstring, Archive> archives_;
+    FakeArchiveSystem system_;
+    FakeClock clock_;  // of its own: how often the extractor yields depends on the time that it takes
+    EmbeddedArchives embedded_{system_, clock_};
+    std::map<std::wstring, Entries> contents_;
 };
 
 /// Versions by path; a file without one throws, as one without a version resource does.
-class FakeFileVersions : public FileVersions {
+class FakeFileVersions : public FileVersions, private Counted {
   public:
-    explicit FakeFileVersions(Faults& faults) : faults_(faults) {}
+    using Counted::Counted;
 
-    FixedFileVersion Read(const std::wstring& path) override;
-    void Put(const std::wstring& path, FixedFileVersion version);
+    FixedFileVersion Read(const std::wstring& path) override {
+        constexpr std::uint32_t NoVersionResource = 1813;
+        faults_.Check("FileVersions.Read", path);
+        const auto version = versions_.find(ToUpper(path));
+        RefuseWhen(version == versions_.end(), "Read", path, NoVersionResource);
+        return version->second;
+    }
+    void Put(const std::wstring& path, FixedFileVersion version) { versions_[ToUpper(path)] = version; }
 
   private:
-    Faults& faults_;
     std::map<std::wstring, FixedFileVersion> versions_;
 };
 
 /// Hands over to the engine that the test sets; without one nothing opens.
-class SettableEngine : public DatabaseEngine {
+class SettableEngine : public DatabaseEngine, private Counted {
   public:
-    explicit SettableEngine(Faults& faults) : faults_(faults) {}
+    using Counted::Counted;
 
-    std::unique_ptr<DatabaseConnection> Open(const std::wstring& path) override;
+    std::unique_ptr<DatabaseConnection> Open(const std::wstring& path) override {
+        constexpr std::uint32_t NoProvider = 0x800A0E7A;
+        faults_.Check("DatabaseEngine.Open", path);
+        RefuseWhen(Engine == nullptr, "Open", path, NoProvider);
+        return Engine->Open(path);
+    }
 
     DatabaseEngine* Engine = nullptr;
-
-  private:
-    Faults& faults_;
 };
 
 }  // namespace mip

@@ -1,8 +1,8 @@
 #include "tests/native/fakes/FileTree.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "platform/DriveName.h"
 #include "platform/PlatformError.h"
 #include "text/TextTools.h"
 
@@ -13,64 +13,6 @@ namespace {
 constexpr std::uint32_t NotReady = 21;
 constexpr std::uint32_t CannotResolveName = 1921;
 constexpr std::size_t PageSize = 4096;
-
-struct PathParts {
-    std::wstring Drive;  ///< upper-cased "C:" or "\\SERVER\SHARE"
-    std::vector<std::wstring> Components;
-    bool TrailingSeparator = false;
-};
-
-std::vector<std::wstring> Components(std::wstring_view text) {
-    std::vector<std::wstring> result;
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        const std::size_t end = std::min(text.find(L'\\', start), text.size());
-        const std::wstring part(text.substr(start, end - start));
-        start = end + 1;
-        if (part == L"..") {
-            if (!result.empty()) {
-                result.pop_back();
-            }
-        } else if (!part.empty() && part != L".") {
-            result.push_back(part);
-        }
-    }
-    return result;
-}
-
-std::optional<PathParts> ParsePath(std::wstring path) {
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    PathParts parts;
-    std::size_t rest = 2;
-    if (path.starts_with(L"\\\\")) {
-        const std::size_t server = path.find(L'\\', 2);
-        if (server == std::wstring::npos || server == 2) {
-            return std::nullopt;
-        }
-        rest = std::min(path.find(L'\\', server + 1), path.size());
-        if (rest == server + 1) {
-            return std::nullopt;
-        }
-    } else if (path.size() < 2 || path[1] != L':') {
-        return std::nullopt;
-    }
-    parts.Drive = ToUpper(path.substr(0, rest));
-    parts.Components = Components(std::wstring_view(path).substr(rest));
-    parts.TrailingSeparator = !parts.Components.empty() && path.back() == L'\\';
-    return parts;
-}
-
-std::wstring CanonicalPath(const std::wstring& path) {
-    const std::optional<PathParts> parts = ParsePath(path);
-    if (!parts) {
-        return ToUpper(path);
-    }
-    std::wstring result = parts->Drive;
-    for (const std::wstring& component : parts->Components) {
-        result += L'\\' + ToUpper(component);
-    }
-    return result;
-}
 
 void CollectFiles(const FileNode& folder, const std::wstring& path, std::map<std::wstring, std::string>& result) {
     if (folder.Children.empty()) {
@@ -97,10 +39,8 @@ std::uint64_t SizeBelow(const FileNode& node) {
 }  // namespace
 
 std::size_t FileNode::Read(std::uint64_t offset, void* buffer, std::size_t size) const {
-    if (offset >= Bytes.size()) {
-        return 0;
-    }
-    return Bytes.copy(static_cast<char*>(buffer), size, static_cast<std::size_t>(offset));
+    const std::size_t start = static_cast<std::size_t>(std::min<std::uint64_t>(offset, Bytes.size()));
+    return Bytes.copy(static_cast<char*>(buffer), size, start);
 }
 
 void FileNode::Write(std::uint64_t offset, const void* data, std::size_t size) {
@@ -109,12 +49,9 @@ void FileNode::Write(std::uint64_t offset, const void* data, std::size_t size) {
 }
 
 void FileNode::Resize(std::uint64_t size) {
-    if (drive_->ReadOnly) {
-        throw PlatformError("Write", Name, errors::AccessDenied);
-    }
     const std::uint64_t room = drive_->FreeBytes + Bytes.size();
-    if (size > room) {
-        throw PlatformError("Write", Name, errors::DiskFull);
+    if (drive_->ReadOnly || size > room) {
+        throw PlatformError("Write", Name, drive_->ReadOnly ? errors::AccessDenied : errors::DiskFull);
     }
     if (!flushed_) {
         flushed_ = Bytes;
@@ -132,6 +69,21 @@ void FileNode::Flush() {
     }
 }
 
+std::vector<std::wstring> FileTree::PartsOf(const std::wstring& path, bool asKeys) {
+    std::wstring text = asKeys ? ToUpper(path) : path;
+    std::ranges::replace(text, L'/', L'\\');
+    const std::wstring drive = DriveNameOf(text);
+    std::vector<std::wstring> parts{ToUpper(drive)};
+    for (const std::wstring& name : Split(std::wstring_view(text).substr(drive.size()), L'\\')) {
+        if (name == L"..") {
+            parts.resize(std::max<std::size_t>(parts.size() - 1, 1));
+        } else if (!name.empty() && name != L".") {
+            parts.push_back(name);
+        }
+    }
+    return parts;
+}
+
 FakeDrive& FileTree::AddDrive(FakeDrive drive) {
     Volume& volume = volumes_[ToUpper(drive.Name)];
     volume.Drive = std::make_unique<FakeDrive>(std::move(drive));
@@ -141,46 +93,30 @@ FakeDrive& FileTree::AddDrive(FakeDrive drive) {
     return *volume.Drive;
 }
 
-FakeDrive* FileTree::DriveOf(const std::wstring& path) {
-    return Locate(path).Drive;
-}
-
-FileTree::Place FileTree::Locate(const std::wstring& path, bool followLast) {
-    return Walk(path, followLast, 0);
-}
-
 FileTree::Place FileTree::Walk(const std::wstring& path, bool followLast, int depth) {
-    Place place;
-    const std::optional<PathParts> parts = ParsePath(path);
-    const auto volume = parts ? volumes_.find(parts->Drive) : volumes_.end();
+    const std::vector<std::wstring> parts = PartsOf(path, false);
+    const auto volume = volumes_.find(parts.front());
     if (volume == volumes_.end() || depth > 8) {
-        place.Code = depth > 8 ? CannotResolveName : errors::PathNotFound;
-        return place;
+        return {.Code = depth > 8 ? CannotResolveName : errors::PathNotFound};
     }
-    place.Drive = volume->second.Drive.get();
-    place.Node = volume->second.Root;
+    Place place{.Node = volume->second.Root, .Drive = volume->second.Drive.get()};
     if (!place.Drive->Present) {
-        place.Node = nullptr;
-        place.Code = NotReady;
-        return place;
+        return {.Drive = place.Drive, .Code = NotReady};
     }
-    for (std::size_t i = 0; i < parts->Components.size(); ++i) {
-        const std::wstring& name = parts->Components[i];
-        const bool last = i + 1 == parts->Components.size();
+    for (std::size_t i = 1; i < parts.size(); ++i) {
         if (!place.Node || place.Node->Kind == NodeKind::File) {
-            return Place{nullptr, nullptr, name, place.Drive, errors::PathNotFound};
+            return {.Leaf = parts[i], .Drive = place.Drive, .Code = errors::PathNotFound};
         }
         place.Parent = place.Node;
-        place.Leaf = name;
-        const auto child = place.Parent->Children.find(ToUpper(name));
+        place.Leaf = parts[i];
+        const auto child = place.Parent->Children.find(ToUpper(place.Leaf));
         place.Node = child == place.Parent->Children.end() ? nullptr : child->second;
-        if (place.Node && place.Node->Kind == NodeKind::Link && (!last || followLast)) {
+        if (place.Node && place.Node->Kind == NodeKind::Link && (i + 1 < parts.size() || followLast)) {
             place.Node = Walk(place.Node->LinkTarget, true, depth + 1).Node;
         }
     }
     const bool badName = place.Leaf.find_first_of(L"*?\"<>|:") != std::wstring::npos;
-    const bool fileAsFolder = parts->TrailingSeparator && place.Node && place.Node->Kind == NodeKind::File;
-    if (badName || fileAsFolder) {
+    if (badName || (place.Node && place.Node->Kind == NodeKind::File && path.ends_with(L'\\'))) {
         place.Node = nullptr;
         place.Code = errors::InvalidName;
     } else if (!place.Node) {
@@ -206,90 +142,55 @@ void FileTree::Detach(const Place& place) {
     place.Parent->Children.erase(ToUpper(place.Leaf));
 }
 
-std::shared_ptr<FileNode> FileTree::MakeParents(const std::wstring& path) {
-    const std::optional<PathParts> parts = ParsePath(path);
-    if (!parts || !volumes_.contains(parts->Drive)) {
-        throw PlatformError("PutFile", path, errors::PathNotFound);
-    }
-    std::wstring folder = parts->Drive + L"\\";
-    for (std::size_t i = 0; i + 1 < parts->Components.size(); ++i) {
-        folder += parts->Components[i];
-        const Place place = Locate(folder);
-        if (!place.Node) {
+FileNode& FileTree::Make(const std::wstring& path, NodeKind kind) {
+    const std::vector<std::wstring> parts = PartsOf(path, false);
+    std::wstring folder = parts.front();
+    for (std::size_t i = 1; i + 1 < parts.size(); ++i) {
+        folder += L"\\" + parts[i];
+        if (const Place place = Locate(folder); !place.Node) {
             AddChild(place, NodeKind::Folder);
         }
-        folder += L"\\";
     }
-    return Locate(folder).Node;
-}
-
-FileNode& FileTree::PutFile(const std::wstring& path, const std::string& bytes, std::uint32_t bits) {
-    MakeParents(path);
     const Place place = Locate(path);
+    if (!place.Parent) {
+        throw PlatformError("Put", path, errors::PathNotFound);
+    }
     if (place.Node) {
         Detach(place);
     }
-    const std::shared_ptr<FileNode> node = AddChild(place, NodeKind::File);
-    node->Bytes = bytes;
-    node->Attributes = bits;
-    node->drive_->FreeBytes -= std::min<std::uint64_t>(node->drive_->FreeBytes, bytes.size());
-    return *node;
+    return *AddChild(place, kind);
+}
+
+FileNode& FileTree::PutFile(const std::wstring& path, const std::string& bytes, std::uint32_t bits) {
+    FileNode& node = Make(path, NodeKind::File);
+    node.Bytes = bytes;
+    node.Attributes = bits;
+    node.drive_->FreeBytes -= std::min<std::uint64_t>(node.drive_->FreeBytes, bytes.size());
+    return node;
 }
 
 FileNode& FileTree::PutFolder(const std::wstring& path) {
-    MakeParents(path);
-    const Place place = Locate(path);
-    return place.Node ? *place.Node : *AddChild(place, NodeKind::Folder);
+    const std::shared_ptr<FileNode> existing = Find(path);
+    return existing ? *existing : Make(path, NodeKind::Folder);
 }
 
 FileNode& FileTree::PutLink(const std::wstring& path, const std::wstring& target) {
-    MakeParents(path);
-    FileNode& link = *AddChild(Locate(path, false), NodeKind::Link);
+    FileNode& link = Make(path, NodeKind::Link);
     link.LinkTarget = target;
     return link;
 }
 
-void FileTree::Erase(const std::wstring& path) {
-    const Place place = Locate(path, false);
-    if (place.Node && place.Parent) {
-        Detach(place);
-    }
-}
-
-void FileTree::Deny(const std::wstring& path) {
-    denied_.insert(CanonicalPath(path));
-}
-bool FileTree::IsDenied(const std::wstring& path) const {
-    return denied_.contains(CanonicalPath(path));
-}
-
-std::shared_ptr<FileNode> FileTree::Find(const std::wstring& path) {
-    return Locate(path).Node;
-}
-
-bool FileTree::HasFile(const std::wstring& path) {
-    const std::shared_ptr<FileNode> node = Find(path);
-    return node && node->Kind == NodeKind::File;
-}
-
-bool FileTree::HasFolder(const std::wstring& path) {
-    const std::shared_ptr<FileNode> node = Find(path);
-    return node && node->Kind == NodeKind::Folder;
-}
-
 std::string FileTree::BytesOf(const std::wstring& path) {
-    const std::shared_ptr<FileNode> node = Find(path);
-    if (!node || node->Kind != NodeKind::File) {
+    if (!HasFile(path)) {
         throw PlatformError("BytesOf", path, errors::FileNotFound);
     }
-    return node->Bytes;
+    return Find(path)->Bytes;
 }
 
 std::map<std::wstring, std::string> FileTree::Snapshot(const std::wstring& folder) {
     std::map<std::wstring, std::string> result;
-    const std::shared_ptr<FileNode> node = Find(folder);
-    if (node && node->Kind == NodeKind::Folder) {
-        CollectFiles(*node, folder.ends_with(L'\\') ? folder.substr(0, folder.size() - 1) : folder, result);
+    if (HasFolder(folder)) {
+        CollectFiles(*Find(folder), folder.substr(0, folder.find_last_not_of(L'\\') + 1), result);
     }
     return result;
 }

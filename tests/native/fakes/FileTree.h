@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/Files.h"
+#include "tests/native/fakes/Faults.h"
 
 namespace mip {
 
@@ -41,6 +42,7 @@ class FileNode {
     /// Children by upper-cased name: listings come in that order, as NTFS gives them.
     std::map<std::wstring, std::shared_ptr<FileNode>> Children;
 
+    bool IsReadOnly() const { return (Attributes & attributes::ReadOnly) != 0; }
     /// Copies at most `size` bytes from `offset` and returns how many there were.
     std::size_t Read(std::uint64_t offset, void* buffer, std::size_t size) const;
     /// Writes at `offset`, growing the file with zeros where needed. Throws PlatformError (AccessDenied, DiskFull).
@@ -63,7 +65,7 @@ class FileTree {
   public:
     FakeDrive& AddDrive(FakeDrive drive);
     /// The drive of a path, or null.
-    FakeDrive* DriveOf(const std::wstring& path);
+    FakeDrive* DriveOf(const std::wstring& path) { return Locate(path).Drive; }
 
     /// Creates or replaces a file, with every folder on the way. Returns the node for further settings.
     FileNode& PutFile(const std::wstring& path, const std::string& bytes = "", std::uint32_t bits = 0);
@@ -71,14 +73,18 @@ class FileTree {
     /// A link to a folder (junction) that lookups follow.
     FileNode& PutLink(const std::wstring& path, const std::wstring& target);
     /// Removes a file, a link, or a folder with all below it; absence is no error.
-    void Erase(const std::wstring& path);
+    void Erase(const std::wstring& path) {
+        if (const Place place = Locate(path, false); place.Node && place.Parent) {
+            Detach(place);
+        }
+    }
     /// Every operation on the object, except for asking whether it exists, is refused (AccessDenied).
-    void Deny(const std::wstring& path);
+    void Deny(const std::wstring& path) { denied_.insert(PartsOf(path)); }
 
     /// The node of a path, links followed; null when there is none.
-    std::shared_ptr<FileNode> Find(const std::wstring& path);
-    bool HasFile(const std::wstring& path);
-    bool HasFolder(const std::wstring& path);
+    std::shared_ptr<FileNode> Find(const std::wstring& path) { return Locate(path).Node; }
+    bool HasFile(const std::wstring& path) { return Has(path, NodeKind::File); }
+    bool HasFolder(const std::wstring& path) { return Has(path, NodeKind::Folder); }
     /// A file's content; fails the test with PlatformError when there is none.
     std::string BytesOf(const std::wstring& path);
     /// Content of every file below a folder (or drive "C:\") by its path, links not followed; folders that are empty
@@ -93,15 +99,15 @@ class FileTree {
 
     /// What a path leads to. `Code` is 0, or the Win32 code that an open of it gives.
     struct Place {
-        std::shared_ptr<FileNode> Node;    ///< null when the last component does not exist
-        std::shared_ptr<FileNode> Parent;  ///< null for a drive's root
-        std::wstring Leaf;
+        std::shared_ptr<FileNode> Node = {};    ///< null when the last component does not exist
+        std::shared_ptr<FileNode> Parent = {};  ///< null for a drive's root
+        std::wstring Leaf = {};
         FakeDrive* Drive = nullptr;
         std::uint32_t Code = 0;
     };
     /// `followLast`: whether a link in the last component is followed.
-    Place Locate(const std::wstring& path, bool followLast = true);
-    bool IsDenied(const std::wstring& path) const;
+    Place Locate(const std::wstring& path, bool followLast = true) { return Walk(path, followLast, 0); }
+    bool IsDenied(const std::wstring& path) const { return denied_.contains(PartsOf(path)); }
 
     std::shared_ptr<FileNode> AddChild(const Place& place, NodeKind kind);
     /// Takes a node out of its folder and gives its space back; what it holds goes with it.
@@ -116,12 +122,28 @@ class FileTree {
         std::shared_ptr<FileNode> Root;
     };
 
+    /// The drive ("" when there is none) and the names below it in capitals, with "." and ".." resolved.
+    static std::vector<std::wstring> PartsOf(const std::wstring& path, bool asKeys = true);
+    bool Has(const std::wstring& path, NodeKind kind) {
+        const std::shared_ptr<FileNode> node = Find(path);
+        return node && node->Kind == kind;
+    }
     static void Settle(FileNode& node, Unflushed unflushed);
     Place Walk(const std::wstring& path, bool followLast, int depth);
-    std::shared_ptr<FileNode> MakeParents(const std::wstring& path);
+    /// Makes the folders on the way to a path and a node there, in the place of another one.
+    FileNode& Make(const std::wstring& path, NodeKind kind);
 
     std::map<std::wstring, Volume> volumes_;
-    std::set<std::wstring> denied_;
+    std::set<std::vector<std::wstring>> denied_;
+};
+
+/// The base of a fake that works on the files.
+class OnTree : public Counted {
+  public:
+    OnTree(FileTree& tree, Faults& faults) : Counted(faults), tree_(tree) {}
+
+  protected:
+    FileTree& tree_;
 };
 
 }  // namespace mip

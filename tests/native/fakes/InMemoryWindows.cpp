@@ -3,9 +3,9 @@
 namespace mip {
 
 InMemoryWindows::InMemoryWindows() {
-    using namespace std::chrono;
-    Clock.Time = local_days{year{2024} / May / 6} + hours{7} + minutes{8} + seconds{9};
-    Tree.Now = [this] { return FileTime{duration_cast<FileTime::duration>(Clock.Time.time_since_epoch())}; };
+    Tree.Now = [this] {
+        return FileTime{std::chrono::duration_cast<FileTime::duration>(Clock.Time.time_since_epoch())};
+    };
     Tree.AddDrive({L"C:"});
     Tree.PutFolder(L"C:\\Windows\\System32");
     Tree.PutFolder(L"C:\\Program Files");
@@ -15,5 +15,7 @@ InMemoryWindows::InMemoryWindows() {
     disc.ReadOnly = true;
     Processes.Running = {L"System", L"explorer.exe"};
 }
+
+InMemoryWindows::~InMemoryWindows() = default;
 
 }  // namespace mip

@@ -18,7 +18,9 @@ namespace mip {
 /// C:\Temp) and, in drive D:, a read-only disc that holds the program's folder with SysDir\RmDir.bat; an empty
 /// registry; no database engine. `Tree` sets files up and checks them, `Faults` makes calls fail.
 struct InMemoryWindows {
+    // Both elsewhere, so that not every test compiles all fakes.
     InMemoryWindows();
+    ~InMemoryWindows();
     InMemoryWindows(const InMemoryWindows&) = delete;
     InMemoryWindows& operator=(const InMemoryWindows&) = delete;
 

@@ -1,6 +1,5 @@
 #include "tests/native/fakes/TreeVfs.h"
 
-#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -11,15 +10,11 @@ namespace mip {
 
 namespace {
 
-constexpr int LongestPath = 1024;
-constexpr std::size_t PageSize = 4096;
-
 /// An open file as the engine keeps it: it allocates the memory and knows the first member.
 struct OpenFile {
     sqlite3_file Engine;
     TreeVfs* Vfs;
     std::shared_ptr<FileNode> Node;
-    int Lock;
 };
 
 OpenFile& FileOf(sqlite3_file* file) {
@@ -30,33 +25,13 @@ TreeVfs& VfsOf(sqlite3_vfs* vfs) {
     return *static_cast<TreeVfs*>(vfs->pAppData);
 }
 
-int Close(sqlite3_file* engineFile) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    const bool refused = file.Vfs->Refuses("Vfs.Close");
-    engineFile->pMethods->xUnlock(engineFile, SQLITE_LOCK_NONE);
-    --file.Node->OpenHandles;
-    file.~OpenFile();
-    return refused ? SQLITE_IOERR_CLOSE : SQLITE_OK;
-}
-
-int Read(sqlite3_file* engineFile, void* buffer, int size, sqlite3_int64 offset) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    if (file.Vfs->Refuses("Vfs.Read")) {
-        return SQLITE_IOERR_READ;
-    }
-    const auto wanted = static_cast<std::size_t>(size);
-    const std::size_t read = file.Node->Read(static_cast<std::uint64_t>(offset), buffer, wanted);
-    std::memset(static_cast<char*>(buffer) + read, 0, wanted - read);
-    return read == wanted ? SQLITE_OK : SQLITE_IOERR_SHORT_READ;
-}
-
 int Write(sqlite3_file* engineFile, const void* data, int size, sqlite3_int64 offset) noexcept {
-    OpenFile& file = FileOf(engineFile);
+    const OpenFile& file = FileOf(engineFile);
     const Faults::Verdict verdict = file.Vfs->Ask("Vfs.Write");
-    if (verdict == Faults::Verdict::Fail || verdict == Faults::Verdict::PowerOff) {
+    const bool cut = verdict == Faults::Verdict::Cut;
+    if (verdict != Faults::Verdict::Proceed && !cut) {
         return SQLITE_IOERR_WRITE;
     }
-    const bool cut = verdict == Faults::Verdict::Cut;
     try {
         file.Node->Write(static_cast<std::uint64_t>(offset), data, static_cast<std::size_t>(cut ? size / 2 : size));
         return cut ? SQLITE_IOERR_WRITE : SQLITE_OK;
@@ -65,121 +40,86 @@ int Write(sqlite3_file* engineFile, const void* data, int size, sqlite3_int64 of
     }
 }
 
-int Truncate(sqlite3_file* engineFile, sqlite3_int64 size) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    if (file.Vfs->Refuses("Vfs.Truncate")) {
-        return SQLITE_IOERR_TRUNCATE;
-    }
-    file.Node->Resize(static_cast<std::uint64_t>(size));
-    return SQLITE_OK;
-}
-
-int Sync(sqlite3_file* engineFile, int) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    if (file.Vfs->Refuses("Vfs.Sync")) {
-        return SQLITE_IOERR_FSYNC;
-    }
-    file.Node->Flush();
-    return SQLITE_OK;
-}
-
-int FileSize(sqlite3_file* engineFile, sqlite3_int64* size) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    if (file.Vfs->Refuses("Vfs.FileSize")) {
-        return SQLITE_IOERR_FSTAT;
-    }
-    *size = static_cast<sqlite3_int64>(file.Node->Bytes.size());
-    return SQLITE_OK;
-}
-
 int Lock(sqlite3_file* engineFile, int level) noexcept {
-    OpenFile& file = FileOf(engineFile);
+    const OpenFile& file = FileOf(engineFile);
     if (file.Vfs->Refuses("Vfs.Lock")) {
         return SQLITE_IOERR_LOCK;
     }
-    TreeVfs::Locks& locks = file.Vfs->LocksOf(*file.Node);
-    if (level <= file.Lock) {
+    const void*& writer = file.Vfs->WriterOf(*file.Node);
+    if (level > SQLITE_LOCK_SHARED && writer != nullptr && writer != engineFile) {
+        return SQLITE_BUSY;
+    }
+    writer = level > SQLITE_LOCK_SHARED ? engineFile : writer;
+    return SQLITE_OK;
+}
+
+int Unlock(sqlite3_file* engineFile, int) noexcept {
+    const OpenFile& file = FileOf(engineFile);
+    const void*& writer = file.Vfs->WriterOf(*file.Node);
+    writer = writer == engineFile ? nullptr : writer;
+    return file.Vfs->Refuses("Vfs.Unlock") ? SQLITE_IOERR_UNLOCK : SQLITE_OK;
+}
+
+int Close(sqlite3_file* engineFile) noexcept {
+    OpenFile& file = FileOf(engineFile);
+    const bool refused = file.Vfs->Refuses("Vfs.Close");
+    Unlock(engineFile, SQLITE_LOCK_NONE);
+    --file.Node->OpenHandles;
+    file.~OpenFile();
+    return refused ? SQLITE_IOERR_CLOSE : SQLITE_OK;
+}
+
+const sqlite3_io_methods FileMethods = [] {
+    sqlite3_io_methods methods{};
+    methods.iVersion = 1;
+    methods.xClose = Close;
+    methods.xRead = [](sqlite3_file* engineFile, void* buffer, int size, sqlite3_int64 offset) {
+        const OpenFile& file = FileOf(engineFile);
+        if (file.Vfs->Refuses("Vfs.Read")) {
+            return SQLITE_IOERR_READ;
+        }
+        const auto wanted = static_cast<std::size_t>(size);
+        const std::size_t read = file.Node->Read(static_cast<std::uint64_t>(offset), buffer, wanted);
+        std::memset(static_cast<char*>(buffer) + read, 0, wanted - read);
+        return read == wanted ? SQLITE_OK : SQLITE_IOERR_SHORT_READ;
+    };
+    methods.xWrite = Write;
+    methods.xTruncate = [](sqlite3_file* engineFile, sqlite3_int64 size) {
+        const OpenFile& file = FileOf(engineFile);
+        if (file.Vfs->Refuses("Vfs.Truncate")) {
+            return SQLITE_IOERR_TRUNCATE;
+        }
+        file.Node->Resize(static_cast<std::uint64_t>(size));
         return SQLITE_OK;
-    }
-    const bool othersWrite = locks.Writer != nullptr && locks.Writer != engineFile;
-    if (level == SQLITE_LOCK_SHARED) {
-        if (othersWrite && locks.ReadersRefused) {
-            return SQLITE_BUSY;
+    };
+    methods.xSync = [](sqlite3_file* engineFile, int) {
+        const OpenFile& file = FileOf(engineFile);
+        if (file.Vfs->Refuses("Vfs.Sync")) {
+            return SQLITE_IOERR_FSYNC;
         }
-        ++locks.Readers;
-    } else {
-        if (othersWrite) {
-            return SQLITE_BUSY;
-        }
-        locks.Writer = engineFile;
-        locks.ReadersRefused = level == SQLITE_LOCK_EXCLUSIVE;
-        if (level == SQLITE_LOCK_EXCLUSIVE && locks.Readers > 1) {
-            file.Lock = SQLITE_LOCK_PENDING;
-            return SQLITE_BUSY;
-        }
-    }
-    file.Lock = level;
-    return SQLITE_OK;
-}
-
-int Unlock(sqlite3_file* engineFile, int level) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    const bool refused = file.Vfs->Refuses("Vfs.Unlock");
-    TreeVfs::Locks& locks = file.Vfs->LocksOf(*file.Node);
-    if (locks.Writer == engineFile) {
-        locks.Writer = nullptr;
-        locks.ReadersRefused = false;
-    }
-    if (level == SQLITE_LOCK_NONE && file.Lock != SQLITE_LOCK_NONE) {
-        --locks.Readers;
-    }
-    file.Lock = std::min(file.Lock, level);
-    return refused ? SQLITE_IOERR_UNLOCK : SQLITE_OK;
-}
-
-int CheckReservedLock(sqlite3_file* engineFile, int* reserved) noexcept {
-    OpenFile& file = FileOf(engineFile);
-    if (file.Vfs->Refuses("Vfs.CheckReservedLock")) {
-        return SQLITE_IOERR_CHECKRESERVEDLOCK;
-    }
-    *reserved = file.Vfs->LocksOf(*file.Node).Writer != nullptr ? 1 : 0;
-    return SQLITE_OK;
-}
-
-int FileControl(sqlite3_file*, int, void*) noexcept {
-    return SQLITE_NOTFOUND;
-}
-
-int SectorSize(sqlite3_file*) noexcept {
-    return static_cast<int>(PageSize);
-}
-
-int DeviceCharacteristics(sqlite3_file*) noexcept {
-    return SQLITE_IOCAP_UNDELETABLE_WHEN_OPEN;
-}
-
-constexpr sqlite3_io_methods FileMethods = {1,
-                                            Close,
-                                            Read,
-                                            Write,
-                                            Truncate,
-                                            Sync,
-                                            FileSize,
-                                            Lock,
-                                            Unlock,
-                                            CheckReservedLock,
-                                            FileControl,
-                                            SectorSize,
-                                            DeviceCharacteristics,
-                                            nullptr,
-                                            nullptr,
-                                            nullptr,
-                                            nullptr,
-                                            nullptr,
-                                            nullptr};
+        file.Node->Flush();
+        return SQLITE_OK;
+    };
+    methods.xFileSize = [](sqlite3_file* engineFile, sqlite3_int64* size) {
+        const OpenFile& file = FileOf(engineFile);
+        *size = static_cast<sqlite3_int64>(file.Node->Bytes.size());
+        return file.Vfs->Refuses("Vfs.FileSize") ? SQLITE_IOERR_FSTAT : SQLITE_OK;
+    };
+    methods.xLock = Lock;
+    methods.xUnlock = Unlock;
+    methods.xCheckReservedLock = [](sqlite3_file* engineFile, int* reserved) {
+        const OpenFile& file = FileOf(engineFile);
+        *reserved = file.Vfs->WriterOf(*file.Node) != nullptr ? 1 : 0;
+        return file.Vfs->Refuses("Vfs.CheckReservedLock") ? SQLITE_IOERR_CHECKRESERVEDLOCK : SQLITE_OK;
+    };
+    methods.xFileControl = [](sqlite3_file*, int, void*) { return SQLITE_NOTFOUND; };
+    methods.xSectorSize = [](sqlite3_file*) { return 4096; };
+    methods.xDeviceCharacteristics = [](sqlite3_file*) { return SQLITE_IOCAP_UNDELETABLE_WHEN_OPEN; };
+    return methods;
+}();
 
 bool IsWritable(const FileTree::Place& place) {
-    return !place.Drive->ReadOnly && (!place.Node || (place.Node->Attributes & attributes::ReadOnly) == 0);
+    return !place.Drive->ReadOnly && (!place.Node || !place.Node->IsReadOnly());
 }
 
 int Open(sqlite3_vfs* engineVfs, sqlite3_filename name, sqlite3_file* engineFile, int flags, int* outFlags) noexcept {
@@ -196,7 +136,7 @@ int Open(sqlite3_vfs* engineVfs, sqlite3_filename name, sqlite3_file* engineFile
     if ((!isFile && !creates) || (isFile && mustBeNew) || vfs.Tree().IsDenied(FromUtf8(name))) {
         return SQLITE_CANTOPEN;
     }
-    auto* file = new (engineFile) OpenFile{{&FileMethods}, &vfs, place.Node, SQLITE_LOCK_NONE};
+    auto* file = new (engineFile) OpenFile{{&FileMethods}, &vfs, place.Node};
     if (creates) {
         file->Node = vfs.Tree().AddChild(place, NodeKind::File);
     }
@@ -223,57 +163,37 @@ int Delete(sqlite3_vfs* engineVfs, const char* name, int) noexcept {
     return SQLITE_OK;
 }
 
-int Access(sqlite3_vfs* engineVfs, const char* name, int flags, int* result) noexcept {
-    TreeVfs& vfs = VfsOf(engineVfs);
-    if (vfs.Refuses("Vfs.Access")) {
-        return SQLITE_IOERR_ACCESS;
-    }
-    const FileTree::Place place = vfs.Tree().Locate(FromUtf8(name));
-    const bool exists = place.Node && (place.Node->Kind != NodeKind::File || !place.Node->Bytes.empty());
-    *result = exists && (flags != SQLITE_ACCESS_READWRITE || IsWritable(place)) ? 1 : 0;
-    return SQLITE_OK;
-}
-
-int FullPathname(sqlite3_vfs*, const char* name, int size, char* result) noexcept {
-    sqlite3_snprintf(size, result, "%s", name);
-    return SQLITE_OK;
-}
-
-int Randomness(sqlite3_vfs*, int size, char* bytes) noexcept {
-    std::memset(bytes, 0x5A, static_cast<std::size_t>(size));
-    return size;
-}
-
-int Sleep(sqlite3_vfs*, int microseconds) noexcept {
-    return microseconds;
-}
-
-int CurrentTime(sqlite3_vfs*, double* julianDay) noexcept {
-    *julianDay = 2460436.8;
-    return SQLITE_OK;
-}
-
-int GetLastError(sqlite3_vfs*, int, char*) noexcept {
-    return 0;
-}
-
 }  // namespace
 
 TreeVfs::TreeVfs(FileTree& tree, Faults& faults)
     : tree_(tree), faults_(faults), name_("tree" + std::to_string(reinterpret_cast<std::uintptr_t>(this))) {
     vfs_.iVersion = 1;
     vfs_.szOsFile = sizeof(OpenFile);
-    vfs_.mxPathname = LongestPath;
+    vfs_.mxPathname = 1024;
     vfs_.zName = name_.c_str();
     vfs_.pAppData = this;
     vfs_.xOpen = Open;
     vfs_.xDelete = Delete;
-    vfs_.xAccess = Access;
-    vfs_.xFullPathname = FullPathname;
-    vfs_.xRandomness = Randomness;
-    vfs_.xSleep = Sleep;
-    vfs_.xCurrentTime = CurrentTime;
-    vfs_.xGetLastError = GetLastError;
+    vfs_.xAccess = [](sqlite3_vfs* engineVfs, const char* name, int flags, int* result) {
+        const FileTree::Place place = VfsOf(engineVfs).Tree().Locate(FromUtf8(name));
+        const bool exists = place.Node && (place.Node->Kind != NodeKind::File || !place.Node->Bytes.empty());
+        *result = exists && (flags != SQLITE_ACCESS_READWRITE || IsWritable(place)) ? 1 : 0;
+        return VfsOf(engineVfs).Refuses("Vfs.Access") ? SQLITE_IOERR_ACCESS : SQLITE_OK;
+    };
+    vfs_.xFullPathname = [](sqlite3_vfs*, const char* name, int size, char* result) {
+        sqlite3_snprintf(size, result, "%s", name);
+        return SQLITE_OK;
+    };
+    vfs_.xRandomness = [](sqlite3_vfs*, int size, char* bytes) {
+        std::memset(bytes, 0x5A, static_cast<std::size_t>(size));
+        return size;
+    };
+    vfs_.xSleep = [](sqlite3_vfs*, int microseconds) { return microseconds; };
+    vfs_.xCurrentTime = [](sqlite3_vfs*, double* julianDay) {
+        *julianDay = 2460436.8;
+        return SQLITE_OK;
+    };
+    vfs_.xGetLastError = [](sqlite3_vfs*, int, char*) { return 0; };
     if (sqlite3_vfs_register(&vfs_, 0) != SQLITE_OK) {
         throw PlatformError("sqlite3_vfs_register", L"", SQLITE_ERROR);
     }

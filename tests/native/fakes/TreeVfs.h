@@ -22,25 +22,20 @@ class TreeVfs {
     /// The name under which the engine knows this file layer.
     const std::string& Name() const { return name_; }
 
-    /// The locks on one file, as the engine's rules want them: many readers, or one writer once they are gone.
-    struct Locks {
-        int Readers = 0;
-        const void* Writer = nullptr;
-        bool ReadersRefused = false;
-    };
-
     // What the engine's calls work on.
     FileTree& Tree() { return tree_; }
     bool Refuses(const char* operation) { return faults_.Next(operation) != Faults::Verdict::Proceed; }
     Faults::Verdict Ask(const char* operation) { return faults_.Next(operation); }
-    Locks& LocksOf(const FileNode& node) { return locks_[&node]; }
+    /// The connection that may write a file, as the engine's rules want it: one at a time. That readers keep a writer
+    /// waiting is shown on real files.
+    const void*& WriterOf(const FileNode& node) { return writers_[&node]; }
 
   private:
     FileTree& tree_;
     Faults& faults_;
     std::string name_;
     sqlite3_vfs vfs_{};
-    std::map<const FileNode*, Locks> locks_;
+    std::map<const FileNode*, const void*> writers_;
 };
 
 }  // namespace mip

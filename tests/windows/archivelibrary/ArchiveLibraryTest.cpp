@@ -12,7 +12,9 @@
 #include "platform/windows/WindowsArchiveSystem.h"
 #include "platform/windows/WindowsArchives.h"
 #include "platform/windows/WindowsComputer.h"
+#include "tests/ScratchFolder.h"
 #include "tests/native/archive/ZipArchivesHost.h"
+#include "tests/native/fakes/FakeComputer.h"
 #include "tests/windows/archivelibrary/RecordingLibrary.h"
 
 namespace mip {
@@ -58,7 +60,8 @@ class LibraryArchivesHost : public ZipArchivesHost {
   private:
     ProgramComputer computer_;
     WindowsArchiveSystem system_;
-    CountingClock clock_;
+    Faults faults_;
+    FakeClock clock_{faults_};
     EmbeddedArchives embedded_{system_, clock_};
     WindowsArchives archives_{computer_, embedded_};
 };
