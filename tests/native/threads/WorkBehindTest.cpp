@@ -1,7 +1,6 @@
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <numeric>
 #include <stdexcept>
 #include <vector>
 
@@ -21,7 +20,7 @@ TEST(WorkBehind, TellsEveryJobInTheOwnersThread) {
     int told = 0;
     for (std::size_t i = 0; i < results.size(); ++i) {
         work.Add(
-            100, [&results, i] { results[i] = static_cast<int>(i); },
+            100, [&results, i] { ++results[i]; },
             [&](const std::exception_ptr& failure) {
                 EXPECT_FALSE(failure);
                 EXPECT_EQ(std::this_thread::get_id(), owner);
@@ -29,31 +28,26 @@ TEST(WorkBehind, TellsEveryJobInTheOwnersThread) {
             });
     }
     work.Finish();
-    std::vector<int> expected(1000);
-    std::iota(expected.begin(), expected.end(), 0);
-    EXPECT_EQ(results, expected);
+    EXPECT_EQ(results, std::vector<int>(1000, 1));
     EXPECT_EQ(told, 1000);
 }
 
 TEST(WorkBehind, JobsRunSideBySideAndWaitForRoom) {
     WorkBehind work(2, Plenty);
-    int waits = 0;
     std::promise<void> bothRun;
     std::atomic<int> running = 0;
-    const auto meet = [&] {
+    const auto meet = [&, met = bothRun.get_future().share()] {
         if (++running == 2) {
             bothRun.set_value();
         }
-    };
-    const auto waitForOther = [&, met = bothRun.get_future().share()] {
-        meet();
         EXPECT_EQ(met.wait_for(std::chrono::seconds(10)), std::future_status::ready);
     };
-    work.Add(1, waitForOther, RethrowWhen);
-    work.Add(1, waitForOther, RethrowWhen);
+    work.Add(1, meet, RethrowWhen);
+    work.Add(1, meet, RethrowWhen);
     work.Finish();
 
     // The second large job has no room before the first one ends, which the owner's waiting brings about.
+    int waits = 0;
     std::promise<void> release;
     work.WhileWaiting = [&] {
         if (++waits == 1) {
@@ -69,13 +63,12 @@ TEST(WorkBehind, JobsRunSideBySideAndWaitForRoom) {
     work.Add(2 * Plenty, large, RethrowWhen);
     work.Add(Plenty, large, RethrowWhen);
     work.Finish();
-    EXPECT_GE(waits, 1);
 }
 
 TEST(WorkBehind, FailureReachesTheOwnerAndTheRestIsDropped) {
     std::atomic<int> begun = 0;
     std::promise<void> release;
-    const std::jthread later([&] {
+    const std::jthread later([&] {  // nothing tells that the end has begun; the other jobs give it time, too
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         release.set_value();
     });
