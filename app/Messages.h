@@ -79,8 +79,23 @@ inline constexpr std::int16_t Unforeseen = 98;
 inline constexpr std::int16_t DesktopShortcut = 99;
 inline constexpr std::int16_t Legend = 100;
 inline constexpr std::int16_t ManualInUse = 101;
+inline constexpr std::int16_t ManualOfManuals = 102;
+inline constexpr std::int16_t OpeningStartPage = 103;
+inline constexpr std::int16_t StartPageNotOpened = 104;
+inline constexpr std::int16_t ShutdownReason = 105;
+inline constexpr std::int16_t MarkedStatus = 106;
+inline constexpr std::int16_t ListName = 107;
+inline constexpr std::int16_t HelpPurpose = 108;
+inline constexpr std::int16_t HelpSilent = 109;
+inline constexpr std::int16_t HelpAccept = 110;
+inline constexpr std::int16_t HelpDirectory = 111;
+inline constexpr std::int16_t HelpLanguage = 112;
+inline constexpr std::int16_t HelpLog = 113;
+inline constexpr std::int16_t HelpCheck = 114;
+inline constexpr std::int16_t HelpRemove = 115;
+inline constexpr std::int16_t HelpHelp = 116;
 /// The highest number.
-inline constexpr std::int16_t Last = ManualInUse;
+inline constexpr std::int16_t Last = HelpHelp;
 }  // namespace messages
 
 /// Sets the run's two result texts: what failed, and what the user can do about it. `insert` stands for "@" in the

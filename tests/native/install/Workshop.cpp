@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/Messages.h"
 #include "app/modRegistry.h"
 #include "app/modSysParameter.h"
 #include "catalogue/modMDB.h"
@@ -76,7 +77,7 @@ Workshop::Workshop() {
     Run.Identity = {L"09", L"Mechanic", L"Users", L"Users"};
 
     std::string messages = "[MESSAGE]\r\n";
-    for (int number = 1; number <= 101; ++number) {
+    for (int number = 1; number <= messages::Last; ++number) {
         const std::string digits = std::to_string(number);
         messages += "M" + std::string(3 - digits.size(), '0') + digits + "=message " + digits + "\r\n";
     }
