@@ -11,6 +11,9 @@ import zipfile
 
 ROOT = Path(__file__).resolve().parents[2]
 SYSDIR = ROOT / "disc" / "SysDir"
+# The delivered languages, each with the characters that every computer of that language can show.
+LANGUAGES = {"04S": "gb2312", "04T": "cp950", "11": "cp932", "12": "cp949"}
+LANGUAGES.update(dict.fromkeys(("07", "09", "0A", "0C", "10"), "cp1252"))
 FIELDS = ("Pub_No", "Version", "Model_desc", "Model_ID", "Lang", "Ldup", "Year", "Kubun", "Country")
 
 
@@ -26,7 +29,13 @@ def read_profile(path):
 
 class DeliveredTexts(unittest.TestCase):
     def setUp(self):
-        self.texts = {code: dict(read_profile(SYSDIR / f"M{code}.ini")["MESSAGE"]) for code in ("09", "11")}
+        self.texts = {path.stem[1:]: dict(read_profile(path)["MESSAGE"]) for path in SYSDIR.glob("M*.ini")}
+        self.english = self.texts["09"]
+        self.terms = {path.stem[8:]: path.read_text(encoding="utf-16") for path in SYSDIR.glob("Licence_*.txt")}
+
+    def test_every_language_has_both_files(self):
+        self.assertEqual(sorted(LANGUAGES), sorted(self.texts))
+        self.assertEqual(sorted(LANGUAGES), sorted(self.terms))
 
     def test_every_language_has_every_number_of_the_table(self):
         table = re.findall(r"^\| ([\d, ]+) \|", (ROOT / "disc/README.md").read_text(encoding="utf-8"), re.MULTILINE)
@@ -40,21 +49,61 @@ class DeliveredTexts(unittest.TestCase):
         self.assertEqual({f"M{number:03}" for number in known}, set(self.texts["09"]))
 
     def test_texts_fit_and_keep_their_markers(self):
+        places = {"M084": 30, "M085": 34, "M086": 34, "M093": 34}
         for code, texts in self.texts.items():
             with self.subTest(language=code):
-                self.assertEqual([], [key for key, text in texts.items() if not 0 < len(text.strip('"')) <= 255])
-                self.assertTrue(all("@" in texts[key] for key in ("M059", "M101")))
-                self.assertTrue(all(marker in texts["M072"] for marker in ("@1", "@2", "@3", "@4", "@5", "|")))
+                self.assertEqual(
+                    [], [key for key, text in texts.items() if not 0 < len(text.strip('"')) <= places.get(key, 255)]
+                )
+                for key, text in texts.items():
+                    markers = [sorted(re.findall(r"@\d?|\|", each)) for each in (self.english[key], text)]
+                    self.assertEqual(*markers, key)
                 self.assertEqual([], [key for key in ("M043", "M060") if re.search(r'[\\/:*?"<>|]', texts[key])])
 
-    def test_shortcut_letters_are_the_same_in_every_language_and_differ_on_one_screen(self):
-        letters = {
-            code: {key: text[text.index("&") + 1].upper() for key, text in texts.items() if "&" in text}
-            for code, texts in self.texts.items()
-        }
-        self.assertEqual(letters["09"], letters["11"])
-        for screen in (("M085", "M086", "M093"), ("M056", "M057")):
-            self.assertEqual(len(screen), len({letters["09"][key] for key in screen}))
+    def test_only_a_blank_at_an_edge_is_quoted(self):
+        """Chinese and Japanese sentences follow each other without a blank."""
+        for code, texts in self.texts.items():
+            quoted = {key: text for key, text in texts.items() if text[0] == '"' or text[-1] == '"'}
+            self.assertEqual({"M096"} if code in ("04S", "04T", "11") else {"M091", "M096"}, set(quoted), code)
+            for key, text in quoted.items():
+                self.assertRegex(text, {"M091": '^" [^"]+[^ "]"$', "M096": '^"[^ "][^"]+ "$'}[key], code)
+
+    def test_nothing_is_left_in_english(self):
+        for code in LANGUAGES.keys() - {"09"}:
+            same = {key for key, text in self.texts[code].items() if text == self.english[key]}
+            self.assertLessEqual(same, {"M006", "M055", "M060", "M068", "M069"}, code)
+
+    def test_shortcut_letters_mark_the_same_texts_in_every_language_and_differ_on_one_screen(self):
+        for code, texts in self.texts.items():
+            letters = {key: re.findall("&(.?)", text.upper()) for key, text in texts.items() if "&" in text}
+            self.assertEqual({key for key, text in self.english.items() if "&" in text}, set(letters), code)
+            self.assertEqual([], [key for key, found in letters.items() if len(found) != 1 or not found[0].isalpha()])
+            for screen in (("M085", "M086", "M093"), ("M056", "M057")):
+                self.assertEqual(len(screen), len({letters[key][0] for key in screen}), code)
+
+    def test_computers_of_a_language_have_all_its_characters(self):
+        for code, page in LANGUAGES.items():
+            for text in (*self.texts[code].values(), self.terms[code]):
+                text.encode(page)
+
+    def test_the_terms_have_the_same_sections_in_every_language(self):
+        for code, text in self.terms.items():
+            numbers = re.findall(r"^(\d+)\. \S", text, re.MULTILINE)
+            self.assertEqual([str(number) for number in range(1, 11)], numbers, code)
+
+    def test_start_page_and_guide_serve_every_language(self):
+        start, guide = [(ROOT / "disc" / name).read_text(encoding="utf-8") for name in ("index.html", "install.html")]
+        sections = re.findall(r'<div class="language" id="([\w-]+)" lang="\1">(.*?)</table>', guide, re.DOTALL)
+        languages = [language for language, _ in sections]
+        self.assertEqual(len(LANGUAGES), len(set(languages)))
+        for page in (start, guide):
+            bar = re.findall(r'<li lang="([\w-]+)"><a href="(?:install\.html)?#\1">', page)
+            self.assertEqual(languages, bar)
+        self.assertEqual(2 * languages, re.findall(r'<li lang="([\w-]+)">', start), "the bar, then the sentences")
+        places = set(re.findall(r' id="([\w-]+)"', guide))
+        self.assertLessEqual(set(re.findall(r' (?:xlink:)?href="#([\w-]+)"', guide)), places)
+        shapes = [re.findall(r"<(?!/?b>)[^ >]+", section) for _, section in sections]
+        self.assertEqual([], [language for language, shape in zip(languages, shapes) if shape != shapes[0]])
 
     def test_files_have_the_bytes_that_windows_expects(self):
         for path in (*SYSDIR.glob("M*.ini"), *SYSDIR.glob("Licence_*.txt")):
@@ -136,7 +185,7 @@ class SampleDisc(unittest.TestCase):
                 self.assertTrue((page.parent / unquote(link)).is_file(), f"{page}: {link}")
 
     def test_the_manager_has_the_stamped_manual_of_every_language(self):
-        for code in ("09", "11"):
+        for code in LANGUAGES:
             name = read_profile(SYSDIR / f"M{code}.ini")["MESSAGE"]["M060"]
             self.assertIn(b"/T (ver_mam_man)", (self.disc / "programs/man_manager" / name).read_bytes(), name)
 

@@ -154,10 +154,10 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
 }
 
 std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language) {
-    return language.param == std::wstring(L"11") ? "Japanese" : "English";
+    return ToUtf8(language.param);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"09", L"11"), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"07", L"09", L"0A", L"0C", L"10", L"11"), LanguageName);
 
 TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     const auto closeAndServe = [this](const Form& form) {
