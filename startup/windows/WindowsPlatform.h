@@ -27,10 +27,8 @@ namespace mip {
 /// The real computer: every adapter, made once, and the platform that they are together.
 class WindowsPlatform {
   public:
-    /// `instance` is the name by which another instance of the program is known. A clock that is given takes the real
-    /// one's place.
-    explicit WindowsPlatform(const std::wstring& instance, Clock* clock = nullptr)
-        : computer_(instance), clock_(clock == nullptr ? realClock_ : *clock) {}
+    /// `instance` is the name by which another instance of the program is known.
+    explicit WindowsPlatform(const std::wstring& instance) : computer_(instance) {}
     WindowsPlatform(const WindowsPlatform&) = delete;
     WindowsPlatform& operator=(const WindowsPlatform&) = delete;
 
@@ -38,8 +36,7 @@ class WindowsPlatform {
 
   private:
     WindowsComputer computer_;
-    WindowsClock realClock_;
-    Clock& clock_;
+    WindowsClock clock_;
     WindowsFiles files_;
     WindowsFolders folders_;
     WindowsVolumes volumes_;

@@ -32,12 +32,15 @@ void ExpectInstalled() {
     EXPECT_EQ(versions, expected);
     EXPECT_TRUE(Exists(std::wstring(ManagerFolder) + L"\\ManualManager.exe"));
     EXPECT_FALSE(Exists(std::wstring(ManagerFolder) + L"\\UnZipTemp"));
+    const auto isDatabase = [](const auto& file) { return file.second.starts_with("SQLite format 3"); };
+    EXPECT_EQ(std::ranges::count_if(FilesBelow(ManagerFolder), isDatabase), 1) << "no backup, no other catalogue";
 }
 
 TEST(EndToEnd, AUserInstallsTheDisc) {
     const std::wstring stamp = std::wstring(ManagerFolder) + L"\\mam_man.fdf";
     WriteBytes(stamp, "%FDF-1.2\r\n" + std::string(1000, '%'));
     SetFileAttributesW(stamp.c_str(), FILE_ATTRIBUTE_READONLY);
+    SetFileAttributesW(L"D:\\programs\\setup\\kvx3new.mdb", FILE_ATTRIBUTE_READONLY);
 
     const WorkshopUser user;
     user.Agree();

@@ -1,87 +1,77 @@
-#include <gtest/gtest.h>
-
 #include <limits>
 
 #include "platform/PlatformError.h"
-#include "platform/windows/AdoEngine.h"
-#include "platform/windows/ComApartment.h"
+#include "startup/windows/WindowsPlatform.h"
 #include "tests/windows/automation/ScriptedObject.h"
 
 namespace mip {
 namespace {
 
-using Calls = std::vector<std::wstring>;
-
-/// ADO's connection, recordset, fields and field.
-class AdoTest : public testing::Test {
+/// The program's engine for Jet files on ADO's connection, recordset, fields and field.
+class AdoTest : public AutomationTest {
   protected:
-    ~AdoTest() override { EXPECT_EQ(script_.LiveObjects, 0) << "a reference was not released"; }
+    std::unique_ptr<DatabaseConnection> Open() {
+        script_.Rest = {{L"put Connection.ConnectionString(\"Provider=Microsoft.Jet.OLEDB.4.0;"
+                         L"Data Source=C:\\試験 1.mdb\")",
+                         {}},
+                        {L"call Connection.Open(\"\", \"\", \"\", -1)", {}}};
+        return engine_.Open(L"C:\\試験 1.mdb");
+    }
+    std::unique_ptr<Recordset> Select(DatabaseConnection& database) {
+        script_.Rest = {{L"call Connection.Execute(\"SELECT 1\", missing, 1)", {.Object = L"Recordset"}},
+                        {L"get Recordset.Fields()", {.Object = L"Fields"}}};
+        return database.Query(L"SELECT 1");
+    }
+    void ExpectClose(HRESULT result = S_OK) { script_.Rest = {{L"call Connection.Close()", {.Code = result}}}; }
 
-    ComApartment apartment_;
-    Script script_{{{L"put Connection.ConnectionString", {{}}},
-                    {L"call Connection.Open", {{}}},
-                    {L"call Connection.Execute", {{.Object = L"Recordset"}}},
-                    {L"call Connection.BeginTrans", {{1}}},
-                    {L"call Connection.CommitTrans", {{}}},
-                    {L"call Connection.RollbackTrans", {{}}},
-                    {L"call Connection.Close", {{}}},
-                    {L"get Recordset.Fields", {{.Object = L"Fields"}}},
-                    {L"get Recordset.EOF", {{false}, {true}}},
-                    {L"call Recordset.MoveNext", {{}}},
-                    {L"get Fields.Item", {{.Object = L"Field"}}},
-                    {L"get Field.Value", {{L"K1"}}}}};
     RegisteredClass connectionClass_{L"ADODB.Connection", script_, L"Connection"};
-    AdoEngine engine_;
+    WindowsPlatform computer_{L"AdoTest"};
+    DatabaseEngine& engine_ = computer_.Platform().JetEngine;
 };
 
 TEST_F(AdoTest, ConnectionIsOpenedUsedAndClosedByTheProvidersNames) {
-    auto database = engine_.Open(L"C:\\試験 1.mdb");
-    EXPECT_EQ(script_.TakeCalls(), (Calls{L"put Connection.ConnectionString(\"Provider=Microsoft.Jet.OLEDB.4.0;"
-                                          L"Data Source=C:\\試験 1.mdb\")",
-                                          L"call Connection.Open(\"\", \"\", \"\", -1)"}));
+    auto database = Open();
+    script_.Rest = {{L"call Connection.BeginTrans()", {1}},
+                    {L"call Connection.Execute(\"DELETE FROM M_type\", missing, -1)", {}},
+                    {L"call Connection.CommitTrans()", {}},
+                    {L"call Connection.RollbackTrans()", {}}};
     database->BeginTransaction();
     database->Execute(L"DELETE FROM M_type");
     database->CommitTransaction();
     database->RollbackTransaction();
-    EXPECT_EQ(script_.TakeCalls(),
-              (Calls{L"call Connection.BeginTrans()", L"call Connection.Execute(\"DELETE FROM M_type\", missing, -1)",
-                     L"call Connection.CommitTrans()", L"call Connection.RollbackTrans()"}));
 
-    const auto rows = database->Query(L"SELECT * FROM M_manage");
+    const auto rows = Select(*database);
+    script_.Rest = {{L"get Recordset.EOF()", {false}}, {L"get Fields.Item(\"Pub_No\")", {.Object = L"Field"}},
+                    {L"get Field.Value()", {L"K1"}},   {L"get Fields.Item(7)", {.Object = L"Field"}},
+                    {L"get Field.Value()", {L"K2"}},   {L"call Recordset.MoveNext()", {}}};
     EXPECT_FALSE(rows->AtEnd());
     EXPECT_EQ(rows->Field(L"Pub_No"), FieldValue(L"K1"));
-    EXPECT_EQ(rows->Field(7), FieldValue(L"K1"));
+    EXPECT_EQ(rows->Field(7), FieldValue(L"K2"));
     rows->MoveNext();
-    EXPECT_EQ(script_.TakeCalls(),
-              (Calls{L"call Connection.Execute(\"SELECT * FROM M_manage\", missing, 1)", L"get Recordset.Fields()",
-                     L"get Recordset.EOF()", L"get Fields.Item(\"Pub_No\")", L"get Field.Value()",
-                     L"get Fields.Item(7)", L"get Field.Value()", L"call Recordset.MoveNext()"}));
 
+    ExpectClose();
     database.reset();
-    EXPECT_EQ(script_.TakeCalls(), Calls{L"call Connection.Close()"});
+    script_.Rest = {{L"get Recordset.EOF()", {true}}};
     EXPECT_TRUE(rows->AtEnd()) << "a recordset may outlive its connection";
 }
 
 TEST_F(AdoTest, ProvidersErrorsComeWithTheirCodesAndLeaveTheConnectionUsable) {
-    const auto failing = [this](const wchar_t* call, HRESULT code, const std::function<void()>& action) {
-        const auto before = std::exchange(script_.Answers[call], {{.Code = code, .Description = L"said"}});
-        EXPECT_EQ(CodeOf(action), static_cast<std::uint32_t>(code));
-        script_.Answers[call] = before;
+    const auto failing = [this](const wchar_t* call, std::uint32_t code, const std::function<void()>& action) {
+        script_.Rest.push_back({call, {.Code = static_cast<HRESULT>(code), .Description = L"said"}});
+        EXPECT_EQ(CodeOf(action), code);
     };
-    constexpr auto Unspecified = static_cast<HRESULT>(0x80004005);
-    failing(L"call Connection.Open", Unspecified, [&] { engine_.Open(L"absent.mdb"); });
-    EXPECT_EQ(script_.LiveObjects, 0);
-
-    const auto database = engine_.Open(L"any.mdb");
-    const auto rows = database->Query(L"SELECT 1");
-    constexpr auto InCommand = static_cast<HRESULT>(0x80040E14);
-    failing(L"call Connection.Execute", InCommand, [&] { database->Execute(L"DELET FROM M_type"); });
-    failing(L"call Connection.Execute", InCommand, [&] { database->Query(L"SELECT * FROM Absent"); });
-    failing(L"call Connection.CommitTrans", Unspecified, [&] { database->CommitTransaction(); });
-    failing(L"get Fields.Item", static_cast<HRESULT>(0x800A0CC1), [&] { rows->Field(L"Absent"); });
-    failing(L"call Recordset.MoveNext", static_cast<HRESULT>(0x800A0BCD), [&] { rows->MoveNext(); });
-    EXPECT_EQ(rows->Field(L"Pub_No"), FieldValue(L"K1"));
-    script_.Answers[L"call Connection.Close"] = {{.Code = Unspecified}};
+    const auto database = Open();
+    const auto rows = Select(*database);
+    script_.Rest.push_back(
+        {L"put Connection.ConnectionString(\"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=a\")", {}});
+    failing(L"call Connection.Open(\"\", \"\", \"\", -1)", 0x80004005, [&] { engine_.Open(L"a"); });
+    failing(L"call Connection.Execute(\"DELET\", missing, -1)", 0x80040E14, [&] { database->Execute(L"DELET"); });
+    failing(L"call Connection.Execute(\"SELEC\", missing, 1)", 0x80040E14, [&] { database->Query(L"SELEC"); });
+    failing(L"call Connection.CommitTrans()", 0x80004005, [&] { database->CommitTransaction(); });
+    failing(L"get Fields.Item(\"Absent\")", 0x800A0CC1, [&] { rows->Field(L"Absent"); });
+    failing(L"call Recordset.MoveNext()", 0x800A0BCD, [&] { rows->MoveNext(); });
+    Select(*database);
+    ExpectClose(E_FAIL);
 }
 
 ComValue Raw(const std::function<void(VARIANT&)>& fill) {
@@ -112,11 +102,13 @@ TEST_F(AdoTest, EveryColumnTypeBecomesItsFieldValue) {
         {"last second of a day", Date(37716.99999999), local_days{April / 6 / 2003} + 0s},
         {"time alone", Date(0.75), local_days{December / 30 / 1899} + 18h},
         {"before day zero", Date(-1.25), local_days{December / 29 / 1899} + 6h}};
-    const auto rows = engine_.Open(L"any.mdb")->Query(L"SELECT 1");
+    const auto database = Open();
+    const auto rows = Select(*database);
     for (const auto& [label, value, expected] : cases) {
-        script_.Answers[L"get Field.Value"] = {{value}};
+        script_.Rest = {{L"get Fields.Item(0)", {.Object = L"Field"}}, {L"get Field.Value()", {value}}};
         EXPECT_EQ(rows->Field(0), expected) << label;
     }
+    ExpectClose();
 }
 
 }  // namespace
