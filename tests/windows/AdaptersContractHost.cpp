@@ -1,8 +1,11 @@
+#include <algorithm>
+
 #include "platform/windows/FileTimes.h"
 #include "platform/windows/Handle.h"
 #include "startup/windows/WindowsPlatform.h"
 #include "tests/ScratchFolder.h"
 #include "tests/contract/ContractHost.h"
+#include "tools/screenshots/WorkshopUser.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -16,8 +19,8 @@ class WindowsContractHost : public ContractHost {
     }
     ~WindowsContractHost() override {
         RegDeleteTreeW(HKEY_CURRENT_USER, ContractKey);
-        for (const std::wstring& link : links_) {
-            RunBelowWine(L"rm -f " + link);
+        for (const std::string& link : links_) {
+            RunOutside("rm " + link);
         }
     }
 
@@ -29,13 +32,13 @@ class WindowsContractHost : public ContractHost {
             CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     }
     void MakeLink(const std::wstring& path, const std::wstring& target) override {
-        CreateSymbolicLinkW(path.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
-        if (WineCall("ntdll.dll", "wine_get_version") != nullptr) {
-            // It only says that it made one, and cannot remove one, but shows those of its host.
-            const std::size_t last = path.rfind(L'\\');
-            links_.push_back(L"'" + UnixPath(path.substr(0, last)) + L"/" + path.substr(last + 1) + L"'");
-            RunBelowWine(L"ln -s '" + UnixPath(target) + L"' " + links_.back());
+        if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
+            CreateSymbolicLinkW(path.c_str(), target.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
+            return;
         }
+        // Wine only says that it made one, and cannot remove one, but shows those of its host.
+        links_.push_back(OutsidePath(path));
+        RunOutside("ln -s " + OutsidePath(target) + " " + links_.back());
     }
     void SetModified(const std::wstring& path, FileTime time) override {
         const FileHandle file(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -49,29 +52,16 @@ class WindowsContractHost : public ContractHost {
     }
 
   private:
-    static FARPROC WineCall(const char* library, const char* name) {
-        return GetProcAddress(GetModuleHandleW(FromUtf8(library).c_str()), name);
-    }
-    static std::wstring UnixPath(const std::wstring& path) {
-        using PathOf = char*(CDECL*)(const wchar_t*);
-        const auto address = reinterpret_cast<void*>(WineCall("kernel32.dll", "wine_get_unix_file_name"));
-        return FromUtf8(reinterpret_cast<PathOf>(address)(path.c_str()));
-    }
-    /// Runs a command of the host and waits for it.
-    void RunBelowWine(const std::wstring& command) {
-        const std::wstring done = disc_.Below(L"done");
-        Computer().Processes.StartVisible(L"Z:\\bin\\sh -c \"" + command + L"; echo >'" +
-                                          UnixPath(disc_.Path().wstring()) + L"/done'\"");
-        for (int polls = 0; !Computer().Files.Exists(done) && polls < 500; ++polls) {
-            Sleep(10);
-        }
-        Computer().Files.Remove(done);
+    static std::string OutsidePath(const std::wstring& path) {
+        std::string name = "\"$PWD/" + ToUtf8(path.substr(3)) + "\"";
+        std::ranges::replace(name, '\\', '/');
+        return name;
     }
 
     WindowsPlatform computer_{L"Contract"};
     ScratchFolder scratch_{L"contract"};
     ScratchFolder disc_{L"my disc"};
-    std::vector<std::wstring> links_;  ///< to be removed by the host
+    std::vector<std::string> links_;  ///< to be removed by the host
 };
 
 }  // namespace

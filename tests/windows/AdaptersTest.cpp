@@ -12,7 +12,6 @@
 #include "platform/windows/WindowsClock.h"
 #include "platform/windows/WindowsComputer.h"
 #include "platform/windows/WindowsFiles.h"
-#include "platform/windows/WindowsMessageBoxes.h"
 #include "platform/windows/WindowsProcesses.h"
 #include "platform/windows/WindowsVolumes.h"
 #include "tests/ScratchFolder.h"
@@ -75,7 +74,7 @@ TEST(WindowsVolumesTest, TellsAllFreeBytes) {
 TEST(ProcessHardeningTest, NoBoxesAndNoLibrariesFromTheCurrentFolder) {
     const ScratchFolder scratch;
     // A program's file loads as a library too.
-    const std::wstring self = WindowsComputer(L"Contract instance").ProgramFolder() + L"\\windows_adapters.exe";
+    const std::wstring self = WindowsComputer(L"Adapters").ProgramFolder() + L"\\windows_adapters.exe";
     WindowsFiles().CopyToNew(self, scratch.Below(L"planted.dll"));
     std::array<wchar_t, MAX_PATH> current{};
     GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
@@ -126,15 +125,8 @@ TEST(WindowsClockTest, KeysWorkInModelessDialogsAndAQuitMessageWaitsForTheLoop) 
     DestroyWindow(dialog);
 }
 
-TEST(WindowsComputerTest, OnlyAnEarlierInstanceOfTheSameNameCounts) {
-    const auto first = std::make_unique<WindowsComputer>(L"Contract instance");
-    EXPECT_FALSE(first->IsPreviousInstanceRunning());
-    EXPECT_FALSE(WindowsComputer(L"Contract other").IsPreviousInstanceRunning());
-    EXPECT_TRUE(WindowsComputer(L"Contract instance").IsPreviousInstanceRunning());
-}
-
 TEST(WindowsComputerTest, TellsUserFoldersLanguageAndCodePage) {
-    WindowsComputer computer(L"Contract instance");
+    WindowsComputer computer(L"Adapters");
     EXPECT_NE(L"", computer.UserName());
     EXPECT_EQ(4u, computer.LanguageIdentifier().size());
     EXPECT_TRUE(WindowsFiles().Exists(computer.ProgramFolder() + L"\\windows_adapters.exe"));
@@ -145,32 +137,6 @@ TEST(WindowsComputerTest, TellsUserFoldersLanguageAndCodePage) {
     ASSERT_EQ(GetACP(), 1252U) << "what follows is for the code page of the tests' computer";
     EXPECT_EQ("\xE9?8?", computer.ToSystemCodePage(L"é説8∞"));
     EXPECT_EQ(L"é€", computer.FromSystemCodePage("\xE9\x80"));
-}
-
-std::wstring shownTitle;
-
-/// Presses Enter in the box as soon as it is there, and notes its title.
-void CALLBACK PressEnter(HWND, UINT, UINT_PTR timer, DWORD) {
-    const HWND box = GetForegroundWindow();
-    if (FindWindowExW(box, nullptr, L"Button", nullptr)) {
-        KillTimer(nullptr, timer);
-        std::array<wchar_t, 100> title{};
-        GetWindowTextW(box, title.data(), static_cast<int>(title.size()));
-        shownTitle = title.data();
-        PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
-    }
-}
-
-TEST(WindowsMessageBoxesTest, AnswersByTheDefaultButtonAndNamesTheProgram) {
-    const std::tuple<int, std::wstring, int> cases[] = {
-        {boxes::Ok | boxes::Exclamation, L"", boxes::AnswerOk},
-        {boxes::YesNo | boxes::Exclamation, L"Select folder", boxes::AnswerYes},
-        {boxes::YesNo | boxes::SecondButtonDefault, L"", boxes::AnswerNo}};
-    for (const auto& [style, title, answer] : cases) {
-        SetTimer(nullptr, 0, 20, &PressEnter);
-        EXPECT_EQ(answer, WindowsMessageBoxes().Show(L"Text", style, title));
-        EXPECT_EQ(title.empty() ? L"Manual Install Program" : title, shownTitle);
-    }
 }
 
 /// Started with this argument, the program only tells by its exit code how its window was to be shown.
@@ -187,17 +153,12 @@ const bool told = [] {
 
 TEST(WindowsProcessesTest, ProgramsStartHidden) {
     ASSERT_FALSE(told);
-    const std::wstring program = WindowsComputer(L"Contract instance").ProgramFolder() + L"\\windows_adapters.exe";
+    const std::wstring program = WindowsComputer(L"Adapters").ProgramFolder() + L"\\windows_adapters.exe";
     const auto process = WindowsProcesses().StartHidden(L"\"" + program + L"\" " + TellShowState);
     for (int polls = 0; process->ExitCode() == StillActive && polls < 1500; ++polls) {
         Sleep(20);
     }
     EXPECT_EQ(100u + SW_HIDE, process->ExitCode());
-}
-
-TEST(WindowsProcessesTest, TheSnapshotHoldsThisProgram) {
-    const std::vector<std::wstring> names = WindowsProcesses().Snapshot().value();
-    EXPECT_EQ(1, std::count(names.begin(), names.end(), L"windows_adapters.exe"));
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
-#include "tests/windows/archivelibrary/RecordingLibrary.h"
-
 #include <windows.h>
 
-#include <cstring>
 #include <exception>
 
 #include "platform/archive/EmbeddedArchives.h"
@@ -12,8 +9,6 @@
 #include "text/Arguments.h"
 
 namespace {
-
-mip::RecordedCall lastCall{};
 
 /// Quotes every path for the embedded extractor, which does the work: blanks split only this library's arguments.
 void Run(const std::vector<std::wstring>& arguments) {
@@ -32,20 +27,16 @@ void Run(const std::vector<std::wstring>& arguments) {
 
 }  // namespace
 
+/// Leaves in the environment how it was called.
 extern "C" int WINAPI SevenZip(HWND owner, LPCSTR commandLine, LPSTR output, DWORD outputSize) {
-    ++lastCall.Count;
-    lastCall.Owner = owner;
-    strncpy(lastCall.CommandLine, commandLine, sizeof lastCall.CommandLine - 1);
-    lastCall.OutputLength = output ? static_cast<int>(strlen(output)) : -1;
-    lastCall.OutputSize = outputSize;
+    const std::string call = std::string(owner ? "with a window: " : "") + commandLine + " > " +
+                             (output ? "\"" + std::string(output) + "\"" : "nowhere") + " of " +
+                             std::to_string(outputSize);
+    SetEnvironmentVariableA("SEVENZIP_CALL", call.c_str());
     try {
         Run(mip::SplitArguments(mip::WindowsComputer(L"archive library").FromSystemCodePage(commandLine)));
         return 0;
     } catch (const std::exception&) {
-        return mip::LibraryFailure;
+        return 0x00008020;
     }
-}
-
-extern "C" const mip::RecordedCall* LastCall() {
-    return &lastCall;
 }

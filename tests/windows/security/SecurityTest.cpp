@@ -2,6 +2,7 @@
 
 #include <windows.h>
 #include <aclapi.h>
+#include <sddl.h>
 
 #include "platform/PlatformError.h"
 #include "platform/windows/Handle.h"
@@ -15,39 +16,24 @@ namespace {
 constexpr std::uint32_t AllFileRights = 0x001F01FF;
 constexpr std::uint32_t ModifyRights = 0xE0010000;
 
-/// An access-control entry that allows, as it stands in memory.
-struct BuiltEntry {
-    int Flags;
-    std::uint32_t Mask;
-    Sid Account;
-    int Type = ACCESS_ALLOWED_ACE_TYPE;
-    bool operator==(const BuiltEntry&) const = default;
-};
-
-std::vector<BuiltEntry> EntriesOf(const AccessList& list) {
-    const PACL acl = dynamic_cast<const WindowsAccessList&>(list).Get();
-    std::vector<BuiltEntry> entries;
-    for (DWORD index = 0; index < acl->AceCount; ++index) {
-        void* found = nullptr;
-        GetAce(acl, index, &found);
-        const auto* ace = static_cast<const ACCESS_ALLOWED_ACE*>(found);
-        const auto* account = reinterpret_cast<const std::uint8_t*>(&ace->SidStart);
-        const DWORD size = GetLengthSid(const_cast<std::uint8_t*>(account));
-        entries.push_back({ace->Header.AceFlags, ace->Mask, Sid(account, account + size), ace->Header.AceType});
-    }
-    return entries;
+/// A list in the system's own notation: "D:(kind;inheritance;rights;;;account)...".
+std::unique_ptr<AccessList> ListOf(const std::wstring& text) {
+    LocalMemory<void*> descriptor;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(text.c_str(), SDDL_REVISION_1, descriptor.Receive(), nullptr);
+    BOOL flag = FALSE;
+    PACL list = nullptr;
+    EXPECT_TRUE(GetSecurityDescriptorDacl(descriptor.Get(), &flag, &list, &flag));
+    return std::make_unique<WindowsAccessList>(std::move(descriptor), list);
 }
 
-/// A list of these entries, built by the system.
-std::unique_ptr<AccessList> MakeList(const std::vector<BuiltEntry>& entries) {
-    constexpr DWORD size = 1024;
-    LocalMemory<void*> memory(LocalAlloc(LPTR, size));
-    auto* const acl = static_cast<PACL>(memory.Get());
-    InitializeAcl(acl, size, ACL_REVISION);
-    for (BuiltEntry entry : entries) {
-        AddAccessAllowedAceEx(acl, ACL_REVISION, static_cast<DWORD>(entry.Flags), entry.Mask, entry.Account.data());
-    }
-    return std::make_unique<WindowsAccessList>(std::move(memory), acl);
+std::wstring TextOf(const AccessList& list) {
+    SECURITY_DESCRIPTOR descriptor{};
+    InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&descriptor, TRUE, dynamic_cast<const WindowsAccessList&>(list).Get(), FALSE);
+    LocalMemory<wchar_t*> text;
+    ConvertSecurityDescriptorToStringSecurityDescriptorW(&descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION,
+                                                         text.Receive(), nullptr);
+    return text.Get();
 }
 
 class SecurityTest : public testing::Test {
@@ -55,34 +41,30 @@ class SecurityTest : public testing::Test {
     WindowsAccessControl control_;
     WindowsAccountNames names_;
     const Sid users_ = names_.MakeSid({SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_USERS});
-    const Sid administrators_ = names_.MakeSid({SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS});
     const ScratchFolder folder_;
     const std::wstring file_ = folder_.Write(L"access 試験.txt", "x");
 };
 
 TEST_F(SecurityTest, MergedEntryReplacesTheTrusteesOwnAndKeepsOthers) {
-    const BuiltEntry others{0, AllFileRights, administrators_};
-    const BuiltEntry earlier{0, 0x1, users_};
-    const BuiltEntry full{0, AllFileRights, users_};
-    const BuiltEntry below{OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE, ModifyRights, users_};
-    const std::tuple<const char*, std::vector<BuiltEntry>, ExplicitAccess, BuiltEntry> cases[] = {
-        {"one object", {others}, {L"Users", AllFileRights}, full},
+    const std::wstring others = L"(A;;FA;;;BA)";
+    const std::wstring full = L"(A;;FA;;;BU)";
+    const std::tuple<const char*, std::wstring, ExplicitAccess, std::wstring> cases[] = {
+        {"one object", L"", {L"Users", AllFileRights}, full},
         {"a folder with what is below it",
-         {others},
+         L"",
          {L"Users", ModifyRights, SET_ACCESS, SUB_CONTAINERS_AND_OBJECTS_INHERIT},
-         below},
-        {"in place of an earlier grant", {earlier, others}, {L"Users", AllFileRights}, full},
-        {"a name with the rest of its buffer", {others}, {std::wstring(L"Users\0   ", 9), AllFileRights}, full}};
-    for (const auto& [label, before, entry, expected] : cases) {
+         L"(A;OICI;SDGXGWGR;;;BU)"},
+        {"in place of an earlier grant", L"(A;;CC;;;BU)", {L"Users", AllFileRights}, full},
+        {"a name with the rest of its buffer", L"", {std::wstring(L"Users\0   ", 9), AllFileRights}, full}};
+    for (const auto& [label, earlier, entry, expected] : cases) {
         SCOPED_TRACE(label);
-        const auto current = MakeList(before);
-        const auto entries = EntriesOf(*control_.MergeEntry(*current, entry));
-        ASSERT_EQ(entries.size(), 2u);
-        EXPECT_TRUE(entries[0] == expected || entries[1] == expected);
-        EXPECT_TRUE(entries[0] == others || entries[1] == others);
-        EXPECT_EQ(EntriesOf(*current), before);
+        const auto current = ListOf(L"D:" + earlier + others);
+        const std::wstring merged = TextOf(*control_.MergeEntry(*current, entry));
+        EXPECT_TRUE(merged == L"D:" + expected + others || merged == L"D:" + others + expected)
+            << testing::PrintToString(merged);
+        EXPECT_EQ(TextOf(*current), L"D:" + earlier + others);
     }
-    const auto empty = MakeList({});
+    const auto empty = ListOf(L"D:");
     const auto merge = [&](const wchar_t* trustee) {
         return CodeOf([&] { control_.MergeEntry(*empty, {trustee, AllFileRights}); });
     };
