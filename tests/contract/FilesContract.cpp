@@ -13,14 +13,12 @@ using FoldersContract = ContractTest;
 using Names = std::vector<std::wstring>;
 
 constexpr FileTime Earlier{std::chrono::sys_days{std::chrono::year{2019} / 3 / 14} + std::chrono::hours{15}};
-constexpr std::size_t Sizes[] = {0, 1, 65'536, 524'287, 524'288, 524'289, 1'300'000};
 
 /// Bytes that tell where they stand.
 std::string Numbered(std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i) {
-        bytes[i] = static_cast<char>(i * 7 + i / 251);
-    }
+    std::string bytes;
+    std::generate_n(std::back_inserter(bytes), size,
+                    [&] { return static_cast<char>(bytes.size() * 7 + bytes.size() / 251); });
     return bytes;
 }
 
@@ -42,57 +40,49 @@ TEST_F(FilesContract, CopyToNewNeedsAFileAndLeavesAnExistingOneAlone) {
     }
 }
 
-TEST_F(FilesContract, CopyToNewCarriesContentOfEverySizeTheTimeAndNoAttributes) {
-    for (const std::size_t size : Sizes) {
-        SCOPED_TRACE(size);
-        const std::wstring name = At(std::to_wstring(size));
-        const std::wstring copy = name + L".copy";
-        files_.Write(name, Numbered(size));
-        host_->SetModified(name, Earlier);
-        files_.SetAttributes(name, attributes::ReadOnly | attributes::Hidden | attributes::System);
-
-        files_.CopyToNew(name, copy);
-        EXPECT_TRUE(Numbered(size) == files_.Read(copy));
-        const FileStatus status = files_.Status(copy);
-        EXPECT_EQ(size, status.Size);
-        EXPECT_EQ(0u, status.Attributes & ~attributes::Archive);
-        EXPECT_LE(std::chrono::abs(status.Modified - Earlier), std::chrono::seconds{2});
+TEST_F(FilesContract, CopiesCarryContentOfEverySizeTheTimeAndNoAttributes) {
+    for (const wchar_t* const folder : {L"source", L"copy", L"single"}) {
+        folders_.Create(At(folder));
     }
-}
-
-TEST_F(FilesContract, CopyAllToNewTellsOfEveryFile) {
-    folders_.Create(At(L"source"));
-    folders_.Create(At(L"copy"));
-    std::map<std::wstring, std::string> contents{{L"old.txt", "kept"}};
-    for (const std::size_t size : Sizes) {
+    std::map<std::wstring, std::string> contents;
+    for (const std::size_t size : {0, 1, 65'536, 524'287, 524'288, 524'289, 1'300'000}) {
         contents[std::to_wstring(size)] = Numbered(size);
     }
     for (int i = 0; i < 200; ++i) {
         contents[L"small " + std::to_wstring(i)] = std::string(100, static_cast<char>(i));
     }
-    Names names{L"none.txt"};
+    Names names{L"none.txt", L"old.txt"};
     std::map<std::wstring, std::uint32_t> expected{{L"none.txt", errors::FileNotFound},
                                                    {L"old.txt", errors::FileExists}};
     for (const auto& [name, bytes] : contents) {
-        files_.Write(At(L"source\\" + name), name == L"old.txt" ? "new" : bytes);
-        host_->SetModified(At(L"source\\" + name), Earlier);
+        const std::wstring source = At(L"source\\" + name);
+        files_.Write(source, bytes);
+        host_->SetModified(source, Earlier);
+        files_.SetAttributes(source, attributes::ReadOnly | attributes::Hidden | attributes::System);
+        files_.CopyToNew(source, At(L"single\\" + name));
         names.push_back(name);
-        expected.try_emplace(name, 0);
+        expected[name] = 0;
     }
+    files_.Write(At(L"source\\old.txt"), "new");
     files_.Write(At(L"copy\\old.txt"), "kept");
-    host_->SetModified(At(L"copy\\old.txt"), Earlier);
-
     std::map<std::wstring, std::uint32_t> told;
     files_.CopyAllToNew(At(L"source"), names, At(L"copy"), [&](const std::wstring& name, std::uint32_t code) {
         EXPECT_TRUE(told.emplace(name, code).second);
     });
 
     EXPECT_EQ(told, expected);
+    EXPECT_EQ(files_.Read(At(L"copy\\old.txt")), "kept");
+    EXPECT_EQ(folders_.List(At(L"copy")).Files.size(), contents.size() + 1);
     for (const auto& [name, bytes] : contents) {
-        EXPECT_TRUE(files_.Read(At(L"copy\\" + name)) == bytes) << testing::PrintToString(name);
-        EXPECT_LE(std::chrono::abs(files_.Status(At(L"copy\\" + name)).Modified - Earlier), std::chrono::seconds{2});
+        for (const std::wstring& copy : {At(L"single\\" + name), At(L"copy\\" + name)}) {
+            SCOPED_TRACE(testing::PrintToString(copy));
+            EXPECT_TRUE(files_.Read(copy) == bytes);
+            const FileStatus status = files_.Status(copy);
+            EXPECT_EQ(status.Size, bytes.size());
+            EXPECT_EQ(status.Attributes & ~attributes::Archive, 0u);
+            EXPECT_LE(std::chrono::abs(status.Modified - Earlier), std::chrono::seconds{2});
+        }
     }
-    EXPECT_EQ(folders_.List(At(L"copy")).Files.size(), contents.size());
 }
 
 TEST_F(FilesContract, CopyAllToNewStopsWhenItsCallerDoes) {

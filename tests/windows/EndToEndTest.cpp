@@ -105,39 +105,25 @@ TEST(EndToEnd, RefusingTheTermsChangesNothing) {
 constexpr wchar_t DiagnosisFolder[] = L"C:\\Other manuals\\Diagnosis2023_PDF";
 constexpr wchar_t Kestren[] = L"K5150MM";
 
-/// Runs the program to its end, watching that it shows the screen with this control and no other. Returns the code.
-DWORD RunWithScreen(const std::wstring& switches, int control, const std::function<void(HWND)>& look) {
+/// Runs the program to its end, watching that it shows the screen with this control and no question or result.
+DWORD RunWithScreen(const std::wstring& switches, int control) {
     const WorkshopUser user(L"/LANG=09 " + switches);
-    HWND seen = nullptr;
+    bool wasSeen = false;
     const DWORD exitCode = user.WaitForEnd([&] {
-        const HWND screen = user.FindScreen(control);
-        if (screen != nullptr && seen == nullptr) {
-            seen = screen;
-            look(screen);
-        }
-        EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr) << "a question or a result";
+        wasSeen = wasSeen || user.FindScreen(control) != nullptr;
+        EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr);
     });
-    EXPECT_NE(seen, nullptr) << "the screen was not shown";
+    EXPECT_TRUE(wasSeen);
     return exitCode;
 }
 
-/// A control's text as the system keeps it: the busy program answers no question.
-std::wstring KeptTextOf(HWND control) {
-    wchar_t text[256]{};
-    InternalGetWindowText(control, text, 256);
-    return text;
-}
-
 DWORD Maintain(const std::wstring& maintenance) {
-    return RunWithScreen(maintenance, ids::L_TransactionMsg, [](HWND screen) {
-        EXPECT_EQ(KeptTextOf(GetDlgItem(screen, ids::L_TransactionMsg)), Message(94));
-        EXPECT_EQ(KeptTextOf(GetDlgItem(screen, ids::Label1)), Message(95));
-    });
+    return RunWithScreen(maintenance, ids::L_TransactionMsg);
 }
 
 TEST(EndToEnd, ASilentInstallationThenCheckThenRemoval) {
     KeepOnDiscAlone({L"Diagnosis2023_PDF"});
-    EXPECT_EQ(RunWithScreen(L"/SILENT /ACCEPT \"/DIR=C:\\Other manuals\"", ids::L_STEP + 2, [](HWND) {}), 0U);
+    EXPECT_EQ(RunWithScreen(L"/SILENT /ACCEPT \"/DIR=C:\\Other manuals\"", ids::L_STEP + 2), 0U);
     EXPECT_EQ(ReadCatalogue().at(L"K8040PD"), (Row{L"2", DiagnosisFolder, L"0"}));
     EXPECT_TRUE(IsDiscEdition(DiagnosisFolder, L"Diagnosis2023_PDF"));
 

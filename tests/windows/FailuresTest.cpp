@@ -6,7 +6,6 @@
 
 #include <windows.h>
 
-#include "forms/ControlIds.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/Handle.h"
 #include "tools/screenshots/WorkshopUser.h"
@@ -25,9 +24,7 @@ std::wstring FolderOf(const std::wstring& manual) {
     return std::wstring(Manuals) + L"\\" + manual;
 }
 
-std::wstring Succeeded() {
-    return Message(64) + L"\n" + Message(65);
-}
+const std::wstring Succeeded = Message(64) + L"\n" + Message(65);
 
 /// Holds a file open as a program does that lets others read and write it, or not even that.
 FileHandle Hold(const std::wstring& path, DWORD sharing = 0) {
@@ -104,7 +101,7 @@ TEST(Failures, ACompanionThatFailsIsAskedAbout) {
     user.Answer(WaitForCompanionQuestion(user), IDYES);
     user.Answer(WaitForCompanionQuestion(user), IDYES);
     EXPECT_EQ(user.WaitForResult(), 1);
-    EXPECT_EQ(user.ResultTexts(), Succeeded());
+    EXPECT_EQ(user.ResultTexts(), Succeeded);
     EXPECT_EQ(user.Leave(), 0U);
     ExpectDiscEdition(L"K2310MM", L"1", Merivo);
 }
@@ -131,16 +128,18 @@ TEST(Failures, WhatIsOpenElsewhereStaysAsItIs) {
     const auto before = Library();
     const WorkshopUser user;
     for (const auto& [path, name] : {std::pair{page, L"Brescot  K3420MM"}, {pdf, L"All models  K8040PD"}}) {
-        const FileHandle lock = Hold(path);
+        FileHandle lock = Hold(path);
         user.Install();
+        lock.Reset();
         std::wstring inUse = Message(101);
         EXPECT_EQ(user.ResultTexts(), inUse.replace(inUse.find(L'@'), 1, name) + L"\n" + Message(24));
-        user.CloseResult();
-        EXPECT_EQ(BytesOf(pdf), "copied by hand");
         EXPECT_EQ(Library() == before, path == page);
+        EXPECT_EQ(BytesOf(pdf), "copied by hand");
+        user.CloseResult();
     }
+    EXPECT_FALSE(ReadCatalogue().contains(L"K8040PD"));
     user.Install();
-    EXPECT_EQ(user.ResultTexts(), Succeeded());
+    EXPECT_EQ(user.ResultTexts(), Succeeded);
     EXPECT_EQ(user.Leave(), 0U);
     ExpectDiscEdition(L"K3420MM", L"5", Brescot);
 }
@@ -191,7 +190,7 @@ TEST(Failures, AFullDriveIsSaidBeforeTheRemovalWhenKnownAndRepairedWhenNot) {
     fs::remove(L"E:\\other.bin");
     EXPECT_EQ(user.Leave(), 4U);
 
-    ExpectRun(Succeeded(), 0);
+    ExpectRun(Succeeded, 0);
     EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", folder, L"0"}));
     EXPECT_TRUE(IsDiscEdition(folder, Brescot));
 }

@@ -11,10 +11,10 @@
 #include "platform/windows/Handle.h"
 #include "platform/windows/WindowsArchiveSystem.h"
 #include "platform/windows/WindowsArchives.h"
+#include "platform/windows/WindowsClock.h"
 #include "platform/windows/WindowsComputer.h"
 #include "tests/ScratchFolder.h"
 #include "tests/native/archive/ZipArchivesHost.h"
-#include "tests/native/fakes/FakeComputer.h"
 
 namespace mip {
 namespace {
@@ -25,11 +25,7 @@ constexpr auto LibraryName = L"7-zip32.dll";
 /// What the library answers when it cannot do what it was told.
 constexpr int LibraryFailure = 0x00008020;
 
-fs::path SystemFolder() {
-    wchar_t folder[MAX_PATH] = L"";
-    GetSystemDirectoryW(folder, MAX_PATH);
-    return folder;
-}
+const fs::path SystemFolder = L"C:\\windows\\system32";
 
 /// Where a module of this process was loaded from; of the program itself without a name. "" when there is none.
 fs::path PathOfModule(const wchar_t* name) {
@@ -61,8 +57,7 @@ class LibraryArchivesHost : public ZipArchivesHost {
   private:
     ProgramComputer computer_;
     WindowsArchiveSystem system_;
-    Faults faults_;
-    FakeClock clock_{faults_};
+    WindowsClock clock_;
     EmbeddedArchives embedded_{system_, clock_};
     WindowsArchives archives_{computer_, embedded_};
 };
@@ -75,10 +70,7 @@ class NotedExtractor : public Archives {
         return 7;
     }
     ArchiveFacts Inspect(const std::wstring&) override {
-        if (Refuses) {
-            throw PlatformError("Inspect", L"", 1);
-        }
-        return Facts;
+        return Refuses ? throw PlatformError("Inspect", L"", 1) : Facts;
     }
     ArchiveFacts Test(const std::wstring& commandLine) override { return Inspect(commandLine); }
 
@@ -89,12 +81,10 @@ class NotedExtractor : public Archives {
 
 class ArchiveLibrary : public testing::Test {
   protected:
-    static std::int32_t Extract(Archives& archives, const std::wstring& commandLine) {
-        return archives.SevenZip(commandLine, NoFaultLog::Instance());
-    }
-    std::int32_t ExtractAnew(const std::wstring& commandLine) {
-        WindowsArchives archives(computer_, embedded_);
-        return Extract(archives, commandLine);
+    ArchiveLibrary() { SetEnvironmentVariableA("SEVENZIP_CALL", nullptr); }
+
+    std::int32_t Extract(const std::wstring& commandLine) {
+        return archives_.emplace(computer_, embedded_).SevenZip(commandLine, NoFaultLog::Instance());
     }
     /// How the library was called last; "" when it was not.
     static std::string LastCall() {
@@ -105,64 +95,55 @@ class ArchiveLibrary : public testing::Test {
 
     NotedExtractor embedded_;
     ProgramComputer computer_;
+    std::optional<WindowsArchives> archives_;  ///< new for each extraction
     const fs::path library_ = computer_.Folder.Path() / LibraryName;
 };
 
-/// Puts the library into the system folder, from which the system removes it even if the test crashes.
-FileHandle PutSystemLibrary() {
-    PutLibrary(SystemFolder());
-    return FileHandle(CreateFileW((SystemFolder() / LibraryName).c_str(), DELETE,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-}
-
-TEST_F(ArchiveLibrary, LibraryBesideTheProgramGetsTheCommandLine) {
-    PutLibrary(computer_.Folder.Path());
-    const FileHandle systemLibrary = PutSystemLibrary();
+TEST_F(ArchiveLibrary, LibraryBesideTheProgramElseInTheSystemFolderGetsTheCommandLine) {
     const std::wstring commandLine = L"x -aoa -hide D:\\K\\manual.zip \"C:\\Temp\\é x\\\"";
-    WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(Extract(archives, commandLine), LibraryFailure);
+    PutLibrary(SystemFolder);
+    // The system removes it even if the test crashes.
+    const FileHandle systemLibrary(CreateFileW((SystemFolder / LibraryName).c_str(), DELETE,
+                                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                               OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    EXPECT_EQ(Extract(commandLine), LibraryFailure);
+    EXPECT_TRUE(fs::equivalent(PathOfModule(LibraryName), SystemFolder / LibraryName));
+
+    PutLibrary(computer_.Folder.Path());
+    EXPECT_EQ(Extract(commandLine), LibraryFailure);
     EXPECT_EQ(PathOfModule(LibraryName), library_);
     EXPECT_EQ(LastCall(), computer_.ToSystemCodePage(commandLine) + " > \"\" of 0");
     EXPECT_TRUE(embedded_.CommandLines.empty());
 
-    EXPECT_EQ(CodeOf([&] { archives.Test(L"x -aoa -hide \"D:\\none.zip\" \"C:\\t\\\""); }),
+    EXPECT_EQ(CodeOf([&] { archives_->Test(L"x -aoa -hide \"D:\\none.zip\" \"C:\\t\\\""); }),
               static_cast<std::uint32_t>(LibraryFailure));
     EXPECT_EQ(LastCall(), "t -hide D:\\none.zip > \"\" of 0") << "it tests what it is to extract";
 }
 
-TEST_F(ArchiveLibrary, LibraryOfTheSystemFolderIsSecondChoice) {
-    const FileHandle systemLibrary = PutSystemLibrary();
-    WindowsArchives archives(computer_, embedded_);
-    EXPECT_EQ(Extract(archives, L"x -aoa -hide D:\\manual.zip C:\\t"), LibraryFailure);
-    EXPECT_TRUE(fs::equivalent(PathOfModule(LibraryName), SystemFolder() / LibraryName));
-}
-
 TEST_F(ArchiveLibrary, EmbeddedExtractorWorksWhereNoUsableLibraryIs) {
-    const std::wstring commandLine = L"x -aoa -hide \"D:\\車 両.zip\" \"C:\\Temp\\\"";
-    EXPECT_EQ(ExtractAnew(commandLine), 7);
+    const std::wstring commandLine = L"x -aoa -hide D:\\manual.zip \"C:\\Temp\\\"";
+    EXPECT_EQ(Extract(commandLine), 7);
     std::ofstream(library_) << "not a library";
-    EXPECT_EQ(ExtractAnew(commandLine), 7);
-    ASSERT_TRUE(CopyFileW((SystemFolder() / "version.dll").c_str(), library_.c_str(), FALSE));
-    EXPECT_EQ(ExtractAnew(commandLine), 7) << "a library without the command entry";
+    EXPECT_EQ(Extract(commandLine), 7);
+    ASSERT_TRUE(CopyFileW((SystemFolder / "version.dll").c_str(), library_.c_str(), FALSE));
+    EXPECT_EQ(Extract(commandLine), 7) << "a library without the command entry";
     EXPECT_EQ(embedded_.CommandLines, std::vector<std::wstring>(3, commandLine));
 }
 
 TEST_F(ArchiveLibrary, EmbeddedExtractorServesWhatTheLibraryShouldNotGet) {
     PutLibrary(computer_.Folder.Path());
-    WindowsArchives archives(computer_, embedded_);
     std::vector<std::wstring> commandLines = {
         L"x -aoa -hide D:\\K 2021\\manual.zip \"C:\\t\\\"", L"x -aoa -hide \"D:\\K 2021\\manual.zip\" \"C:\\t\\\"",
         L"x -aoa -hide D:\\\u2603\\manual.zip \"C:\\t\\\"", L"x -aoa -hide D:\\K\\manual.zip \"C:\\\u2603\\\"",
         L"l -aoa -hide D:\\K\\manual.zip \"C:\\t\\\""};
     for (const std::wstring& commandLine : commandLines) {
-        EXPECT_EQ(Extract(archives, commandLine), 7);
-        EXPECT_EQ(archives.Test(commandLine), embedded_.Facts);
+        EXPECT_EQ(Extract(commandLine), 7);
+        EXPECT_EQ(archives_->Test(commandLine), embedded_.Facts);
     }
     embedded_.Refuses = true;
     commandLines.push_back(L"x -aoa -hide D:\\K\\manual.zip \"C:\\t\\\"");
-    EXPECT_EQ(Extract(archives, commandLines.back()), 7);
-    EXPECT_THROW(archives.Test(commandLines.back()), PlatformError);
+    EXPECT_EQ(Extract(commandLines.back()), 7);
+    EXPECT_THROW(archives_->Test(commandLines.back()), PlatformError);
     EXPECT_EQ(embedded_.CommandLines, commandLines);
     EXPECT_EQ(LastCall(), "");
 }
