@@ -11,18 +11,18 @@ namespace {
 class AdoTest : public AutomationTest {
   protected:
     std::unique_ptr<DatabaseConnection> Open() {
-        script_.Rest = {{L"put Connection.ConnectionString(\"Provider=Microsoft.Jet.OLEDB.4.0;"
+        script_.Expect({{L"put Connection.ConnectionString(\"Provider=Microsoft.Jet.OLEDB.4.0;"
                          L"Data Source=C:\\試験 1.mdb\")",
                          {}},
-                        {L"call Connection.Open(\"\", \"\", \"\", -1)", {}}};
+                        {L"call Connection.Open(\"\", \"\", \"\", -1)", {}}});
         return engine_.Open(L"C:\\試験 1.mdb");
     }
     std::unique_ptr<Recordset> Select(DatabaseConnection& database) {
-        script_.Rest = {{L"call Connection.Execute(\"SELECT 1\", missing, 1)", {.Object = L"Recordset"}},
-                        {L"get Recordset.Fields()", {.Object = L"Fields"}}};
+        script_.Expect({{L"call Connection.Execute(\"SELECT 1\", missing, 1)", {.Object = L"Recordset"}},
+                        {L"get Recordset.Fields()", {.Object = L"Fields"}}});
         return database.Query(L"SELECT 1");
     }
-    void ExpectClose(HRESULT result = S_OK) { script_.Rest = {{L"call Connection.Close()", {.Code = result}}}; }
+    void ExpectClose(HRESULT result = S_OK) { script_.Expect({{L"call Connection.Close()", {.Code = result}}}); }
 
     RegisteredClass connectionClass_{L"ADODB.Connection", script_, L"Connection"};
     WindowsPlatform computer_{L"AdoTest"};
@@ -31,19 +31,22 @@ class AdoTest : public AutomationTest {
 
 TEST_F(AdoTest, ConnectionIsOpenedUsedAndClosedByTheProvidersNames) {
     auto database = Open();
-    script_.Rest = {{L"call Connection.BeginTrans()", {1}},
+    script_.Expect({{L"call Connection.BeginTrans()", {1}},
                     {L"call Connection.Execute(\"DELETE FROM M_type\", missing, -1)", {}},
                     {L"call Connection.CommitTrans()", {}},
-                    {L"call Connection.RollbackTrans()", {}}};
+                    {L"call Connection.RollbackTrans()", {}}});
     database->BeginTransaction();
     database->Execute(L"DELETE FROM M_type");
     database->CommitTransaction();
     database->RollbackTransaction();
 
     const auto rows = Select(*database);
-    script_.Rest = {{L"get Recordset.EOF()", {false}}, {L"get Fields.Item(\"Pub_No\")", {.Object = L"Field"}},
-                    {L"get Field.Value()", {L"K1"}},   {L"get Fields.Item(7)", {.Object = L"Field"}},
-                    {L"get Field.Value()", {L"K2"}},   {L"call Recordset.MoveNext()", {}}};
+    script_.Expect({{L"get Recordset.EOF()", {false}},
+                    {L"get Fields.Item(\"Pub_No\")", {.Object = L"Field"}},
+                    {L"get Field.Value()", {L"K1"}},
+                    {L"get Fields.Item(7)", {.Object = L"Field"}},
+                    {L"get Field.Value()", {L"K2"}},
+                    {L"call Recordset.MoveNext()", {}}});
     EXPECT_FALSE(rows->AtEnd());
     EXPECT_EQ(rows->Field(L"Pub_No"), FieldValue(L"K1"));
     EXPECT_EQ(rows->Field(7), FieldValue(L"K2"));
@@ -51,7 +54,7 @@ TEST_F(AdoTest, ConnectionIsOpenedUsedAndClosedByTheProvidersNames) {
 
     ExpectClose();
     database.reset();
-    script_.Rest = {{L"get Recordset.EOF()", {true}}};
+    script_.Expect({{L"get Recordset.EOF()", {true}}});
     EXPECT_TRUE(rows->AtEnd()) << "a recordset may outlive its connection";
 }
 
@@ -105,7 +108,7 @@ TEST_F(AdoTest, EveryColumnTypeBecomesItsFieldValue) {
     const auto database = Open();
     const auto rows = Select(*database);
     for (const auto& [label, value, expected] : cases) {
-        script_.Rest = {{L"get Fields.Item(0)", {.Object = L"Field"}}, {L"get Field.Value()", {value}}};
+        script_.Expect({{L"get Fields.Item(0)", {.Object = L"Field"}}, {L"get Field.Value()", {value}}});
         EXPECT_EQ(rows->Field(0), expected) << label;
     }
     ExpectClose();

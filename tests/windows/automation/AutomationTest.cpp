@@ -27,7 +27,7 @@ TEST_F(AutomationTest, FailuresCarryTheObjectsOwnCodeAndDescription) {
         {L"call Thing.Do()", {.IsDeferred = true}, E_ABORT, L"filled in when asked"},
         {L"name Thing.Do", {.Code = DISP_E_UNKNOWNNAME}, DISP_E_UNKNOWNNAME, L""}};
     for (const auto& [step, answer, code, text] : cases) {
-        script_.Rest = {{step, answer}};
+        script_.Expect({{step, answer}});
         try {
             thing.Call(L"Do");
             ADD_FAILURE() << "nothing was thrown: " << code;
@@ -37,7 +37,7 @@ TEST_F(AutomationTest, FailuresCarryTheObjectsOwnCodeAndDescription) {
             EXPECT_EQ(error.Text(), text);
         }
     }
-    script_.Rest = {{L"get Thing.None()", {NoObject}}, {L"get Thing.Word()", {L"four"}}};
+    script_.Expect({{L"get Thing.None()", {NoObject}}, {L"get Thing.Word()", {L"four"}}});
     EXPECT_EQ(CodeOf([&] { thing.Get(L"None").Object(); }), static_cast<std::uint32_t>(E_POINTER));
     EXPECT_EQ(CodeOf([&] { thing.Get(L"Word").Integer(); }), static_cast<std::uint32_t>(DISP_E_TYPEMISMATCH));
     EXPECT_EQ(CodeOf([] { ComObject::Create(L"Not.Registered"); }), static_cast<std::uint32_t>(CO_E_CLASSSTRING));
@@ -45,7 +45,7 @@ TEST_F(AutomationTest, FailuresCarryTheObjectsOwnCodeAndDescription) {
 
 TEST_F(AutomationTest, OpenWindowsLeavesOutWhatCannotBeQueried) {
     const Answer window{.Object = L"Window"};
-    script_.Rest = {{L"call Shell.Windows()", {.Object = L"Windows"}},
+    script_.Expect({{L"call Shell.Windows()", {.Object = L"Windows"}},
                     {L"get Windows.Count()", {6}},
                     {L"call Windows.Item(0)", {NoObject}},
                     {L"call Windows.Item(1)", window},
@@ -60,7 +60,7 @@ TEST_F(AutomationTest, OpenWindowsLeavesOutWhatCannotBeQueried) {
                     {L"get IShellFolderViewDual.URL()", {L""}},
                     {L"call Windows.Item(5)", window},
                     {L"get Window.Document()", {.Object = L"Undescribed"}},
-                    {L"put Window.Visible(true)", {}}};
+                    {L"put Window.Visible(true)", {}}});
     const RegisteredClass shell(L"Shell.Application", script_, L"Shell");
     const auto found = WindowsBrowsers().OpenWindows();
     ASSERT_EQ(found.size(), 2u);
@@ -71,7 +71,7 @@ TEST_F(AutomationTest, OpenWindowsLeavesOutWhatCannotBeQueried) {
 }
 
 TEST_F(AutomationTest, BrowserIsDrivenByTheNamesOfItsObject) {
-    script_.Rest = {{L"call Browser.Navigate2(\"D:\\index.html\")", {}},
+    script_.Expect({{L"call Browser.Navigate2(\"D:\\index.html\")", {}},
                     {L"get Browser.Busy()", {false}},
                     {L"get Browser.ReadyState()", {4}},
                     {L"put Browser.Visible(true)", {}},
@@ -79,7 +79,7 @@ TEST_F(AutomationTest, BrowserIsDrivenByTheNamesOfItsObject) {
                     {L"get Browser.ReadyState()", {.Code = RPC_E_SERVERCALL_RETRYLATER}},
                     {L"get Browser.Busy()", {.Code = RPC_E_DISCONNECTED}},
                     {L"get Browser.ReadyState()", {.Code = RPC_E_DISCONNECTED}},
-                    {L"create Browser", {.Code = E_ACCESSDENIED}}};
+                    {L"create Browser", {.Code = E_ACCESSDENIED}}});
     const RegisteredClass internetExplorer(L"InternetExplorer.Application", script_, L"Browser");
     const auto browser = WindowsBrowsers().StartBrowser();
     browser->Navigate(L"D:\\index.html");
@@ -124,7 +124,7 @@ TEST_F(AutomationTest, ShortcutFileHoldsWhatWasPut) {
 
 TEST_F(AutomationTest, ShortcutsPropertiesArePutInOrderAndSavedLast) {
     const Answer notImplemented{.Code = E_NOTIMPL};
-    script_.Rest = {{L"call Shell.CreateShortcut(\"C:\\a.lnk\")", {.Object = L"Shortcut"}},
+    script_.Expect({{L"call Shell.CreateShortcut(\"C:\\a.lnk\")", {.Object = L"Shortcut"}},
                     {L"put Shortcut.TargetPath(\"x\")", {}},
                     {L"put Shortcut.Hotkey(\"\")", notImplemented},
                     {L"put Shortcut.WindowStyle(7)", {}},
@@ -133,7 +133,7 @@ TEST_F(AutomationTest, ShortcutsPropertiesArePutInOrderAndSavedLast) {
                     {L"put Shortcut.TargetPath(\"y\")", {}},
                     {L"call Shortcut.Save()", {}},
                     {L"call Shell.CreateShortcut(\"C:\\c.lnk\")", {.Object = L"Shortcut"}},
-                    {L"put Shortcut.TargetPath(\"z\")", notImplemented}};
+                    {L"put Shortcut.TargetPath(\"z\")", notImplemented}});
     const RegisteredClass scriptingShell(L"WScript.Shell", script_, L"Shell");
     WindowsShell().SaveShortcut(L"C:\\a.lnk", {{L"TargetPath", L"x"}, {L"Hotkey", L""}}, 7);
     WindowsShell().SaveShortcut(L"C:\\b.lnk", {{L"TargetPath", L"y"}}, std::nullopt);

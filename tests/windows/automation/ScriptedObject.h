@@ -30,8 +30,14 @@ class ScriptedObject;
 /// 1", missing, 1)". The first two kinds succeed without an answer where they do not stand. Any other call is a failure
 /// of the test.
 struct Script {
-    ~Script() { EXPECT_EQ(Rest.size(), 0U) << "calls were not made"; }
+    using Steps = std::deque<std::pair<std::wstring, Answer>>;
 
+    ~Script() { Expect({}); }
+
+    void Expect(Steps steps) {
+        EXPECT_EQ(Rest.size(), 0U) << "calls were not made";
+        Rest = std::move(steps);
+    }
     Answer Take(const std::wstring& call, const Answer& otherwise = {.Code = E_UNEXPECTED}) {
         if (Rest.empty() || Rest.front().first != call) {
             EXPECT_NE(otherwise.Code, E_UNEXPECTED) << "not its turn: " << testing::PrintToString(call);
@@ -43,7 +49,7 @@ struct Script {
     }
     inline ComPointer<IDispatch> MakeObject(const std::wstring& name);
 
-    std::deque<std::pair<std::wstring, Answer>> Rest{};
+    Steps Rest{};
     std::vector<std::unique_ptr<ScriptedObject>> Objects{};
 };
 
