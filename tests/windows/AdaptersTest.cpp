@@ -12,6 +12,7 @@
 #include "platform/windows/WindowsClock.h"
 #include "platform/windows/WindowsComputer.h"
 #include "platform/windows/WindowsFiles.h"
+#include "platform/windows/WindowsMessageBoxes.h"
 #include "platform/windows/WindowsProcesses.h"
 #include "platform/windows/WindowsVolumes.h"
 #include "tests/ScratchFolder.h"
@@ -137,6 +138,22 @@ TEST(WindowsComputerTest, TellsUserFoldersLanguageAndCodePage) {
     ASSERT_EQ(GetACP(), 1252U) << "what follows is for the code page of the tests' computer";
     EXPECT_EQ("\xE9?8?", computer.ToSystemCodePage(L"é説8∞"));
     EXPECT_EQ(L"é€", computer.FromSystemCodePage("\xE9\x80"));
+}
+
+std::array<wchar_t, 100> shownTitle{};
+
+void CALLBACK NoteTitleAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (const HWND box = GetActiveWindow(); FindWindowExW(box, nullptr, L"Button", nullptr) != nullptr) {
+        KillTimer(nullptr, timer);
+        GetWindowTextW(box, shownTitle.data(), static_cast<int>(shownTitle.size()));
+        PostMessageW(box, WM_COMMAND, IDOK, 0);
+    }
+}
+
+TEST(WindowsMessageBoxesTest, ABoxWithoutATitleNamesTheProgram) {
+    SetTimer(nullptr, 0, 20, &NoteTitleAndClose);
+    EXPECT_EQ(boxes::AnswerOk, WindowsMessageBoxes().Show(L"Text", boxes::Ok, L""));
+    EXPECT_STREQ(L"Manual Install Program", shownTitle.data());
 }
 
 /// Started with this argument, the program only tells by its exit code how its window was to be shown.
