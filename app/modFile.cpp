@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "app/Attempt.h"
 #include "app/Program.h"
 #include "app/modShell.h"
 #include "platform/Clock.h"
@@ -24,6 +25,15 @@ void RemoveForced(Platform& platform, const std::wstring& file) {
         PauseSeconds(platform.Clock, 1);
     }
     platform.Files.Remove(file);
+}
+
+/// True when there is nothing, or nothing more, for the batch file to remove.
+bool RemoveEmptyFolder(Platform& platform, const std::wstring& folder) {
+    if (!platform.Folders.Exists(folder)) {
+        return true;
+    }
+    return IsEmptyFolder(platform, folder) &&
+           Attempt(platform.FaultLog, "removing an empty folder", [&] { platform.Folders.Remove(folder); });
 }
 
 }  // namespace
@@ -87,7 +97,7 @@ bool RemoveFolder(Platform& platform, const Paths& paths, const std::wstring& fo
         platform.FaultLog.Trapped("removing a folder", error);
         return false;
     }
-    return RunAndWait(platform, paths.RmDirBatPath + L" \"" + folder + L"\"");
+    return RemoveEmptyFolder(platform, folder) || RunAndWait(platform, paths.RmDirBatPath + L" \"" + folder + L"\"");
 }
 
 bool MakeFolder(Platform& platform, const std::wstring& folder) {

@@ -25,8 +25,8 @@ std::wstring TrimFolderPath(const std::wstring& path);
 void ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
 /// True for a folder that holds nothing, links included; false also when it cannot be listed.
 bool IsEmptyFolder(Platform& platform, const std::wstring& folder);
-/// Removes a folder by the removal batch file and waits; true when the batch file could be run. A path with a quote,
-/// which no folder has, is not handed to it.
+/// Removes a folder, one that holds something by the removal batch file, for which it waits; false when that could not
+/// be run. A path with a quote, which no folder has, is not handed to it.
 bool RemoveFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
 /// Creates one folder level; false when that fails.
 bool MakeFolder(Platform& platform, const std::wstring& folder);

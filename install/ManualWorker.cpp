@@ -4,6 +4,7 @@
 #include <exception>
 #include <stdexcept>
 
+#include "app/Attempt.h"
 #include "app/Failure.h"
 #include "app/ManualPlace.h"
 #include "app/Messages.h"
@@ -179,7 +180,7 @@ void ManualWorker::Do(const ManualStep& step, DiscCatalogueRecord& manual) {
         case Act::RemoveRows:
             return RemoveOlderEdition(step.PubNo);
         case Act::Extract:
-            return ExtractAndCopyManual(manual);
+            return ExtractManual(manual);
         case Act::CopyPdf:
             manual.InstalledPath = step.Folder;
             return CopyPdfManual(manual);
@@ -224,38 +225,65 @@ void ManualWorker::RemoveOlderEdition(const std::wstring& pubNo) {
     program_.Log.Write(L"remove", pubNo, L"replaced by a later edition");
 }
 
-void ManualWorker::ExtractAndCopyManual(DiscCatalogueRecord& manual) {
+void ManualWorker::ExtractManual(DiscCatalogueRecord& manual) {
     bars_.Start(Bar::SevenZip, 0, ExpectedSeconds(), 0);
     view_.Repaint();
     const std::wstring& temporary = program_.Paths.UnZipTempPath;
     if (ExtractArchive(program_.Platform, manual.SourcePath, QuotedOutputFolder(program_.Paths)) != 0) {
         throw Failure(messages::ExtractionFailed, "the archive could not be extracted");
     }
-    const auto topLevelFolders = program_.Platform.Folders.List(temporary).Subfolders;
-    if (topLevelFolders.empty()) {
+    const FolderListing extracted = program_.Platform.Folders.List(temporary);
+    if (extracted.Subfolders.empty()) {
         throw Failure(messages::ManualFailed, "the archive has no top-level folder");
     }
-    manual.InstalledPath = JoinPath(program_.Installation.InstallPath, topLevelFolders.back());
-    NoteNewFolder(manual.InstalledPath);
-    MakeFolderPath(program_.Platform, manual.InstalledPath);
-    OpenNewFolder(manual.InstalledPath);
-    CopyExtractedManual();
-}
-
-void ManualWorker::CopyExtractedManual() {
-    const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    const std::wstring& root = program_.Installation.InstallPath;
     const std::int32_t count = CountFiles(program_.Platform, temporary);
     if (count == 0 || count == -1) {
         throw Failure(messages::ManualFailed, "the archive brought no files");
     }
+    manual.InstalledPath = JoinPath(program_.Installation.InstallPath, extracted.Subfolders.back());
+    NoteNewFolder(manual.InstalledPath);
     bars_.SetValue(Bar::SevenZip, ExpectedSeconds());
     view_.Repaint();
     // The first half of the copy bar stands for the extraction that is done.
+    const CopyProgress progress = CopyBarProgress();
     bars_.Start(Bar::Copy, 0, 2 * static_cast<float>(count), static_cast<float>(count));
     bars_.Hide(Bar::SevenZip);
     view_.Repaint();
-    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, count, temporary, root, CopyBarProgress()) == -1) {
+    const bool isOneFolder = extracted == FolderListing{{LastComponent(manual.InstalledPath)}, {}, {}};
+    if (isOneFolder && MoveIntoPlace(manual.InstalledPath)) {
+        progress(2 * count);
+    } else {
+        CopyExtractedManual(manual.InstalledPath, count, progress);
+    }
+}
+
+/// Renames the unpacked folder, so that the manual appears whole or not at all. Its files still have the access entries
+/// of the temporary folder; opening it gives them those of their new place. False when something is there already, when
+/// the place is on another drive, and when it is refused for longer than a virus scanner looks at new files.
+bool ManualWorker::MoveIntoPlace(const std::wstring& folder) {
+    constexpr int Attempts = 3;
+    Platform& platform = program_.Platform;
+    if (platform.Folders.Exists(folder) || !CanMoveIntoPlace(program_, folder)) {
+        return false;
+    }
+    MakeFolderPath(platform, program_.Installation.InstallPath);
+    const std::wstring unpacked = JoinPath(program_.Paths.UnZipTempPath, LastComponent(folder));
+    const auto move = [&] { platform.Folders.Move(unpacked, folder); };
+    for (int attempt = 1; !Attempt(platform.FaultLog, "moving the manual into its place", move); ++attempt) {
+        if (attempt == Attempts) {
+            return false;
+        }
+        PauseSeconds(platform.Clock, 1);
+    }
+    OpenNewFolder(folder);
+    return true;
+}
+
+void ManualWorker::CopyExtractedManual(const std::wstring& folder, std::int32_t count, const CopyProgress& progress) {
+    MakeFolderPath(program_.Platform, folder);
+    OpenNewFolder(folder);
+    if (CopyFolderWithProgress(program_.Platform, CopyMode::Copy, count, program_.Paths.UnZipTempPath,
+                               program_.Installation.InstallPath, progress) == -1) {
         throw Failure(messages::ManualFailed, "the extracted files could not be copied");
     }
 }

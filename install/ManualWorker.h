@@ -45,8 +45,9 @@ class ManualWorker {
     void Mark(const std::wstring& pubNo);
     void RemoveEdition(const std::wstring& pubNo, const std::wstring& folder);
     void RemoveOlderEdition(const std::wstring& pubNo);
-    void ExtractAndCopyManual(DiscCatalogueRecord& manual);
-    void CopyExtractedManual();
+    void ExtractManual(DiscCatalogueRecord& manual);
+    bool MoveIntoPlace(const std::wstring& folder);
+    void CopyExtractedManual(const std::wstring& folder, std::int32_t count, const CopyProgress& progress);
     void CopyPdfManual(const DiscCatalogueRecord& manual);
     void CopyDifferences(const std::wstring& source, const ManualStep& step);
     void MakeManualFolder(const std::wstring& folder);

@@ -43,6 +43,9 @@ void VisitFiles(Platform& platform, const std::wstring& folder, const std::funct
     }
 }
 
+/// Bytes that recording a manual may take beside the catalogue, for its journal and its growth.
+constexpr double CatalogueBytes = 256 * 1024;
+
 double BytesOnDrive(Platform& platform, const std::wstring& file) {
     return static_cast<double>(SizeInClusters(platform.Files.Status(file).Size));
 }
@@ -73,18 +76,32 @@ BytesByDrive FreeBytes(const Platform& platform, const BytesByDrive& needed) {
     return free;
 }
 
-/// Bytes that the manual takes: an archive's contents twice while it is extracted and copied, a PDF manual's files
-/// once.
-BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& target) {
+/// True when the archive's folder is going to lie at `placed` by one rename: it can be renamed there, and nothing is
+/// there, or nothing but an edition that goes.
+bool IsGoingToBeMoved(const Program& program, const ManualFacts& facts, const std::wstring& placed) {
+    const auto goes = [&](const std::optional<ReplacedEdition>& edition) {
+        return edition && edition->MayGo && ToUpper(edition->Folder) == ToUpper(placed);
+    };
+    return CanMoveIntoPlace(program, placed) &&
+           (!program.Platform.Folders.Exists(placed) || goes(facts.Installed) || goes(facts.Base));
+}
+
+/// Bytes that the manual takes: a PDF manual's files once, an archive's contents where they are extracted and, when
+/// they are going to be copied from there, where the manual goes.
+BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const ManualFacts& facts) {
     Platform& platform = program.Platform;
     BytesByDrive needed;
+    AddBytes(platform, needed, program.Paths.MdbPath, CatalogueBytes);
     if (manual.PdfForm == ManualForm::Pdf) {
-        AddBytes(platform, needed, target, FolderBytes(platform, manual.SourcePath));
-    } else {
-        const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program.Paths, manual));
-        const auto bytes = static_cast<double>(archive.BytesOnDrive);
-        AddBytes(platform, needed, program.Paths.UnZipTempPath, bytes);
-        AddBytes(platform, needed, target, bytes);
+        AddBytes(platform, needed, facts.Target, FolderBytes(platform, manual.SourcePath));
+        return needed;
+    }
+    const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program.Paths, manual));
+    const auto bytes = static_cast<double>(archive.BytesOnDrive);
+    AddBytes(platform, needed, program.Paths.UnZipTempPath, bytes);
+    const std::wstring placed = JoinPath(program.Installation.InstallPath, archive.OnlyFolder);
+    if (archive.OnlyFolder.empty() || !IsGoingToBeMoved(program, facts, placed)) {
+        AddBytes(platform, needed, facts.Target, bytes);
     }
     return needed;
 }
@@ -104,7 +121,7 @@ BytesByDrive NeededForDifferences(Platform& platform, const std::wstring& source
 /// What goes counts in the manual's favour, but only a drive that is short makes it worth counting.
 void AddRoomForManual(const Program& program, const DiscCatalogueRecord& manual, ManualFacts& facts) {
     Platform& platform = program.Platform;
-    BytesByDrive needed = NeededBytes(program, manual, facts.Target);
+    BytesByDrive needed = NeededBytes(program, manual, facts);
     BytesByDrive free = FreeBytes(platform, needed);
     for (const auto& edition : {facts.Installed, facts.Base}) {
         if (edition && edition->MayGo && !HaveFree(needed, free)) {
@@ -196,6 +213,10 @@ ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& man
         LookForRoom(platform, [&] { AddRoomForDifferences(platform, manual, facts); });
     }
     return facts;
+}
+
+bool CanMoveIntoPlace(const Program& program, const std::wstring& placed) {
+    return program.Platform.Volumes.IsOneVolume(program.Paths.UnZipTempPath, placed);
 }
 
 std::wstring FindFileInUse(Platform& platform, const std::wstring& folder) {

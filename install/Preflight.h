@@ -15,6 +15,9 @@ ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, co
 /// The same for a manual of which only the comparison set goes over the installed edition.
 ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& manual);
 
+/// True when an unpacked manual can be renamed from the temporary folder to `placed`.
+bool CanMoveIntoPlace(const Program& program, const std::wstring& placed);
+
 /// A file of the folder that another program has open, so that the folder cannot go whole; "" when there is none, or
 /// the folder cannot be listed.
 std::wstring FindFileInUse(Platform& platform, const std::wstring& folder);

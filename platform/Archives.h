@@ -13,6 +13,8 @@ struct ArchiveFacts {
     std::uint64_t Files = 0;
     /// There is a top-level folder, and at least one file below each of them, at any depth.
     bool HoldsManual = false;
+    /// The top-level folder in which everything lies; "" when there are others, or files beside it.
+    std::wstring OnlyFolder{};
 
     bool operator==(const ArchiveFacts&) const = default;
 };

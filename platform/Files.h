@@ -89,6 +89,12 @@ class Folders {
     virtual bool IsLink(const std::wstring& folder) = 0;
     /// Creates one level; throws PlatformError (AlreadyExists, PathNotFound, ...).
     virtual void Create(const std::wstring& folder) = 0;
+    /// Renames a folder with all that it holds, within one volume, in one step: after a crash it is in the one place or
+    /// in the other. The destination must not exist. What the folder holds keeps its access entries. Throws
+    /// PlatformError, AccessDenied when a file below it is open.
+    virtual void Move(const std::wstring& source, const std::wstring& destination) = 0;
+    /// Removes an empty folder. Throws PlatformError.
+    virtual void Remove(const std::wstring& folder) = 0;
     /// One pass over the folder. Links have a list of their own, so that a walk over the others never leaves the folder
     /// that it started in. Throws PlatformError.
     virtual FolderListing List(const std::wstring& folder) = 0;
@@ -106,6 +112,9 @@ class Volumes {
     virtual double FreeBytes(const std::wstring& root) = 0;
     /// Name of the file system ("NTFS") of a root folder. Throws PlatformError.
     virtual std::wstring FileSystemName(const std::wstring& root) = 0;
+    /// True when both paths, or the nearest folders above them that exist, lie on one volume (links followed) and have
+    /// one drive name, so that a folder can be renamed from the one to the other; false also when it cannot be asked.
+    virtual bool IsOneVolume(const std::wstring& one, const std::wstring& other) = 0;
     /// Returns when all that was written below the folder so far, links not followed, is on its drive and outlasts a
     /// power cut. Throws PlatformError.
     virtual void Flush(const std::wstring& folder) = 0;

@@ -97,7 +97,14 @@ void SortOut(std::vector<std::uint64_t>& hashes) {
 /// Which top-level folders there are, and which of them hold a file.
 class ApprovedEntries::TopLevelFolders {
   public:
-    void Add(std::uint64_t hash, EntryKind below) {
+    void Add(const std::wstring& name, std::uint64_t hash, EntryKind below, bool isFolder) {
+        if (!isFolder) {
+            besideFolders_ = true;
+            return;
+        }
+        if (all_.empty()) {
+            first_ = name;
+        }
         AddOnce(all_, hash);
         if (below == EntryKind::File) {
             AddOnce(filled_, hash);
@@ -108,8 +115,12 @@ class ApprovedEntries::TopLevelFolders {
         SortOut(filled_);
         return !all_.empty() && all_ == filled_;
     }
+    /// After HoldManual.
+    std::wstring Only() const { return all_.size() == 1 && !besideFolders_ ? first_ : L""; }
 
   private:
+    std::wstring first_;
+    bool besideFolders_ = false;  ///< there is a file that lies in none
     std::vector<std::uint64_t> all_;
     std::vector<std::uint64_t> filled_;
 };
@@ -129,6 +140,7 @@ ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, P
         throw BadArchive("counting the archive's entries");
     }
     facts_.HoldsManual = folders.HoldManual();
+    facts_.OnlyFolder = folders.Only();
     RefuseDoubleNames();
     VisitZipRecords(archive, directory, [&](const ZipRecord& record) {
         const std::wstring path = CheckedEntryName(NameOf(record, system_));
@@ -159,10 +171,8 @@ void ApprovedEntries::Add(const ZipRecord& record, const ZipDirectory& directory
         ++facts_.Files;
         facts_.BytesOnDrive += SizeInClusters(record.Size);
     }
-    const std::size_t top = path.find(L'\\');
-    if (kind == EntryKind::Folder || top != path.npos) {
-        folders.Add(Hash(path.substr(0, top)), kind);
-    }
+    const std::wstring top = path.substr(0, path.find(L'\\'));
+    folders.Add(top, Hash(top), kind, kind == EntryKind::Folder || top != path);
     entries_.push_back(Hash(path) | (kind == EntryKind::Folder ? FolderBit : 0));
 }
 

@@ -258,6 +258,18 @@ void WindowsFolders::Create(const std::wstring& folder) {
     }
 }
 
+void WindowsFolders::Move(const std::wstring& source, const std::wstring& destination) {
+    if (!MoveFileExW(LongPath(source).c_str(), LongPath(destination).c_str(), MOVEFILE_WRITE_THROUGH)) {
+        ThrowLastError("MoveFileEx", source);
+    }
+}
+
+void WindowsFolders::Remove(const std::wstring& folder) {
+    if (!RemoveDirectoryW(LongPath(folder).c_str())) {
+        ThrowLastError("RemoveDirectory", folder);
+    }
+}
+
 FolderListing WindowsFolders::List(const std::wstring& folder) {
     FolderListing listing;
     WIN32_FIND_DATAW found{};

@@ -45,6 +45,8 @@ class WindowsFolders : public Folders {
     bool Exists(const std::wstring& folder) override;
     bool IsLink(const std::wstring& folder) override;
     void Create(const std::wstring& folder) override;
+    void Move(const std::wstring& source, const std::wstring& destination) override;
+    void Remove(const std::wstring& folder) override;
     FolderListing List(const std::wstring& folder) override;
 };
 

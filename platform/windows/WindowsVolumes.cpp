@@ -1,6 +1,7 @@
 #include "platform/windows/WindowsVolumes.h"
 
 #include <array>
+#include <optional>
 
 #include <windows.h>
 
@@ -36,6 +37,22 @@ bool FlushVolume(const std::wstring& device) {
     const FileHandle volume(CreateFileW(device.c_str(), GENERIC_READ | GENERIC_WRITE,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
     return volume && FlushFileBuffers(volume.Get());
+}
+
+/// The serial number of the volume on which a path, or the nearest folder above it that exists, lies.
+std::optional<DWORD> VolumeSerial(std::wstring path) {
+    while (!path.empty()) {
+        const FileHandle object(CreateFileW(LongPath(path + L"\\").c_str(), 0, ShareAll, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        BY_HANDLE_FILE_INFORMATION information{};
+        if (object) {
+            return GetFileInformationByHandle(object.Get(), &information)
+                       ? std::optional(information.dwVolumeSerialNumber)
+                       : std::nullopt;
+        }
+        path.erase(path.find_last_of(L'\\') == path.npos ? 0 : path.find_last_of(L'\\'));
+    }
+    return std::nullopt;
 }
 
 /// Flushes a file or a folder's own entries. What does not open for writing (read-only, or held by another program) was
@@ -88,6 +105,14 @@ std::wstring WindowsVolumes::FileSystemName(const std::wstring& root) {
         ThrowLastError("GetVolumeInformation", root);
     }
     return name.data();
+}
+
+bool WindowsVolumes::IsOneVolume(const std::wstring& one, const std::wstring& other) {
+    if (CompareStringOrdinal(DriveName(one).c_str(), -1, DriveName(other).c_str(), -1, TRUE) != CSTR_EQUAL) {
+        return false;
+    }
+    const std::optional<DWORD> serial = VolumeSerial(one);
+    return serial && serial == VolumeSerial(other);
 }
 
 void WindowsVolumes::Flush(const std::wstring& folder) {

@@ -53,7 +53,7 @@ class ArchivesContract : public testing::Test {
 
 TEST_F(ArchivesContract, TheArchiveIsWhatStandsBetweenSwitchesAndFolder) {
     const Entries entries = {{L"M\\index.html", "page"}, {L"M\\contents\\large.bin", std::string(5000, 'x')}};
-    const ArchiveFacts facts{3 * 4096, 2, true};
+    const ArchiveFacts facts{3 * 4096, 2, true, L"M"};
     for (const wchar_t* const name : {L"manual.zip", L"Ondari 2021\\manual.zip", L"disc  copy -aoa\\my manual.zip",
                                       L"\u00E9\\\u00FC.zip", L"整備書\\表 1.zip", L"整備書\\表.zip"}) {
         const std::wstring path = host_->At(name);
@@ -86,22 +86,27 @@ TEST_F(ArchivesContract, WhatNeverExtractsIsRefusedByItsDirectory) {
 }
 
 TEST_F(ArchivesContract, AManualHasAFileBelowEachTopLevelFolder) {
-    const std::pair<Entries, bool> cases[] = {
-        {{{L"index.html", "page"}}, false},
-        {{{L"M\\"}}, false},
-        {{{L"M\\contents\\"}}, false},
-        {{{L"M\\a", "page"}, {L"N\\"}}, false},
-        {{{L"M\\"}, {L"M\\contents\\"}, {L"M\\contents\\a"}}, true},
-        {{{L"M\\a\\b"}, {L"M\\a\\c"}, {L"N\\a"}, {L"index.html"}}, true},
-        {{{L"M\\a", "file"}, {L"M\\a.files\\b", "file"}, {L"M\\ab\\a", "file"}}, true}};
+    const struct {
+        Entries In;
+        bool HoldsManual;
+        std::wstring OnlyFolder = {};
+    } cases[] = {{{{L"index.html", "page"}}, false},
+                 {{{L"M\\"}}, false, L"M"},
+                 {{{L"M\\contents\\"}}, false, L"M"},
+                 {{{L"M\\a", "page"}, {L"N\\"}}, false},
+                 {{{L"M\\"}, {L"M\\contents\\"}, {L"M\\contents\\a"}}, true, L"M"},
+                 {{{L"M\\a\\b"}, {L"M\\a\\c"}, {L"N\\a"}}, true},
+                 {{{L"M\\a"}, {L"index.html"}}, true},
+                 {{{L"M\\a", "file"}, {L"M\\a.files\\b", "file"}, {L"M\\ab\\a", "file"}}, true, L"M"}};
     int number = 0;
-    for (const auto& [entries, holdsManual] : cases) {
+    for (const auto& [entries, holdsManual, onlyFolder] : cases) {
         const std::wstring archive = host_->At(std::to_wstring(++number) + L".zip");
         SCOPED_TRACE(number);
         host_->Put(archive, entries);
         const auto facts = Test(Command(archive));
         ASSERT_TRUE(facts);
         EXPECT_EQ(holdsManual, facts->HoldsManual);
+        EXPECT_EQ(onlyFolder, facts->OnlyFolder);
         EXPECT_EQ(facts, Inspect(Command(archive)));
         ExpectExtracts(archive, entries);
     }

@@ -35,6 +35,19 @@ inline void WriteOrHalf(FileNode& node, std::size_t start, std::string_view byte
     }
 }
 
+inline constexpr std::uint32_t NotSameDevice = 17;
+
+inline void Rename(const FileTree::Place& from, const FileTree::Place& to) {
+    from.Parent->Children.erase(ToUpper(from.Leaf));
+    from.Node->Name = to.Leaf;
+    to.Parent->Children[ToUpper(to.Leaf)] = from.Node;
+}
+
+inline bool HoldsOpenFile(const FileNode& node) {
+    return node.OpenHandles > 0 ||
+           std::ranges::any_of(node.Children, [](const auto& child) { return HoldsOpenFile(*child.second); });
+}
+
 class FakeFiles : public Files, private OnTree {
   public:
     using OnTree::OnTree;
@@ -77,7 +90,6 @@ class FakeFiles : public Files, private OnTree {
         }
     }
     void Move(const std::wstring& source, const std::wstring& destination) override {
-        constexpr std::uint32_t NotSameDevice = 17;
         const FileTree::Place from = FileAt("Files.Move", source);
         const FileTree::Place to = WritablePlace(tree_, "Move", destination);
         RefuseWhen(from.Drive->ReadOnly, "Move", source, errors::AccessDenied);
@@ -89,9 +101,7 @@ class FakeFiles : public Files, private OnTree {
             tree_.Detach(to);
         }
         from.Node->Flush();
-        from.Parent->Children.erase(ToUpper(from.Leaf));
-        from.Node->Name = to.Leaf;
-        to.Parent->Children[ToUpper(to.Leaf)] = from.Node;
+        Rename(from, to);
     }
     void Remove(const std::wstring& path) override {
         const FileTree::Place place = FileAt("Files.Remove", path);
@@ -155,6 +165,25 @@ class FakeFolders : public Folders, private OnTree {
         RefuseWhen(tree_.Find(folder) != nullptr, "Create", folder, errors::AlreadyExists);
         tree_.AddChild(WritablePlace(tree_, "Create", folder), NodeKind::Folder);
     }
+    void Move(const std::wstring& source, const std::wstring& destination) override {
+        faults_.Check("Folders.Move", source);
+        const FileTree::Place from = tree_.Locate(source);
+        RefuseWhen(!tree_.HasFolder(source), "Move", source, errors::FileNotFound);
+        const FileTree::Place to = WritablePlace(tree_, "Move", destination);
+        RefuseWhen(from.Drive != to.Drive, "Move", destination, NotSameDevice);
+        RefuseWhen(to.Node != nullptr, "Move", destination, errors::AlreadyExists);
+        RefuseWhen(from.Drive->ReadOnly || HoldsOpenFile(*from.Node), "Move", source, errors::AccessDenied);
+        Rename(from, to);
+    }
+    void Remove(const std::wstring& folder) override {
+        constexpr std::uint32_t NotEmpty = 145;
+        faults_.Check("Folders.Remove", folder);
+        const FileTree::Place place = tree_.Locate(folder);
+        RefuseWhen(!tree_.HasFolder(folder), "Remove", folder, errors::FileNotFound);
+        RefuseWhen(place.Drive->ReadOnly || tree_.IsDenied(folder), "Remove", folder, errors::AccessDenied);
+        RefuseWhen(!place.Node->Children.empty(), "Remove", folder, NotEmpty);
+        tree_.Detach(place);
+    }
     /// In the order of upper-cased names.
     FolderListing List(const std::wstring& folder) override {
         faults_.Check("Folders.List", folder);
@@ -185,6 +214,9 @@ class FakeVolumes : public Volumes, private OnTree {
     }
     std::wstring FileSystemName(const std::wstring& root) override {
         return At("Volumes.FileSystemName", root).Drive->FileSystem;
+    }
+    bool IsOneVolume(const std::wstring& one, const std::wstring& other) override {
+        return !faults_.Fails("Volumes.IsOneVolume") && tree_.DriveOf(one) == tree_.DriveOf(other);
     }
     void Flush(const std::wstring& folder) override { At("Volumes.Flush", folder).Node->Flush(); }
 

@@ -377,5 +377,25 @@ TEST(Installation, InterruptedUpdateIsInstalledInFullByTheNextRun) {
     EXPECT_EQ(workshop.Run.DiscCatalogue.Records[1].InstallKind, InstallKind::Full);
 }
 
+TEST(Installation, AManualIsMovedIntoItsPlaceAndNeedsItsRoomOnceWhereNothingIs) {
+    constexpr std::uint64_t OnceButNotTwice = 4 * 4096 + 256 * 1024 + 8000;
+    for (const bool isThere : {false, true}) {
+        SCOPED_TRACE(isThere);
+        Workshop workshop;
+        workshop.PutArchiveManual(L"AAAA1MM", 1);
+        if (isThere) {
+            workshop.Windows.Tree.PutFile(L"C:\\Manuals\\AAAA1MM\\note.txt");
+        }
+        workshop.Windows.Tree.DriveOf(L"C:\\")->FreeBytes = OnceButNotTwice;
+
+        EXPECT_EQ(workshop.Install(), !isThere);
+
+        EXPECT_EQ(workshop.Run.Outcome.ResultMessage, isThere ? L"message 22" : L"");
+        EXPECT_EQ(workshop.Windows.AccessControl.ListOf(L"C:\\Manuals\\AAAA1MM").empty(), isThere);
+        EXPECT_EQ(workshop.Windows.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp\\AAAA1MM"), false);
+        EXPECT_TRUE(workshop.Windows.Processes.StartedHidden.empty()) << "there is nothing to remove";
+    }
+}
+
 }  // namespace
 }  // namespace mip
