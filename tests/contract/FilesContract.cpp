@@ -247,6 +247,26 @@ TEST_F(FoldersContract, CreateMakesOneLevelAndListTellsFilesFromFolders) {
     EXPECT_NE(0u, CodeOf([&] { folders_.List(At(L"file.txt")); }));
 }
 
+TEST_F(FilesContract, AFolderMovesWithAllThatItHoldsAndOnlyAnEmptyOneIsRemoved) {
+    folders_.Create(At(L"from"));
+    files_.Write(At(L"from\\page.html"), "page");
+    folders_.Create(At(L"there"));
+    EXPECT_NE(0u, CodeOf([&] { folders_.Move(At(L"from"), At(L"there")); }));
+    EXPECT_EQ(errors::PathNotFound, CodeOf([&] { folders_.Move(At(L"from"), At(L"no\\to")); }));
+    EXPECT_NE(0u, CodeOf([&] { folders_.Remove(At(L"from")); }));
+    EXPECT_EQ("page", files_.Read(At(L"from\\page.html")));
+
+    folders_.Move(At(L"from"), At(L"there\\to"));
+    EXPECT_EQ("page", files_.Read(At(L"there\\to\\page.html")));
+    EXPECT_FALSE(folders_.Exists(At(L"from")));
+    files_.Remove(At(L"there\\to\\page.html"));
+    folders_.Remove(At(L"there\\to"));
+    EXPECT_FALSE(folders_.Exists(At(L"there\\to")));
+    EXPECT_NE(0u, CodeOf([&] { folders_.Remove(At(L"there\\to")); }));
+    EXPECT_TRUE(computer_.Volumes.IsOneVolume(At(L"there"), At(L"not\\yet")));
+    EXPECT_FALSE(computer_.Volumes.IsOneVolume(At(L"there"), L"Q:\\there"));
+}
+
 TEST_F(FoldersContract, LinksStandApart) {
     folders_.Create(At(L"target"));
     files_.Write(At(L"target\\file.txt"), "text");
