@@ -29,6 +29,7 @@ inline constexpr int L_ErrorMsg = 500;  ///< lines 1 and 2 follow
 inline constexpr int vaSpread = 510;
 inline constexpr int C_Shortcut = 511;
 inline constexpr int L_Legend = 512;
+inline constexpr int L_List = 513;
 
 inline constexpr int L_TarmMsg = 600;
 

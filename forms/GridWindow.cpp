@@ -1,237 +1,209 @@
 #include "forms/GridWindow.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "forms/Drawing.h"
 
 namespace mip {
 
-const wchar_t* GridWindow::ClassName() {
-    static constexpr wchar_t name[] = L"ManualInstallGrid";
-    WNDCLASSW known;
-    const HINSTANCE instance = GetModuleHandleW(nullptr);
-    if (GetClassInfoW(instance, name, &known) == 0) {
-        WNDCLASSW grid{};
-        grid.lpfnWndProc = Procedure;
-        grid.hInstance = instance;
-        grid.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        grid.lpszClassName = name;
-        RegisterClassW(&grid);
+namespace {
+
+constexpr int CellPadding = 10;
+
+bool IsPicture(const GridModel& model, std::int32_t col, std::int32_t row) {
+    return model.CellProperty(col, row, L"CellType") == GridValue(GridModel::PictureCell);
+}
+
+std::wstring PictureOf(const GridModel& model, std::int32_t col, std::int32_t row) {
+    return std::get<std::wstring>(model.CellProperty(col, row, L"TypePictPicture"));
+}
+
+/// A picture file in the middle of a square, as large as its shape allows. Empty when it cannot be read.
+GdiObject LoadPicture(const std::wstring& file, int size) {
+    const WindowDc screen(nullptr);
+    const MemoryDc target(CreateCompatibleDC(screen.Get()));
+    GdiObject square(CreateCompatibleBitmap(screen.Get(), size, size));
+    const SelectedObject drawn(target.Get(), square.Get());
+    FillArea(target.Get(), Area(0, 0, size, size), GetSysColor(COLOR_WINDOW));
+
+    const GdiObject bitmap(LoadImageW(nullptr, file.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE));
+    BITMAP picture{};
+    if (bitmap && GetObjectW(bitmap.Get(), sizeof picture, &picture) != 0) {
+        const int longer = static_cast<int>(std::max(picture.bmWidth, picture.bmHeight));
+        const int width = MulDiv(size, static_cast<int>(picture.bmWidth), longer);
+        const int height = MulDiv(size, static_cast<int>(picture.bmHeight), longer);
+        const MemoryDc source(CreateCompatibleDC(screen.Get()));
+        const SelectedObject selected(source.Get(), bitmap.Get());
+        SetStretchBltMode(target.Get(), HALFTONE);
+        StretchBlt(target.Get(), (size - width) / 2, (size - height) / 2, width, height, source.Get(), 0, 0,
+                   picture.bmWidth, picture.bmHeight, SRCCOPY);
     }
-    return name;
+    return square;
 }
 
-void GridWindow::Attach(HWND window) {
-    window_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    model_.OnChange([this] { Arrange(); });
-    Arrange();
+bool StartsWith(const std::wstring& text, const std::wstring& start) {
+    return text.size() >= start.size() &&
+           CompareStringOrdinal(text.c_str(), static_cast<int>(start.size()), start.c_str(),
+                                static_cast<int>(start.size()), TRUE) == CSTR_EQUAL;
 }
 
-LRESULT CALLBACK GridWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* grid = reinterpret_cast<GridWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return grid != nullptr ? grid->Handle(message, wParam, lParam) : DefWindowProcW(window, message, wParam, lParam);
+}  // namespace
+
+void GridWindow::Attach(HWND list) {
+    list_ = list;
+    ListView_SetExtendedListViewStyle(
+        list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_INFOTIP | LVS_EX_LABELTIP | LVS_EX_SUBITEMIMAGES);
+    model_.OnChange([this] { Update(); });
+    Update();
 }
 
-LRESULT GridWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_PAINT:
-            Paint();
+void GridWindow::Fit(int dpi) {
+    if (std::exchange(dpi_, dpi) != dpi) {
+        Update();
+    }
+    RECT client{};
+    GetClientRect(list_, &client);
+    int rest = static_cast<int>(client.right);
+    for (int col = 0; const int width : widths_) {
+        const bool isLast = col + 1 == model_.Cols();
+        ListView_SetColumnWidth(list_, col++, isLast ? std::max(width, rest) : width);
+        rest -= width;
+    }
+}
+
+std::optional<LRESULT> GridWindow::OnNotify(LPARAM notification) const {
+    const auto& head = *reinterpret_cast<const NMHDR*>(notification);
+    if (head.hwndFrom != list_) {
+        return {};
+    }
+    switch (head.code) {
+        case LVN_GETDISPINFOW:
+            GiveItem(reinterpret_cast<NMLVDISPINFOW*>(notification)->item);
             return 0;
-        case WM_ERASEBKGND:
-            return 1;
-        case WM_SIZE:
-            Arrange();
-            return 0;
-        case WM_SETFONT:
-            font_ = reinterpret_cast<HFONT>(wParam);
-            Arrange();
-            return 0;
-        case WM_GETFONT:
-            return reinterpret_cast<LRESULT>(font_);
-        case WM_GETTEXTLENGTH:
-            return static_cast<LRESULT>(model_.AllText().size());
-        case WM_GETTEXT:
-            return GiveText(wParam, lParam);
-        case WM_GETDLGCODE:
-            return DLGC_WANTARROWS;
-        case WM_SETFOCUS:
-            if (model_.ActiveRow() == 0) {
-                model_.SetActiveRow(1);
+        case LVN_ODFINDITEMW:
+            return Find(*reinterpret_cast<const NMLVFINDITEMW*>(notification));
+        case NM_CUSTOMDRAW:
+            return Colour(*reinterpret_cast<NMLVCUSTOMDRAW*>(notification));
+        case LVN_KEYDOWN:
+            if (reinterpret_cast<const NMLVKEYDOWN*>(notification)->wVKey == 'A' && GetKeyState(VK_CONTROL) < 0) {
+                ListView_SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
             }
-            [[fallthrough]];
-        case WM_KILLFOCUS:
-            InvalidateRect(window_, nullptr, FALSE);
-            return 0;
-        case WM_KEYDOWN:
-            OnKey(wParam);
-            return 0;
-        case WM_LBUTTONDOWN:
-            SetFocus(window_);
-            OnClick(static_cast<short>(HIWORD(lParam)));
-            return 0;
-        case WM_VSCROLL:
-            Scroll(SB_VERT, LOWORD(wParam));
-            return 0;
-        case WM_HSCROLL:
-            Scroll(SB_HORZ, LOWORD(wParam));
-            return 0;
-        case WM_MOUSEWHEEL:
-            OnWheel(static_cast<short>(HIWORD(wParam)));
             return 0;
         default:
-            return DefWindowProcW(window_, message, wParam, lParam);
+            return {};
     }
 }
 
-/// Brings columns, scroll bars and picture in line with the model.
-void GridWindow::Arrange() {
-    if (window_ == nullptr) {
-        return;
+std::wstring GridWindow::SelectedText() const {
+    std::wstring text;
+    for (int item = -1; (item = ListView_GetNextItem(list_, item, LVNI_SELECTED)) >= 0;) {
+        text += model_.RowText(item + 1);
     }
-    FitColumns();
-    const RECT client = Client();
-    int width = 0;
-    for (const int column : columns_) {
-        width += column;
+    return text;
+}
+
+/// Brings the list in line with the model. The keyboard starts in the active row, or else in the first one.
+void GridWindow::Update() {
+    while (ListView_DeleteColumn(list_, 0) != FALSE) {
     }
-    SetScrollBar(SB_HORZ, width, static_cast<int>(client.right), scrollX_);
-    SetScrollBar(SB_VERT, RowTop(model_.Rows() + 1), static_cast<int>(Client().bottom) - RowPixels(0), scrollY_);
-    InvalidateRect(window_, nullptr, FALSE);
-}
-
-void GridWindow::SetScrollBar(int bar, int contentSize, int pageSize, int& position) {
-    position = std::clamp(position, 0, std::max(0, contentSize - pageSize));
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-    info.nMax = std::max(0, contentSize - 1);
-    info.nPage = static_cast<UINT>(std::max(0, pageSize));
-    info.nPos = position;
-    SetScrollInfo(window_, bar, &info, TRUE);
-}
-
-void GridWindow::Scroll(int bar, int code) {
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_ALL;
-    GetScrollInfo(window_, bar, &info);
-    const int line = bar == SB_VERT ? RowPixels(0) : Units(32);
-    const int page = static_cast<int>(info.nPage);
-    switch (code) {
-        case SB_LINEUP:
-            return ScrollTo(bar, info.nPos - line);
-        case SB_LINEDOWN:
-            return ScrollTo(bar, info.nPos + line);
-        case SB_PAGEUP:
-            return ScrollTo(bar, info.nPos - page);
-        case SB_PAGEDOWN:
-            return ScrollTo(bar, info.nPos + page);
-        case SB_THUMBTRACK:
-        case SB_THUMBPOSITION:
-            return ScrollTo(bar, info.nTrackPos);
-        case SB_TOP:
-            return ScrollTo(bar, 0);
-        case SB_BOTTOM:
-            return ScrollTo(bar, info.nMax);
-        default:
-            return;
+    for (std::int32_t col = 1; col <= model_.Cols(); ++col) {
+        std::wstring title = model_.GetText(col, 0);
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_SUBITEM;
+        column.pszText = title.data();
+        column.iSubItem = col - 1;
+        SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(col - 1), reinterpret_cast<LPARAM>(&column));
     }
+    Measure();
+    MakePictures();
+    ListView_SetItemCountEx(list_, model_.Rows(), 0);
+    const UINT state = LVIS_FOCUSED | (model_.ActiveRow() > 0 ? LVIS_SELECTED : 0U);
+    ListView_SetItemState(list_, -1, 0, LVIS_SELECTED);
+    ListView_SetItemState(list_, std::max(0, model_.ActiveRow() - 1), state, state);
+    Fit(dpi_);
 }
 
-void GridWindow::ScrollTo(int bar, int position) {
-    int& current = bar == SB_VERT ? scrollY_ : scrollX_;
-    current = position;
-    Arrange();
-}
-
-void GridWindow::ShowActiveRow() {
-    const std::int32_t row = model_.ActiveRow();
-    const int page = static_cast<int>(Client().bottom) - RowPixels(0);
-    if (row > 0) {
-        scrollY_ = std::clamp(scrollY_, RowTop(row + 1) - page, RowTop(row));
-        Arrange();
-    }
-}
-
-void GridWindow::OnWheel(int turn) {
-    wheel_ += turn;
-    const int notches = wheel_ / WHEEL_DELTA;
-    wheel_ -= notches * WHEEL_DELTA;
-    ScrollTo(SB_VERT, scrollY_ - notches * 3 * RowPixels(0));
-}
-
-void GridWindow::OnKey(WPARAM key) {
-    const std::int32_t row = model_.ActiveRow();
-    const int rowsOnPage =
-        std::max(1, (static_cast<int>(Client().bottom) - RowPixels(0)) / std::max(1, RowPixels(std::max(1, row))) - 1);
-    switch (key) {
-        case VK_UP:
-            model_.SetActiveRow(row - 1);
-            break;
-        case VK_DOWN:
-            model_.SetActiveRow(row + 1);
-            break;
-        case VK_PRIOR:
-            model_.SetActiveRow(row - rowsOnPage);
-            break;
-        case VK_NEXT:
-            model_.SetActiveRow(row + rowsOnPage);
-            break;
-        case VK_HOME:
-            model_.SetActiveRow(1);
-            break;
-        case VK_END:
-            model_.SetActiveRow(model_.Rows());
-            break;
-        case VK_LEFT:
-            return Scroll(SB_HORZ, SB_LINELEFT);
-        case VK_RIGHT:
-            return Scroll(SB_HORZ, SB_LINERIGHT);
-        default:
-            return;
-    }
-    ShowActiveRow();
-}
-
-void GridWindow::OnClick(int y) {
-    for (std::int32_t row = 1; row <= model_.Rows(); ++row) {
-        const int top = RowPixels(0) + RowTop(row) - scrollY_;
-        if (y >= std::max(top, RowPixels(0)) && y < top + RowPixels(row)) {
-            model_.SetActiveRow(row);
-            ShowActiveRow();
-            return;
+/// What the columns need, and which pictures there are.
+void GridWindow::Measure() {
+    const WindowDc dc(list_);
+    const SelectedObject font(dc.Get(), reinterpret_cast<HGDIOBJ>(SendMessageW(list_, WM_GETFONT, 0, 0)));
+    widths_.assign(static_cast<std::size_t>(model_.Cols()), RowPixels());
+    pictures_.clear();
+    for (std::int32_t row = 0; row <= model_.Rows(); ++row) {
+        for (std::int32_t col = 1; col <= model_.Cols(); ++col) {
+            if (IsPicture(model_, col, row)) {
+                pictures_.push_back(PictureOf(model_, col, row));
+            }
+            const std::wstring text = model_.GetText(col, row);
+            SIZE size{};
+            GetTextExtentPoint32W(dc.Get(), text.c_str(), static_cast<int>(text.size()), &size);
+            int& width = widths_[static_cast<std::size_t>(col - 1)];
+            width = std::max(width, static_cast<int>(size.cx) + 2 * MulDiv(CellPadding, dpi_, 96));
         }
     }
+    std::ranges::sort(pictures_);
+    pictures_.erase(std::ranges::unique(pictures_).begin(), pictures_.end());
 }
 
-LRESULT GridWindow::GiveText(WPARAM capacity, LPARAM buffer) const {
-    if (capacity == 0) {
-        return 0;
+/// The images' height is the rows' height, in a list without pictures too.
+void GridWindow::MakePictures() {
+    const int size = RowPixels();
+    const HIMAGELIST images = ImageList_Create(pictures_.empty() ? 1 : size, size, ILC_COLOR32, 0, 1);
+    for (const std::wstring& file : pictures_) {
+        ImageList_Add(images, static_cast<HBITMAP>(LoadPicture(file, size).Get()), nullptr);
     }
-    const std::wstring text = model_.AllText();
-    auto* target = reinterpret_cast<wchar_t*>(buffer);
-    const std::size_t length = text.copy(target, capacity - 1);
-    target[length] = L'\0';
-    return static_cast<LRESULT>(length);
+    ImageList_Destroy(ListView_SetImageList(list_, images, LVSIL_SMALL));
 }
 
-RECT GridWindow::Client() const {
-    RECT client{};
-    GetClientRect(window_, &client);
-    return client;
-}
-
-int GridWindow::RowPixels(std::int32_t row) const {
-    const double height = row <= model_.Rows() ? model_.RowHeight(row) : GridModel::DefaultRowHeight;
-    return static_cast<int>(height * dpi_ / 72 + 0.5);
-}
-
-/// Distance of a row from the first row's top.
-int GridWindow::RowTop(std::int32_t row) const {
-    int top = 0;
-    for (std::int32_t above = 1; above < row; ++above) {
-        top += RowPixels(above);
+void GridWindow::GiveItem(LVITEMW& item) const {
+    const std::int32_t col = item.iSubItem + 1;
+    const std::int32_t row = item.iItem + 1;
+    if (row > model_.Rows() || col > model_.Cols()) {
+        return;
     }
-    return top;
+    const bool isPicture = IsPicture(model_, col, row);
+    if ((item.mask & LVIF_TEXT) != 0) {
+        lstrcpynW(item.pszText, isPicture ? L"" : model_.GetText(col, row).c_str(), item.cchTextMax);
+    }
+    if ((item.mask & LVIF_IMAGE) != 0) {
+        const auto file = std::ranges::lower_bound(pictures_, PictureOf(model_, col, row));
+        item.iImage = isPicture ? static_cast<int>(file - pictures_.begin()) : I_IMAGENONE;
+    }
+}
+
+/// A cell's own colour, but for chosen rows and in the user's high contrast.
+LRESULT GridWindow::Colour(NMLVCUSTOMDRAW& drawing) const {
+    const auto item = static_cast<int>(drawing.nmcd.dwItemSpec);
+    switch (drawing.nmcd.dwDrawStage) {
+        case CDDS_PREPAINT:
+            return Colours().HighContrast ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
+        case CDDS_ITEMPREPAINT:
+            return ListView_GetItemState(list_, item, LVIS_SELECTED) != 0 ? CDRF_DODEFAULT : CDRF_NOTIFYSUBITEMDRAW;
+        case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
+            const auto own = std::get<std::int32_t>(model_.CellProperty(drawing.iSubItem + 1, item + 1, L"BackColor"));
+            const bool isPlain = own == GridModel::White;
+            drawing.clrTextBk = isPlain ? GetSysColor(COLOR_WINDOW) : static_cast<COLORREF>(own);
+            drawing.clrText = isPlain ? GetSysColor(COLOR_WINDOWTEXT) : Colours().Text;
+            return CDRF_DODEFAULT;
+        }
+        default:
+            return CDRF_DODEFAULT;
+    }
+}
+
+/// The list's own search for what the user types: the row whose first text starts so, or -1.
+LRESULT GridWindow::Find(const NMLVFINDITEMW& search) const {
+    if ((search.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0) {
+        return -1;
+    }
+    for (int look = 0; look < model_.Rows(); ++look) {
+        const int item = (std::max(0, search.iStart) + look) % model_.Rows();
+        if (StartsWith(model_.GetText(1, item + 1), search.lvfi.psz)) {
+            return item;
+        }
+    }
+    return -1;
 }
 
 }  // namespace mip

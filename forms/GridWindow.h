@@ -1,63 +1,52 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "forms/WindowsHeader.h"
+
+#include <commctrl.h>
 
 #include "screens/GridModel.h"
 
 namespace mip {
 
-/// The window of a grid: a read-only list with a header, scrolled and used by mouse and keyboard. Its window text is
-/// the list itself, a line for each row and a tab between columns.
+/// A grid as the system's list view: read-only, used by whole rows, read by screen readers as a list with a header. The
+/// texts stay in the model, and the list asks for those that it shows.
 class GridWindow {
   public:
+    static constexpr DWORD Style =
+        WS_BORDER | WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER;
+
     GridWindow(std::int32_t rows, std::int32_t cols) : model_(rows, cols) {}
     GridWindow(const GridWindow&) = delete;
     GridWindow& operator=(const GridWindow&) = delete;
 
-    /// The name of the window class; registered when it is first asked for.
-    static const wchar_t* ClassName();
-    /// Takes over a window of that class, which must not outlive this object.
-    void Attach(HWND window);
+    /// Takes over a list view of that style.
+    void Attach(HWND list);
     GridModel& Model() { return model_; }
-    void SetDpi(int dpi) { dpi_ = dpi; }
+    /// Makes the columns as wide as their texts, for the list's font and size; the last one takes the rest.
+    void Fit(int dpi);
+    /// The answer to a WM_NOTIFY of the parent; nothing when it is not the list's, or left to the system.
+    std::optional<LRESULT> OnNotify(LPARAM notification) const;
+    /// The chosen rows, a line for each and a tab between columns.
+    std::wstring SelectedText() const;
 
   private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
-
-    void Paint();
-    void PaintRow(HDC dc, std::int32_t row, int top);
-    void PaintCell(HDC dc, std::int32_t col, std::int32_t row, const RECT& cell, COLORREF text);
-    void PaintPicture(HDC dc, std::int32_t col, std::int32_t row, const RECT& cell);
-    COLORREF BackOf(std::int32_t col, std::int32_t row) const;
-
-    void Arrange();
-    void FitColumns();
-    void SetScrollBar(int bar, int contentSize, int pageSize, int& position);
-    void Scroll(int bar, int code);
-    void ScrollTo(int bar, int position);
-    void ShowActiveRow();
-
-    void OnWheel(int turn);
-    void OnKey(WPARAM key);
-    void OnClick(int y);
-    LRESULT GiveText(WPARAM capacity, LPARAM buffer) const;
-
-    RECT Client() const;
-    int RowPixels(std::int32_t row) const;
-    int RowTop(std::int32_t row) const;
-    int Units(int units) const { return MulDiv(units, dpi_, 96); }
+    void Update();
+    void Measure();
+    void MakePictures();
+    void GiveItem(LVITEMW& item) const;
+    LRESULT Colour(NMLVCUSTOMDRAW& drawing) const;
+    LRESULT Find(const NMLVFINDITEMW& search) const;
+    int RowPixels() const { return MulDiv(static_cast<int>(model_.RowHeight() * 100), dpi_, 7200); }
 
     GridModel model_;
-    HWND window_ = nullptr;
-    HFONT font_ = nullptr;
+    HWND list_ = nullptr;
     int dpi_ = 96;
-    std::vector<int> columns_;
-    int scrollX_ = 0;
-    int scrollY_ = 0;
-    int wheel_ = 0;
+    std::vector<int> widths_;
+    std::vector<std::wstring> pictures_;  ///< the files of the list's images
 };
 
 }  // namespace mip

@@ -22,7 +22,7 @@ LRESULT CALLBACK MoveOnWithEnter(HWND window, UINT message, WPARAM wParam, LPARA
         PostMessageW(GetParent(window), WM_NEXTDLGCTL, 0, FALSE);
         return 0;
     }
-    if (message == WM_CHAR && wParam == VK_RETURN) {
+    if (message == WM_CHAR && wParam < VK_SPACE) {
         return 0;
     }
     return DefSubclassProc(window, message, wParam, lParam);
@@ -30,7 +30,7 @@ LRESULT CALLBACK MoveOnWithEnter(HWND window, UINT message, WPARAM wParam, LPARA
 
 LRESULT CALLBACK CopyWithCtrlC(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
     if (message == WM_KEYDOWN && wParam == 'C' && GetKeyState(VK_CONTROL) < 0) {
-        SendMessageW(GetParent(window), WM_COPY, 0, 0);
+        SendMessageW(GetParent(window), WM_COPY, static_cast<WPARAM>(GetDlgCtrlID(window)), 0);
         return 0;
     }
     return DefSubclassProc(window, message, wParam, lParam);
@@ -63,11 +63,13 @@ void frmResult::AddOutcome() {
 }
 
 void frmResult::AddGrid() {
-    const HWND window = AddControl(GridWindow::ClassName(), ids::vaSpread, L"", WS_BORDER | WS_TABSTOP);
-    grid_.SetDpi(Dpi());
-    grid_.Attach(window);
-    SetLook(window, {});
-    SetWindowSubclass(window, MoveOnWithEnter, 0, 0);
+    // A screen reader takes a list's name from the label before it, also from a hidden one.
+    const std::wstring name = GetMessageText(Program(), messages::ListName);
+    AddLabel(ids::L_List, name);
+    ShowItem(ids::L_List, false);
+    const HWND list = AddControl(WC_LISTVIEWW, ids::vaSpread, name, GridWindow::Style);
+    SetWindowSubclass(list, MoveOnWithEnter, 0, 0);
+    grid_.Attach(list);
     if (!ResultList(Program(), *this, grid_.Model()).Load()) {
         Flow().FailResult();
     }
@@ -110,12 +112,13 @@ int frmResult::Arrange(int left, int top, int width) {
         return strip_.bottom;
     }
 
-    grid_.SetDpi(Dpi());
     const int gridTop = strip_.bottom + Px(16);
     const int gridHeight = FlexibleHeight(246, 120);
     Place(Item(ids::vaSpread), left, gridTop, width, gridHeight);
+    grid_.Fit(Dpi());
     bottom = gridTop + gridHeight;
-    if (hasLegend_) {
+    ShowItem(ids::L_Legend, ShowsLegend());
+    if (ShowsLegend()) {
         legend_ = Area(left, bottom + Px(10), Px(14), Px(14));
         PlaceText(Item(ids::L_Legend), left + Px(22), legend_.top, width - Px(22));
         bottom = legend_.bottom;
@@ -134,7 +137,7 @@ void frmResult::Paint(HDC dc, const Palette& colours) {
         DrawGlyph(dc, Shrunk(disc, Px(4)), outcome_.Succeeded ? Glyph::Check : Glyph::Exclamation,
                   colours.HighContrast ? colours.Page : colours.HeaderText);
     }
-    if (hasLegend_) {
+    if (ShowsLegend()) {
         FillRounded(dc, legend_, Px(2), clsSpread::LightBlue, colours.Line);
     }
 }
@@ -146,11 +149,25 @@ void frmResult::OnCommand(int control, int notification) {
 }
 
 std::optional<LRESULT> frmResult::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_COPY) {
-        return Form::OnMessage(message, wParam, lParam);
+    switch (message) {
+        case WM_NOTIFY:
+            return grid_.OnNotify(lParam);
+        case WM_COPY:
+            Copy(static_cast<int>(wParam));
+            return 0;
+        case WM_SYSCOLORCHANGE:
+            SendMessageW(Item(ids::vaSpread), message, wParam, lParam);
+            ArrangeAgain();
+            return 0;
+        default:
+            return Form::OnMessage(message, wParam, lParam);
     }
-    PutOnClipboard(Window(), TextToCopy(Program(), grid_.Model()));
-    return 0;
+}
+
+/// The chosen rows, or all that the screen has to say.
+void frmResult::Copy(int control) {
+    const std::wstring rows = control == ids::vaSpread ? grid_.SelectedText() : L"";
+    PutOnClipboard(Window(), rows.empty() ? TextToCopy(Program(), grid_.Model()) : rows);
 }
 
 void frmResult::End() {

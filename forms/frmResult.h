@@ -16,7 +16,7 @@ class frmResult final : public Form, private SpreadForm {
     void OnShown() override;
     void OnCommand(int control, int notification) override;
     void OnClose() override { End(); }
-    /// Ctrl+C in any control arrives as WM_COPY.
+    /// Ctrl+C in any control arrives as WM_COPY with the control's number.
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     int Arrange(int left, int top, int width) override;
     void Paint(HDC dc, const Palette& colours) override;
@@ -28,7 +28,10 @@ class frmResult final : public Form, private SpreadForm {
     void AddGrid();
     void AddLegend();
     void AddShortcutChoice();
+    void Copy(int control);
     void End();
+    /// In high contrast no row is coloured.
+    bool ShowsLegend() const { return hasLegend_ && !Colours().HighContrast; }
     bool HasRows() { return grid_.Model().Rows() > 0; }
 
     GridWindow grid_{0, 6};

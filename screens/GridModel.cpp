@@ -8,74 +8,63 @@ namespace mip {
 
 namespace {
 
+using Properties = std::map<std::wstring, GridValue>;
+
 constexpr std::int32_t ActionActivateCell = 0;
 constexpr std::int32_t ActionClearText = 12;
 constexpr std::int32_t ActionClearSelection = 29;
 constexpr std::int32_t MostRows = 100'000;
 constexpr std::int32_t MostCols = 256;
 
-/// The grid's own properties and what they are at first. A value of another kind is rejected.
-const std::map<std::wstring, GridValue>& GridProperties() {
-    static const std::map<std::wstring, GridValue> properties{
-        {L"MaxRows", 0},
-        {L"MaxCols", 0},
-        {L"Row", 1},
-        {L"Col", 1},
-        {L"Row2", 1},
-        {L"Col2", 1},
-        {L"BlockMode", false},
-        {L"Action", 0},
-        {L"ColsFrozen", 0},
-        {L"RowsFrozen", 0},
-        {L"ReDraw", true},
-        {L"EditModePermanent", false},
-        {L"EditModeReplace", false},
-        {L"AutoClipboard", true},
-        {L"ArrowsExitEditMode", false},
-        {L"RetainSelBlock", true},
-        {L"Protect", true},
-        {L"AllowMultiBlocks", false},
-        {L"MoveActiveOnFocus", true},
-        {L"AllowCellOverflow", false},
-        {L"NoBeep", false},
-        {L"AllowDragDrop", false},
-        {L"NoBorder", false},
-        {L"ProcessTab", false},
-        {L"AutoSize", false},
-        {L"AutoCalc", false},
-        {L"AllowUserFormulas", false},
-        {L"FormulaSync", false},
-        {L"AllowEditOverflow", false},
-        {L"ClipboardOptions", 15},
-        {L"Appearance", 0},
-        {L"CellNoteIndicator", 0},
-        {L"TwoDigitYearMax", 2059},
-        {L"ButtonDrawMode", 0},
-        {L"SelectBlockOptions", 0},
-        {L"OperationMode", 2},
-        {L"EditEnterAction", 0},
-    };
+/// Settings that are taken and change nothing: keys, edges and edit modes are those of the system's list.
+constexpr const wchar_t* Switches[] = {
+    L"EditModePermanent", L"EditModeReplace",  L"AutoClipboard",     L"ArrowsExitEditMode", L"RetainSelBlock",
+    L"Protect",           L"AllowMultiBlocks", L"MoveActiveOnFocus", L"AllowCellOverflow",  L"NoBeep",
+    L"AllowDragDrop",     L"NoBorder",         L"ProcessTab",        L"AutoSize",           L"AutoCalc",
+    L"AllowUserFormulas", L"FormulaSync",      L"AllowEditOverflow"};
+constexpr const wchar_t* Numbers[] = {
+    L"ColsFrozen",      L"RowsFrozen",     L"ClipboardOptions",   L"Appearance",    L"CellNoteIndicator",
+    L"TwoDigitYearMax", L"ButtonDrawMode", L"SelectBlockOptions", L"OperationMode", L"EditEnterAction"};
+
+/// The properties of the whole and what they are at first.
+Properties GridProperties() {
+    Properties properties{{L"BlockMode", false}, {L"ReDraw", true}, {L"Action", 0}};
+    for (const wchar_t* name : {L"MaxRows", L"MaxCols", L"Row", L"Col", L"Row2", L"Col2"}) {
+        properties[name] = 1;
+    }
+    for (const wchar_t* name : Switches) {
+        properties[name] = false;
+    }
+    for (const wchar_t* name : Numbers) {
+        properties[name] = 0;
+    }
     return properties;
 }
 
 /// The properties that every cell has for itself.
-const std::map<std::wstring, GridValue>& CellProperties() {
-    static const std::map<std::wstring, GridValue> properties{
-        {L"BackColor", 0xFFFFFF},
-        {L"CellType", 1},
-        {L"TypeHAlign", 0},
-        {L"TypeVAlign", 0},
-        {L"TypePictMaintainScale", false},
-        {L"TypePictStretch", false},
-        {L"TypePictPicture", std::wstring{}},
-        {L"TypeComboBoxList", std::wstring{}},
-        {L"TypeComboBoxCurSel", -1},
-    };
+const Properties& CellProperties() {
+    static const Properties properties{{L"BackColor", GridModel::White},
+                                       {L"CellType", 1},
+                                       {L"TypeHAlign", 0},
+                                       {L"TypeVAlign", 0},
+                                       {L"TypePictMaintainScale", false},
+                                       {L"TypePictStretch", false},
+                                       {L"TypePictPicture", std::wstring{}},
+                                       {L"TypeComboBoxList", std::wstring{}},
+                                       {L"TypeComboBoxCurSel", -1}};
     return properties;
 }
 
 [[noreturn]] void Reject(const char* what) {
     throw std::invalid_argument(what);
+}
+
+const GridValue& Known(const Properties& properties, const std::wstring& name) {
+    const auto property = properties.find(name);
+    if (property == properties.end()) {
+        Reject("unknown property");
+    }
+    return property->second;
 }
 
 void RequireSameKind(const GridValue& known, const GridValue& given) {
@@ -85,11 +74,11 @@ void RequireSameKind(const GridValue& known, const GridValue& given) {
 }
 
 std::wstring TextOf(const GridValue& value) {
-    if (const auto* text = std::get_if<std::wstring>(&value)) {
-        return *text;
-    }
     if (const auto* number = std::get_if<std::int32_t>(&value)) {
         return std::to_wstring(*number);
+    }
+    if (const auto* text = std::get_if<std::wstring>(&value)) {
+        return *text;
     }
     if (std::holds_alternative<std::monostate>(value)) {
         return {};
@@ -103,7 +92,7 @@ std::wstring ListItem(std::wstring_view list, std::int32_t position) {
         const auto end = list.find(L'\t');
         list.remove_prefix(end == std::wstring_view::npos ? list.size() : end + 1);
     }
-    return position < 0 ? std::wstring() : std::wstring(list.substr(0, list.find(L'\t')));
+    return std::wstring(list.substr(0, list.find(L'\t')));
 }
 
 }  // namespace
@@ -113,30 +102,35 @@ GridModel::GridModel(std::int32_t rows, std::int32_t cols) : properties_(GridPro
 }
 
 void GridModel::SetProperty(const std::wstring& name, const GridValue& value) {
-    const auto cellProperty = CellProperties().find(name);
-    if (cellProperty == CellProperties().end()) {
-        SetGridProperty(name, value);
-    } else {
-        RequireSameKind(cellProperty->second, value);
+    if (CellProperties().contains(name)) {
+        const GridValue& first = CellProperties().at(name);
+        RequireSameKind(first, value);
         ForSelectedCells([&](Cell& cell) {
-            cell.Properties[name] = value;
+            cell.Properties.erase(name);
+            if (value != first) {
+                cell.Properties[name] = value;
+            }
             if (name == L"TypeComboBoxList") {
                 cell.Properties[L"CellType"] = ComboBoxCell;
             }
         });
+    } else {
+        RequireSameKind(Known(properties_, name), value);
+        if (name == L"Action") {
+            Act(std::get<std::int32_t>(value));
+        } else if (name == L"MaxRows") {
+            Resize(std::get<std::int32_t>(value), Cols());
+        } else if (name == L"MaxCols") {
+            Resize(Rows(), std::get<std::int32_t>(value));
+        }
+        properties_[name] = value;
     }
     Changed();
 }
 
 GridValue GridModel::GetProperty(const std::wstring& name) const {
-    if (CellProperties().contains(name)) {
-        return CellProperty(Number(L"Col"), Number(L"Row"), name);
-    }
-    const auto property = properties_.find(name);
-    if (property == properties_.end()) {
-        Reject("unknown property");
-    }
-    return property->second;
+    return CellProperties().contains(name) ? CellProperty(Number(L"Col"), Number(L"Row"), name)
+                                           : Known(properties_, name);
 }
 
 void GridModel::SetProperty(const std::wstring& name, std::int32_t index, const GridValue& value) {
@@ -144,11 +138,7 @@ void GridModel::SetProperty(const std::wstring& name, std::int32_t index, const 
     if (name != L"RowHeight" || height == nullptr || *height < 0 || index < -1 || index > Rows()) {
         Reject("no such row height");
     }
-    if (index == -1) {
-        std::for_each(rows_.begin() + 1, rows_.end(), [&](Row& row) { row.Height = *height; });
-    } else {
-        rows_[static_cast<std::size_t>(index)].Height = *height;
-    }
+    (index == 0 ? headerHeight_ : rowHeight_) = *height;
     Changed();
 }
 
@@ -156,7 +146,7 @@ GridValue GridModel::GetProperty(const std::wstring& name, std::int32_t index) c
     if (name != L"RowHeight" || index < 0) {
         Reject("no such row height");
     }
-    return index <= Rows() ? RowHeight(index) : DefaultRowHeight;
+    return index == 0 ? headerHeight_ : rowHeight_;
 }
 
 void GridModel::SetText(std::int32_t col, std::int32_t row, const GridValue& value) {
@@ -165,29 +155,29 @@ void GridModel::SetText(std::int32_t col, std::int32_t row, const GridValue& val
 }
 
 std::wstring GridModel::GetText(std::int32_t col, std::int32_t row) const {
-    const std::int32_t chosen = std::get<std::int32_t>(CellProperty(col, row, L"TypeComboBoxCurSel"));
+    const auto chosen = std::get<std::int32_t>(CellProperty(col, row, L"TypeComboBoxCurSel"));
     return chosen < 0 ? At(col, row).Text
                       : ListItem(std::get<std::wstring>(CellProperty(col, row, L"TypeComboBoxList")), chosen);
+}
+
+std::wstring GridModel::RowText(std::int32_t row) const {
+    std::wstring text;
+    for (std::int32_t col = 1; col <= Cols(); ++col) {
+        text += (col == 1 ? L"" : L"\t") + GetText(col, row);
+    }
+    return text + L"\r\n";
 }
 
 std::wstring GridModel::AllText() const {
     std::wstring text;
     for (std::int32_t row = 0; row <= Rows(); ++row) {
-        for (std::int32_t col = 1; col <= Cols(); ++col) {
-            text += (col == 1 ? L"" : L"\t") + GetText(col, row);
-        }
-        text += L"\r\n";
+        text += RowText(row);
     }
     return text;
 }
 
-void GridModel::SetActiveRow(std::int32_t row) {
-    activeRow_ = std::clamp(row, std::min(1, Rows()), Rows());
-    Changed();
-}
-
 GridValue GridModel::CellProperty(std::int32_t col, std::int32_t row, const std::wstring& name) const {
-    const auto& own = At(col, row).Properties;
+    const Properties& own = At(col, row).Properties;
     const auto property = own.find(name);
     return property == own.end() ? CellProperties().at(name) : property->second;
 }
@@ -196,7 +186,7 @@ const GridModel::Cell& GridModel::At(std::int32_t col, std::int32_t row) const {
     if (col < 1 || col > Cols() || row < 0 || row > Rows()) {
         Reject("no such cell");
     }
-    return rows_[static_cast<std::size_t>(row)].Cells[static_cast<std::size_t>(col - 1)];
+    return rows_[static_cast<std::size_t>(row)][static_cast<std::size_t>(col - 1)];
 }
 
 void GridModel::ForSelectedCells(const std::function<void(Cell&)>& apply) {
@@ -210,30 +200,14 @@ void GridModel::ForSelectedCells(const std::function<void(Cell&)>& apply) {
     }
 }
 
-void GridModel::SetGridProperty(const std::wstring& name, const GridValue& value) {
-    const auto property = properties_.find(name);
-    if (property == properties_.end()) {
-        Reject("unknown property");
-    }
-    RequireSameKind(property->second, value);
-    if (name == L"Action") {
-        Act(std::get<std::int32_t>(value));
-    } else if (name == L"MaxRows") {
-        Resize(std::get<std::int32_t>(value), Cols());
-    } else if (name == L"MaxCols") {
-        Resize(Rows(), std::get<std::int32_t>(value));
-    }
-    property->second = value;
-}
-
 void GridModel::Resize(std::int32_t rows, std::int32_t cols) {
     if (rows < 0 || rows > MostRows || cols < 1 || cols > MostCols) {
         Reject("a grid of this size cannot be had");
     }
-    rows_.resize(static_cast<std::size_t>(rows) + 1);
-    for (Row& row : rows_) {
-        row.Cells.resize(static_cast<std::size_t>(cols));
+    if (cols != Cols()) {
+        std::ranges::for_each(rows_, [&](auto& cells) { cells.resize(static_cast<std::size_t>(cols)); });
     }
+    rows_.resize(static_cast<std::size_t>(rows) + 1, std::vector<Cell>(static_cast<std::size_t>(cols)));
     properties_[L"MaxRows"] = rows;
     properties_[L"MaxCols"] = cols;
     activeRow_ = std::min(activeRow_, rows);
@@ -242,7 +216,7 @@ void GridModel::Resize(std::int32_t rows, std::int32_t cols) {
 void GridModel::Act(std::int32_t action) {
     switch (action) {
         case ActionActivateCell:
-            SetActiveRow(Number(L"Row"));
+            activeRow_ = std::clamp(Number(L"Row"), std::min(1, Rows()), Rows());
             break;
         case ActionClearText:
             ForSelectedCells([](Cell& cell) { cell.Text.clear(); });

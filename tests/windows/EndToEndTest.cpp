@@ -8,6 +8,8 @@
 
 #include <windows.h>
 
+#include <oleacc.h>
+
 #include "forms/ControlIds.h"
 #include "tools/screenshots/WorkshopUser.h"
 
@@ -36,6 +38,28 @@ void ExpectInstalled() {
     EXPECT_EQ(std::ranges::count_if(FilesBelow(ManagerFolder), isDatabase), 1) << "no backup, no other catalogue";
 }
 
+/// A window's name as a screen reader gets it; prints what else it gets.
+std::wstring AccessibleNameOf(HWND window) {
+    IAccessible* object = nullptr;
+    if (AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                                   reinterpret_cast<void**>(&object)) != S_OK) {
+        return {};
+    }
+    VARIANT self{};
+    self.vt = VT_I4;
+    VARIANT role{};
+    BSTR name = nullptr;
+    long children = 0;
+    object->get_accName(self, &name);
+    object->get_accRole(self, &role);
+    object->get_accChildCount(&children);
+    object->Release();
+    const std::wstring told = name != nullptr ? name : L"";
+    SysFreeString(name);
+    std::printf("\"%ls\", role %ld, children %ld\n", told.c_str(), role.lVal, children);
+    return told;
+}
+
 TEST(EndToEnd, AUserInstallsTheDisc) {
     const std::wstring stamp = std::wstring(ManagerFolder) + L"\\mam_man.fdf";
     WriteBytes(stamp, "%FDF-1.2\r\n" + std::string(1000, '%'));
@@ -48,8 +72,11 @@ TEST(EndToEnd, AUserInstallsTheDisc) {
 
     const HWND result = user.WaitForScreen(ids::vaSpread);
     EXPECT_EQ(TextOf(result, ids::L_ErrorMsg + 1), L"The installation is complete.");
-    const std::wstring list = TextOf(result, ids::vaSpread);
+    const HWND listView = GetDlgItem(result, ids::vaSpread);
+    const std::wstring list = ListText(listView);
+    EXPECT_TRUE(list.starts_with(Message(35) + L'\t' + Message(37) + L'\t')) << "the header";
     EXPECT_EQ(std::ranges::count(list, L'\n'), 9) << "a header and eight manuals";
+    EXPECT_EQ(AccessibleNameOf(listView), Message(107));
     EXPECT_NE(list.find(L"Merivo\t2020\tEN\tK2310MM\t1\tNew\r\n"), std::wstring::npos);
     EXPECT_NE(list.find(L"Brescot\t2018\tEN\tK3420MM\t5\tUpdated\r\n"), std::wstring::npos);
 

@@ -194,6 +194,7 @@ TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
 
 TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
     FillDisc();
+    UseLanguage(L"09");
     windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
     windows_.Tree.PutFolder(L"C:\\Desktop");
     windows_.Shell.SpecialFolders[25] = L"C:\\Desktop";
@@ -201,9 +202,11 @@ TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
     program_.Outcome.ManualsRecorded = 1;
     for (const bool ticked : {false, true}) {
         const auto form = Open<frmResult>();
-        EXPECT_EQ(IsDlgButtonChecked(form->Window(), ids::C_Shortcut), UINT{BST_UNCHECKED});
         EXPECT_FALSE(IsShown(*form, ids::L_NormalMsg));
         EXPECT_TRUE(IsShown(*form, ids::vaSpread));
+        PostMessageW(GetDlgItem(form->Window(), ids::vaSpread), WM_CHAR, L'm', 1);
+        RunPending();
+        EXPECT_FALSE(IsDlgButtonChecked(form->Window(), ids::C_Shortcut)) << "by a letter typed in the list";
         if (ticked) {
             Press(*form, ids::C_Shortcut);
         }
@@ -226,22 +229,27 @@ std::wstring ClipboardText(HWND reader) {
     return text;
 }
 
-TEST_F(FormsTest, CtrlCCopiesTheResultWhereverTheFocusIs) {
+TEST_F(FormsTest, CtrlCCopiesTheResultWhereverTheFocusIsOrTheChosenRows) {
     FillDisc();
     const auto form = Open<frmResult>();
-    BYTE keys[256]{};
+    const auto copyFrom = [&](int control, BYTE ctrl) {
+        BYTE keys[256]{};
+        keys[VK_CONTROL] = ctrl;
+        SetKeyboardState(keys);
+        SendMessageW(GetDlgItem(form->Window(), control), WM_KEYDOWN, 'C', 1);
+        keys[VK_CONTROL] = 0;
+        SetKeyboardState(keys);
+        return ClipboardText(form->Window());
+    };
+    const std::wstring row = L"Talis 2.0 Hybrid\t2019\tEN\tK1210MM\t12\tmessage 52\r\n";
     for (const int control : {ids::B_OK, ids::vaSpread}) {
-        for (const bool held : {false, true}) {
-            program_.Outcome.ResultMessage = std::to_wstring(control) + (held ? L" copied" : L" typed");
-            keys[VK_CONTROL] = held ? 0x80 : 0;
-            SetKeyboardState(keys);
-            SendMessageW(GetDlgItem(form->Window(), control), WM_KEYDOWN, 'C', 1);
-            EXPECT_EQ(ClipboardText(form->Window()).starts_with(program_.Outcome.ResultMessage), held) << control;
-        }
+        program_.Outcome.ResultMessage = std::to_wstring(control);
+        EXPECT_FALSE(copyFrom(control, 0).starts_with(program_.Outcome.ResultMessage)) << "only typed";
+        EXPECT_TRUE(copyFrom(control, 0x80).starts_with(program_.Outcome.ResultMessage));
+        EXPECT_NE(ClipboardText(form->Window()).find(row), std::wstring::npos);
     }
-    keys[VK_CONTROL] = 0;
-    SetKeyboardState(keys);
-    EXPECT_NE(ClipboardText(form->Window()).find(L"Talis 2.0 Hybrid\t2019\tEN\tK1210MM\t12\t"), std::wstring::npos);
+    ListView_SetItemState(GetDlgItem(form->Window(), ids::vaSpread), 3, LVIS_SELECTED, LVIS_SELECTED);
+    EXPECT_EQ(copyFrom(ids::vaSpread, 0x80), row);
 }
 
 TEST_F(FormsTest, TheResultScreenIsFinishedOnceHoweverOftenItIsClosed) {

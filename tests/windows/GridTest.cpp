@@ -1,98 +1,119 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "forms/Drawing.h"
 #include "forms/GridWindow.h"
+#include "screens/clsSpread.h"
 
 namespace mip {
 namespace {
 
-constexpr int Rows = 40;
+constexpr int Rows = 5000;
+constexpr wchar_t Picture[] = L"C:\\red.bmp";
 
-/// A grid of 40 rows, of which a few fit into its window.
-class GridTest : public testing::Test {
+LRESULT CALLBACK AskGrid(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR grid) {
+    const auto answer = message == WM_NOTIFY ? reinterpret_cast<GridWindow*>(grid)->OnNotify(lParam) : std::nullopt;
+    return answer ? *answer : DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// Rows "row1", "row2" ... with their numbers beside them; row 3 is coloured, row 2 has a wide red picture.
+class GridTest : public testing::Test, private SpreadForm {
   protected:
     GridTest() {
-        window_ = CreateWindowExW(0, GridWindow::ClassName(), L"", WS_POPUP | WS_VISIBLE, 10, 10, 300, 200, nullptr,
-                                  nullptr, GetModuleHandleW(nullptr), nullptr);
-        grid_.Attach(window_);
-        SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+        // Two pixels of 24 bits in a bottom-up bitmap.
+        BITMAPFILEHEADER file{0x4D42, 62, 0, 0, 54};
+        BITMAPINFOHEADER info{40, 2, 1, 1, 24, BI_RGB, 8, 0, 0, 0, 0};
+        std::ofstream(std::filesystem::path(Picture), std::ios::binary)
+                .write(reinterpret_cast<char*>(&file), sizeof file)
+                .write(reinterpret_cast<char*>(&info), sizeof info)
+            << std::string("\0\0\xFF\0\0\xFF\0\0", 8);
+        SetWindowSubclass(parent_, AskGrid, 0, reinterpret_cast<DWORD_PTR>(&grid_));
+        grid_.Attach(list_);
+        grid_.Model().SetProperty(L"MaxRows", Rows);
+        spread_.SplListingStart(*this);
         for (int row = 0; row <= Rows; ++row) {
-            grid_.Model().SetText(1, row, L"row " + std::to_wstring(row));
-            grid_.Model().SetText(2, row, row);
+            const std::wstring number = std::to_wstring(row);
+            spread_.SpdItemRowSet(handle_, row, row == 3 ? L"0" : L"1", {L"row" + number, number});
         }
+        grid_.Model().SetProperty(L"Row", 2);
+        grid_.Model().SetProperty(L"CellType", GridModel::PictureCell);
+        spread_.SpdItemSet(handle_, 2, 2, L"1", Picture);
+        EXPECT_EQ(ListView_GetItemCount(list_), Rows);
+        spread_.SplListingEnd(*this);
     }
-    ~GridTest() override { DestroyWindow(window_); }
+    ~GridTest() override {
+        DestroyWindow(parent_);
+        std::filesystem::remove(Picture);
+    }
+    std::vector<SpreadGrid*> SpreadGrids() override { return {&grid_.Model()}; }
 
-    void Key(WPARAM key) const { SendMessageW(window_, WM_KEYDOWN, key, 1); }
-    int Position(int bar) const { return GetScrollPos(window_, bar); }
-    COLORREF Pixel(int x, int y) const {
-        UpdateWindow(window_);
-        return GetPixel(WindowDc(window_).Get(), x, y);
+    RECT Cell(int col, int row) const {
+        RECT cell{};
+        ListView_GetSubItemRect(list_, row - 1, col - 1, LVIR_BOUNDS, &cell);
+        return cell;
+    }
+    COLORREF Pixel(long x, long y) const {
+        return GetPixel(WindowDc(list_).Get(), static_cast<int>(x), static_cast<int>(y));
     }
 
-    GridWindow grid_{Rows, 2};
-    HWND window_ = nullptr;
+    GridWindow grid_{0, 2};
+    HWND parent_ =
+        CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 10, 10, 300, 200, nullptr, nullptr, nullptr, nullptr);
+    HWND list_ = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | GridWindow::Style, 0, 0, 300, 200,
+                                 parent_, nullptr, nullptr, nullptr);
+    clsSpread spread_{NoFaultLog::Instance()};
+    std::int16_t handle_ = spread_.SpdIni(grid_.Model());
 };
 
-TEST_F(GridTest, KeysMoveTheActiveRowAndBringItIntoView) {
-    const std::tuple<WPARAM, std::int32_t, bool> steps[] = {
-        {VK_DOWN, 1, false},   {VK_UP, 1, false},   {VK_DOWN, 2, false}, {VK_END, Rows, true},
-        {VK_DOWN, Rows, true}, {VK_HOME, 1, false}, {VK_PRIOR, 1, false}};
-    for (const auto& [key, row, scrolled] : steps) {
-        Key(key);
-        EXPECT_EQ(grid_.Model().ActiveRow(), row);
-        EXPECT_EQ(Position(SB_VERT) > 0, scrolled);
-    }
-    Key(VK_NEXT);
-    EXPECT_GT(grid_.Model().ActiveRow(), 3);
-    EXPECT_LT(grid_.Model().ActiveRow(), 10);
-}
-
-TEST_F(GridTest, AClickChoosesTheRowUnderTheMouseAlsoAfterScrolling) {
-    const auto clickAt = [this](int y) {
-        SendMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, y));
-        return grid_.Model().ActiveRow();
-    };
-    EXPECT_EQ(clickAt(30), 1);
-    EXPECT_EQ(clickAt(5), 1) << "the header is no row";
-    SendMessageW(window_, WM_VSCROLL, SB_BOTTOM, 0);
-    EXPECT_EQ(clickAt(195), Rows);
-}
-
-TEST_F(GridTest, WheelAndArrowsScrollWithinWhatThereIs) {
-    SendMessageW(window_, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
-    EXPECT_GT(Position(SB_VERT), 0);
-    SendMessageW(window_, WM_MOUSEWHEEL, MAKEWPARAM(0, 10 * WHEEL_DELTA), 0);
-    EXPECT_EQ(Position(SB_VERT), 0);
-    Key(VK_RIGHT);
-    EXPECT_EQ(Position(SB_HORZ), 0);
-    grid_.Model().SetText(2, 3, std::wstring(200, L'W'));
-    Key(VK_RIGHT);
-    EXPECT_GT(Position(SB_HORZ), 0);
-}
-
-TEST_F(GridTest, ACellsColourIsShownAndWhiteRowsAlternate) {
+TEST_F(GridTest, ShowsColoursAndPicturesOfCells) {
     ASSERT_FALSE(Colours().HighContrast) << "the tests' computer has no colours of its own";
-    grid_.Model().SetProperty(L"Row", 2);
-    grid_.Model().SetProperty(L"Col", 1);
-    grid_.Model().SetProperty(L"BackColor", 0xFFD5AA);
-    const int height = 24;
-    EXPECT_EQ(Pixel(3, height + 8), Colours().Page);
-    EXPECT_EQ(Pixel(3, 2 * height + 8), COLORREF{0xFFD5AA});
-    EXPECT_EQ(Pixel(3, 4 * height + 8), Colours().OddRow);
+    UpdateWindow(list_);
+    const RECT picture = Cell(2, 2);
+    const RECT plain = Cell(1, 2);
+    const RECT coloured = Cell(1, 3);
+    EXPECT_EQ(Pixel(plain.right - 2, plain.top + 4), GetSysColor(COLOR_WINDOW));
+    EXPECT_EQ(Pixel(coloured.right - 2, coloured.top + 4), COLORREF{clsSpread::LightBlue});
+    EXPECT_EQ(Pixel(picture.left + 12, (picture.top + picture.bottom) / 2), RGB(255, 0, 0));
+    EXPECT_EQ(Pixel(picture.left + 12, picture.top + 3), GetSysColor(COLOR_WINDOW)) << "it keeps its shape";
 }
 
-TEST_F(GridTest, ItsWindowTextIsTheListAndReDrawHoldsItsPicture) {
-    grid_.Model().SetProperty(L"MaxRows", 1);
-    wchar_t text[64];
-    GetWindowTextW(window_, text, 64);
-    EXPECT_STREQ(text, L"row 0\t0\r\nrow 1\t1\r\n");
-    UpdateWindow(window_);
-    grid_.Model().SetProperty(L"ReDraw", false);
-    grid_.Model().SetText(1, 1, L"changed");
-    EXPECT_EQ(GetUpdateRect(window_, nullptr, FALSE), 0);
-    grid_.Model().SetProperty(L"ReDraw", true);
-    EXPECT_NE(GetUpdateRect(window_, nullptr, FALSE), 0);
+TEST_F(GridTest, IsUsedByTheKeyboardAlone) {
+    const auto type = [this](UINT message, WPARAM key) { SendMessageW(list_, message, key, 1); };
+    const auto focused = [this] { return ListView_GetNextItem(list_, -1, LVNI_FOCUSED) + 1; };
+    EXPECT_EQ(focused(), 1);
+    EXPECT_EQ(grid_.SelectedText(), L"");
+    const std::pair<WPARAM, int> steps[] = {{VK_DOWN, 2}, {VK_END, Rows}, {VK_HOME, 1}};
+    for (const auto& [key, row] : steps) {
+        type(WM_KEYDOWN, key);
+        EXPECT_EQ(focused(), row);
+    }
+    EXPECT_EQ(grid_.SelectedText(), L"row1\t1\r\n");
+    for (const wchar_t letter : std::wstring(L"Row77")) {
+        type(WM_CHAR, letter);
+    }
+    EXPECT_EQ(focused(), 77);
+    BYTE keys[256]{};
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    type(WM_KEYDOWN, 'A');
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    EXPECT_EQ(L"row0\t0\r\n" + grid_.SelectedText(), grid_.Model().AllText());
+}
+
+TEST_F(GridTest, ColumnsAreAsWideAsTheirTextsAndTheLastTakesTheRest) {
+    const auto width = [this](int col) { return ListView_GetColumnWidth(list_, col); };
+    RECT client{};
+    for (const int dpi : {96, 144}) {
+        grid_.Fit(dpi);
+        GetClientRect(list_, &client);
+        EXPECT_EQ(width(0) + width(1), client.right);
+        EXPECT_NEAR(Cell(1, 1).bottom - Cell(1, 1).top, 24 * dpi / 96, 2) << "18 points";
+    }
+    grid_.Model().SetText(1, 4000, std::wstring(100, L'W'));
+    EXPECT_GT(width(0), client.right);
 }
 
 }  // namespace

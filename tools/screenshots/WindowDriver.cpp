@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include <commctrl.h>
+
 namespace mip {
 
 namespace {
@@ -174,6 +176,44 @@ std::wstring TextOf(HWND control) {
 
 std::wstring TextOf(HWND screen, int control) {
     return TextOf(GetDlgItem(screen, control));
+}
+
+std::wstring ListText(HWND list) {
+    // The list fills what lies in its own process.
+    struct Answer {
+        LVITEMW Cell{};
+        LVCOLUMNW Title{};
+        wchar_t Text[260]{};
+    };
+    DWORD owner = 0;
+    GetWindowThreadProcessId(list, &owner);
+    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, owner);
+    auto* there = static_cast<Answer*>(VirtualAllocEx(process, nullptr, sizeof(Answer), MEM_COMMIT, PAGE_READWRITE));
+    const auto textOf = [&](int row, int col) {
+        Answer answer;
+        answer.Title.mask = LVCF_TEXT;
+        answer.Cell.iSubItem = col;
+        answer.Cell.pszText = answer.Title.pszText = there->Text;
+        answer.Cell.cchTextMax = answer.Title.cchTextMax = 260;
+        WriteProcessMemory(process, there, &answer, sizeof answer, nullptr);
+        if (row < 0) {
+            SendMessageW(list, LVM_GETCOLUMNW, static_cast<WPARAM>(col), reinterpret_cast<LPARAM>(&there->Title));
+        } else {
+            SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&there->Cell));
+        }
+        ReadProcessMemory(process, there, &answer, sizeof answer, nullptr);
+        return std::wstring(answer.Text);
+    };
+    std::wstring text;
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
+    for (int row = -1; row < ListView_GetItemCount(list); ++row) {
+        for (int col = 0; col < columns; ++col) {
+            text += textOf(row, col) + (col + 1 < columns ? L"\t" : L"\r\n");
+        }
+    }
+    VirtualFreeEx(process, there, 0, MEM_RELEASE);
+    CloseHandle(process);
+    return text;
 }
 
 std::wstring MessageOf(HWND box) {

@@ -58,6 +58,8 @@ class WindowDriver {
 /// A control's text, read from any process.
 std::wstring TextOf(HWND control);
 std::wstring TextOf(HWND screen, int control);
+/// What a list view shows, read from any process: header and rows, a line for each and a tab between columns.
+std::wstring ListText(HWND list);
 /// The message of a message box.
 std::wstring MessageOf(HWND box);
 
