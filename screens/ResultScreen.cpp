@@ -13,6 +13,7 @@
 #include "platform/Files.h"
 #include "text/Checked.h"
 #include "text/DateText.h"
+#include "text/TextTools.h"
 
 namespace mip {
 
@@ -147,9 +148,11 @@ bool ResultList::FillGrid() {
 void ResultList::AddRow(std::int32_t row, const DiscCatalogueRecord& manual, const std::wstring& status) {
     spread_.SpdMaxRowsChg(grid_, row);
     const bool japanese = program_.Identity.LanguageCode == L"11";
+    const bool marked = IsInstalledInFailedRun(program_.Outcome, manual);
     spread_.SpdItemRowSet(
-        grid_, row, IsInstalledInFailedRun(program_.Outcome, manual) ? ColourHighlighted : ColourPlain,
-        {manual.Model_desc, japanese ? manual.Kubun : manual.Year, manual.Lang, manual.Pub_No, manual.Version, status});
+        grid_, row, marked ? ColourHighlighted : ColourPlain,
+        {manual.Model_desc, japanese ? manual.Kubun : manual.Year, manual.Lang, manual.Pub_No, manual.Version,
+         marked ? ReplaceAll(GetMessageText(program_, messages::MarkedStatus), L"@", status) : status});
 }
 
 bool IsInstalledInFailedRun(const Outcome& outcome, const DiscCatalogueRecord& manual) {

@@ -68,7 +68,7 @@ class ResultList {
     std::int16_t grid_;
 };
 
-/// True for a manual that this run installed although the run as a whole failed; such rows are coloured.
+/// True for a manual that this run installed although the run as a whole failed; such rows are coloured and say so.
 bool IsInstalledInFailedRun(const Outcome& outcome, const DiscCatalogueRecord& manual);
 
 /// What the user can pass on to somebody who helps: the outcome, the list, and the log's lines.

@@ -90,10 +90,13 @@ TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {
 
 TEST_F(ResultScreenTest, AfterAFailureTheInstalledManualsStandOut) {
     AddManual(L"installed").DoneFlag = true;
-    AddManual(L"failed").DoneFlag = false;
+    AddManual(L"failed").InstallState = InstallState::None;
+    program_.KeptTexts.Messages[L"M106"] = L"@ (installed)";
     Load();
     EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFD5AA));
+    EXPECT_EQ(grid_.GetText(6, 1), L"message 52 (installed)") << "also for who does not see the colour";
     EXPECT_EQ(grid_.CellProperty(1, 2, L"BackColor"), GridValue(0xFFFFFF));
+    EXPECT_EQ(grid_.GetText(6, 2), L"message 52");
     program_.Outcome.ResultKind = true;
     Load();
     EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFFFFF));
