@@ -9,7 +9,7 @@ namespace mip {
 
 namespace {
 
-constexpr int CellPadding = 10;
+constexpr int CellPadding = 16;
 
 bool IsPicture(const GridModel& model, std::int32_t col, std::int32_t row) {
     return model.CellProperty(col, row, L"CellType") == GridValue(GridModel::PictureCell);
@@ -175,18 +175,24 @@ void GridWindow::GiveItem(LVITEMW& item) const {
 /// A cell's own colour, but for chosen rows and in the user's high contrast.
 LRESULT GridWindow::Colour(NMLVCUSTOMDRAW& drawing) const {
     const auto item = static_cast<int>(drawing.nmcd.dwItemSpec);
+    const auto back = [&](int col) {
+        const auto own = std::get<std::int32_t>(model_.CellProperty(col + 1, item + 1, L"BackColor"));
+        return own == GridModel::White ? GetSysColor(COLOR_WINDOW) : static_cast<COLORREF>(own);
+    };
     switch (drawing.nmcd.dwDrawStage) {
         case CDDS_PREPAINT:
             return Colours().HighContrast ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
         case CDDS_ITEMPREPAINT:
-            return ListView_GetItemState(list_, item, LVIS_SELECTED) != 0 ? CDRF_DODEFAULT : CDRF_NOTIFYSUBITEMDRAW;
-        case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
-            const auto own = std::get<std::int32_t>(model_.CellProperty(drawing.iSubItem + 1, item + 1, L"BackColor"));
-            const bool isPlain = own == GridModel::White;
-            drawing.clrTextBk = isPlain ? GetSysColor(COLOR_WINDOW) : static_cast<COLORREF>(own);
-            drawing.clrText = isPlain ? GetSysColor(COLOR_WINDOWTEXT) : Colours().Text;
+            if (item >= model_.Rows() || ListView_GetItemState(list_, item, LVIS_SELECTED) != 0) {
+                return CDRF_DODEFAULT;
+            }
+            FillArea(drawing.nmcd.hdc, drawing.nmcd.rc, back(0));  // also the edges that no cell covers
+            return CDRF_NOTIFYSUBITEMDRAW;
+        case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
+            drawing.clrTextBk = back(drawing.iSubItem);
+            drawing.clrText =
+                drawing.clrTextBk == GetSysColor(COLOR_WINDOW) ? GetSysColor(COLOR_WINDOWTEXT) : Colours().Text;
             return CDRF_DODEFAULT;
-        }
         default:
             return CDRF_DODEFAULT;
     }

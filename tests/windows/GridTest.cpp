@@ -110,6 +110,7 @@ TEST_F(GridTest, ColumnsAreAsWideAsTheirTextsAndTheLastTakesTheRest) {
         grid_.Fit(dpi);
         GetClientRect(list_, &client);
         EXPECT_EQ(width(0) + width(1), client.right);
+        EXPECT_GT(width(0), ListView_GetStringWidth(list_, L"row5000"));
         EXPECT_NEAR(Cell(1, 1).bottom - Cell(1, 1).top, 24 * dpi / 96, 2) << "18 points";
     }
     grid_.Model().SetText(1, 4000, std::wstring(100, L'W'));

@@ -1,5 +1,7 @@
 #include "tests/windows/TextFit.h"
 
+#include <commctrl.h>
+
 #include "forms/Drawing.h"
 #include "text/TextTools.h"
 
@@ -46,6 +48,13 @@ bool IsTextWhole(HWND control) {
         const SIZE size = MeasureText(control, 0, DT_SINGLELINE);
         const LONG mark = hasMark ? client.bottom : 8;
         return size.cx + mark <= client.right && size.cy <= client.bottom;
+    }
+    if (HasClass(control, WC_LISTVIEWW)) {
+        int width = 0;
+        for (int col = Header_GetItemCount(ListView_GetHeader(control)) - 1; col >= 0; --col) {
+            width += ListView_GetColumnWidth(control, col);
+        }
+        return width <= client.right;
     }
     return true;
 }
