@@ -71,6 +71,13 @@ void Form::Finish(int width) {
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void Form::AllowResizing() {
+    isResizable_ = true;
+    SetWindowLongW(Window(), GWL_STYLE, GetWindowLongW(Window(), GWL_STYLE) | WS_THICKFRAME | WS_MAXIMIZEBOX);
+    SetWindowPos(Window(), nullptr, 0, 0, 0, 0,
+                 SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void Form::DisableClosing() {
     EnableMenuItem(GetSystemMenu(Window(), FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
 }
@@ -86,7 +93,13 @@ void Form::ShowBusy(bool busy) {
 }
 
 void Form::ArrangeAgain() {
-    ArrangeAll();
+    if (isResizable_) {
+        RECT client{};
+        GetClientRect(Window(), &client);
+        FollowSize(client.right, client.bottom);
+    } else {
+        ArrangeAll();
+    }
     Redraw();
 }
 
@@ -168,6 +181,15 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
             }
             SetCursor(LoadCursorW(nullptr, IDC_WAIT));
             return TRUE;
+        case WM_SIZE:
+            if (isResizable_ && wParam != SIZE_MINIMIZED) {
+                FollowSize(LOWORD(lParam), HIWORD(lParam));
+                Redraw();
+            }
+            return {};
+        case WM_GETMINMAXINFO:
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest_.cx, smallest_.cy};
+            return 0;
         case WM_SYSCOLORCHANGE:
         case WM_SETTINGCHANGE:
             Redraw();
@@ -181,6 +203,7 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
 }
 
 void Form::ArrangeAll() {
+    clientWidth_ = Px(width_);
     PlaceHeader();
     shortage_ = 0;
     const int wanted = ArrangeContent();
@@ -193,10 +216,18 @@ void Form::ArrangeAll() {
     }
 }
 
+/// The parts with a flexible height get what the content lacks to the new height.
+void Form::FollowSize(int width, int height) {
+    clientWidth_ = width;
+    PlaceHeader();
+    shortage_ += ArrangeContent() - height;
+    ArrangeContent();
+}
+
 /// Returns the height of the client area.
 int Form::ArrangeContent() {
     const int margin = Px(Margin);
-    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, Px(width_) - 2 * margin);
+    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, clientWidth_ - 2 * margin);
     footerTop_ = contentBottom + margin;
     return PlaceFooter(footerTop_);
 }
@@ -217,8 +248,9 @@ void Form::SetClientSize(int width, int height) {
     RECT client{};
     GetWindowRect(Window(), &window);
     GetClientRect(Window(), &client);
-    SetWindowPos(Window(), nullptr, 0, 0, width + (window.right - window.left) - client.right,
-                 height + (window.bottom - window.top) - client.bottom, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    smallest_ = {width + (window.right - window.left) - client.right,
+                 height + (window.bottom - window.top) - client.bottom};
+    SetWindowPos(Window(), nullptr, 0, 0, smallest_.cx, smallest_.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void Form::PlaceHeader() {
@@ -227,7 +259,7 @@ void Form::PlaceHeader() {
     }
     const int left = Px(Margin + SignSize + 16);
     const int height = static_cast<int>(TextSize(title_).cy);
-    Place(title_, left, (Px(headerHeight_) - height) / 2, Px(width_) - left - Px(Margin), height);
+    Place(title_, left, (Px(headerHeight_) - height) / 2, clientWidth_ - left - Px(Margin), height);
 }
 
 /// Returns the bottom of the window.
@@ -236,7 +268,7 @@ int Form::PlaceFooter(int top) {
         return top;
     }
     const int height = Px(ButtonHeight);
-    int right = Px(width_ - Margin);
+    int right = clientWidth_ - Px(Margin);
     for (auto button = footerButtons_.rbegin(); button != footerButtons_.rend(); ++button) {
         const int width = ButtonWidth(*button);
         Place(*button, right - width, top + Px(FooterMargin), width, height);
@@ -288,9 +320,11 @@ void Form::ApplyFonts() {
 
 void Form::FollowDpi(int dpi, const RECT& suggested) {
     SetDpi(dpi);
-    SetWindowPos(Window(), nullptr, suggested.left, suggested.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     ApplyFonts();
-    ArrangeAgain();
+    ArrangeAll();
+    SetWindowPos(Window(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, (isResizable_ ? 0U : SWP_NOSIZE) | SWP_NOZORDER | SWP_NOACTIVATE);
+    Redraw();
 }
 
 }  // namespace mip

@@ -36,6 +36,8 @@ class Form : public Dialog {
     void SetCaption(const std::wstring& caption);
     /// Called at the end of OnLoad: arranges all and centres the window on the screen or over its owner.
     void Finish(int width);
+    /// The user can make the window larger than Finish does; what has FlexibleHeight gets the height. Before Finish.
+    void AllowResizing();
     /// The user cannot close the window; the default OnClose does nothing.
     void DisableClosing();
     /// True at the first call, which also disables closing: for what ends the form and must not be begun twice.
@@ -55,7 +57,8 @@ class Form : public Dialog {
     /// Title and, where the form wants it, the size of the header band.
     HWND AddHeader(int id, const std::wstring& title, int points, bool bold, int height);
 
-    /// Height in pixels of a part that has some to spare: less than `preferred` on a screen that is too low for it.
+    /// Height in pixels of a part that has some to spare: less than `preferred` on a screen that is too low for it,
+    /// more in a window that the user has made higher.
     int FlexibleHeight(int preferred, int least) const { return std::max(Px(least), Px(preferred) - shortage_); }
 
     int Px(int units) const { return MulDiv(units, Dpi(), 96); }
@@ -76,6 +79,7 @@ class Form : public Dialog {
 
   private:
     void ArrangeAll();
+    void FollowSize(int width, int height);
     int ArrangeContent();
     int ScreenHeight() const;
     void SetClientSize(int width, int height);
@@ -93,8 +97,11 @@ class Form : public Dialog {
     HWND title_ = nullptr;
     int headerHeight_ = 0;
     int width_ = 0;
+    int clientWidth_ = 0;
     int footerTop_ = 0;
     int shortage_ = 0;
+    SIZE smallest_{};
+    bool isResizable_ = false;
     bool isEnding_ = false;
     bool isBusy_ = false;
 };

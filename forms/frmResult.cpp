@@ -50,6 +50,7 @@ void frmResult::OnLoad() {
     for (const int control : {ids::vaSpread, ids::C_Shortcut, ids::B_OK}) {
         SetWindowSubclass(Item(control), CopyWithCtrlC, 1, 0);
     }
+    AllowResizing();
     Finish(720);
 }
 

@@ -217,6 +217,25 @@ TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
     }
 }
 
+TEST_F(FormsTest, TheResultScreenGivesItsListTheRoomAndIsNeverSmallerThanAtFirst) {
+    FillDisc();
+    const auto form = Open<frmResult>();
+    const auto resized = [&](int width, int height) {
+        SetWindowPos(form->Window(), nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+        EXPECT_EQ(TextsThatDoNotFit(form->Window()), std::vector<std::string>{});
+        RECT list{};
+        GetWindowRect(GetDlgItem(form->Window(), ids::vaSpread), &list);
+        return std::pair(list.right - list.left, list.bottom - list.top);
+    };
+    RECT place{};
+    GetWindowRect(form->Window(), &place);
+    const auto [width, height] = resized(0, 0);
+    EXPECT_EQ(resized(place.right - place.left, place.bottom - place.top), std::pair(width, height));
+    EXPECT_EQ(resized(place.right - place.left + 99, place.bottom - place.top + 77),
+              std::pair(width + 99, height + 77));
+    EXPECT_EQ(resized(0, 0), std::pair(width, height));
+}
+
 std::wstring ClipboardText(HWND reader) {
     std::wstring text;
     if (OpenClipboard(reader) != 0) {
