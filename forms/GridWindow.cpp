@@ -1,6 +1,7 @@
 #include "forms/GridWindow.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <utility>
 
 #include "forms/Drawing.h"
@@ -40,12 +41,6 @@ GdiObject LoadPicture(const std::wstring& file, int size) {
                    picture.bmWidth, picture.bmHeight, SRCCOPY);
     }
     return square;
-}
-
-bool StartsWith(const std::wstring& text, const std::wstring& start) {
-    return text.size() >= start.size() &&
-           CompareStringOrdinal(text.c_str(), static_cast<int>(start.size()), start.c_str(),
-                                static_cast<int>(start.size()), TRUE) == CSTR_EQUAL;
 }
 
 }  // namespace
@@ -200,12 +195,10 @@ LRESULT GridWindow::Colour(NMLVCUSTOMDRAW& drawing) const {
 
 /// The list's own search for what the user types: the row whose first text starts so, or -1.
 LRESULT GridWindow::Find(const NMLVFINDITEMW& search) const {
-    if ((search.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0) {
-        return -1;
-    }
-    for (int look = 0; look < model_.Rows(); ++look) {
+    const bool isText = (search.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) != 0;
+    for (int look = 0; isText && look < model_.Rows(); ++look) {
         const int item = (std::max(0, search.iStart) + look) % model_.Rows();
-        if (StartsWith(model_.GetText(1, item + 1), search.lvfi.psz)) {
+        if (_wcsnicmp(model_.GetText(1, item + 1).c_str(), search.lvfi.psz, std::wcslen(search.lvfi.psz)) == 0) {
             return item;
         }
     }

@@ -14,63 +14,46 @@ constexpr std::int32_t ActionActivateCell = 0;
 constexpr std::int32_t ActionClearText = 12;
 constexpr std::int32_t ActionClearSelection = 29;
 constexpr std::int32_t MostRows = 100'000;
-constexpr std::int32_t MostCols = 256;
 
-/// Settings that are taken and change nothing: keys, edges and edit modes are those of the system's list.
+/// The names that are known, by the kind of their values. Most are taken and change nothing: keys, edges and edit modes
+/// are those of the system's list.
 constexpr const wchar_t* Switches[] = {
-    L"EditModePermanent", L"EditModeReplace",  L"AutoClipboard",     L"ArrowsExitEditMode", L"RetainSelBlock",
-    L"Protect",           L"AllowMultiBlocks", L"MoveActiveOnFocus", L"AllowCellOverflow",  L"NoBeep",
-    L"AllowDragDrop",     L"NoBorder",         L"ProcessTab",        L"AutoSize",           L"AutoCalc",
-    L"AllowUserFormulas", L"FormulaSync",      L"AllowEditOverflow"};
-constexpr const wchar_t* Numbers[] = {
+    L"BlockMode",      L"EditModePermanent", L"EditModeReplace",  L"AutoClipboard",     L"ArrowsExitEditMode",
+    L"RetainSelBlock", L"Protect",           L"AllowMultiBlocks", L"MoveActiveOnFocus", L"AllowCellOverflow",
+    L"NoBeep",         L"AllowDragDrop",     L"NoBorder",         L"ProcessTab",        L"AutoSize",
+    L"AutoCalc",       L"AllowUserFormulas", L"FormulaSync",      L"AllowEditOverflow", L"TypePictMaintainScale",
+    L"TypePictStretch"};
+constexpr const wchar_t* Numbers[] = {L"MaxRows", L"MaxCols", L"Row",      L"Col",        L"Row2",
+                                      L"Col2",    L"Action",  L"CellType", L"TypeHAlign", L"TypeVAlign"};
+constexpr const wchar_t* NumberSettings[] = {
     L"ColsFrozen",      L"RowsFrozen",     L"ClipboardOptions",   L"Appearance",    L"CellNoteIndicator",
     L"TwoDigitYearMax", L"ButtonDrawMode", L"SelectBlockOptions", L"OperationMode", L"EditEnterAction"};
 
-/// The properties of the whole and what they are at first.
-Properties GridProperties() {
-    Properties properties{{L"BlockMode", false}, {L"ReDraw", true}, {L"Action", 0}};
-    for (const wchar_t* name : {L"MaxRows", L"MaxCols", L"Row", L"Col", L"Row2", L"Col2"}) {
-        properties[name] = 1;
-    }
+Properties FirstProperties() {
+    Properties properties{{L"ReDraw", true},
+                          {L"BackColor", GridModel::White},
+                          {L"TypeComboBoxCurSel", -1},
+                          {L"TypeComboBoxList", std::wstring()},
+                          {L"TypePictPicture", std::wstring()}};
     for (const wchar_t* name : Switches) {
         properties[name] = false;
     }
     for (const wchar_t* name : Numbers) {
         properties[name] = 0;
     }
+    for (const wchar_t* name : NumberSettings) {
+        properties[name] = 0;
+    }
     return properties;
 }
 
-/// The properties that every cell has for itself.
-const Properties& CellProperties() {
-    static const Properties properties{{L"BackColor", GridModel::White},
-                                       {L"CellType", 1},
-                                       {L"TypeHAlign", 0},
-                                       {L"TypeVAlign", 0},
-                                       {L"TypePictMaintainScale", false},
-                                       {L"TypePictStretch", false},
-                                       {L"TypePictPicture", std::wstring{}},
-                                       {L"TypeComboBoxList", std::wstring{}},
-                                       {L"TypeComboBoxCurSel", -1}};
-    return properties;
+/// Every cell has these for itself.
+bool IsOfCell(const std::wstring& name) {
+    return name.starts_with(L"Type") || name == L"BackColor" || name == L"CellType";
 }
 
 [[noreturn]] void Reject(const char* what) {
     throw std::invalid_argument(what);
-}
-
-const GridValue& Known(const Properties& properties, const std::wstring& name) {
-    const auto property = properties.find(name);
-    if (property == properties.end()) {
-        Reject("unknown property");
-    }
-    return property->second;
-}
-
-void RequireSameKind(const GridValue& known, const GridValue& given) {
-    if (known.index() != given.index()) {
-        Reject("value of another kind");
-    }
 }
 
 std::wstring TextOf(const GridValue& value) {
@@ -79,9 +62,6 @@ std::wstring TextOf(const GridValue& value) {
     }
     if (const auto* text = std::get_if<std::wstring>(&value)) {
         return *text;
-    }
-    if (std::holds_alternative<std::monostate>(value)) {
-        return {};
     }
     Reject("cells hold texts and whole numbers");
 }
@@ -97,40 +77,33 @@ std::wstring ListItem(std::wstring_view list, std::int32_t position) {
 
 }  // namespace
 
-GridModel::GridModel(std::int32_t rows, std::int32_t cols) : properties_(GridProperties()) {
-    Resize(rows, cols);
+GridModel::GridModel(std::int32_t rows, std::int32_t cols) : properties_(FirstProperties()) {
+    properties_[L"MaxCols"] = cols;
+    SetProperty(L"MaxRows", rows);
 }
 
 void GridModel::SetProperty(const std::wstring& name, const GridValue& value) {
-    if (CellProperties().contains(name)) {
-        const GridValue& first = CellProperties().at(name);
-        RequireSameKind(first, value);
-        ForSelectedCells([&](Cell& cell) {
-            cell.Properties.erase(name);
-            if (value != first) {
-                cell.Properties[name] = value;
-            }
-            if (name == L"TypeComboBoxList") {
-                cell.Properties[L"CellType"] = ComboBoxCell;
-            }
-        });
+    const auto known = properties_.find(name);
+    if (known == properties_.end() || known->second.index() != value.index() || name == L"MaxCols") {
+        Reject("unknown property, or a value of another kind");
+    }
+    if (IsOfCell(name)) {
+        ForSelectedCells([&](Cell& cell) { cell.Properties[name] = value; });
+    } else if (name == L"Action") {
+        Act(std::get<std::int32_t>(value));
+    } else if (name == L"MaxRows") {
+        Resize(std::get<std::int32_t>(value));
     } else {
-        RequireSameKind(Known(properties_, name), value);
-        if (name == L"Action") {
-            Act(std::get<std::int32_t>(value));
-        } else if (name == L"MaxRows") {
-            Resize(std::get<std::int32_t>(value), Cols());
-        } else if (name == L"MaxCols") {
-            Resize(Rows(), std::get<std::int32_t>(value));
-        }
-        properties_[name] = value;
+        known->second = value;
     }
     Changed();
 }
 
 GridValue GridModel::GetProperty(const std::wstring& name) const {
-    return CellProperties().contains(name) ? CellProperty(Number(L"Col"), Number(L"Row"), name)
-                                           : Known(properties_, name);
+    if (!properties_.contains(name)) {
+        Reject("unknown property");
+    }
+    return IsOfCell(name) ? CellProperty(Number(L"Col"), Number(L"Row"), name) : properties_.at(name);
 }
 
 void GridModel::SetProperty(const std::wstring& name, std::int32_t index, const GridValue& value) {
@@ -179,7 +152,7 @@ std::wstring GridModel::AllText() const {
 GridValue GridModel::CellProperty(std::int32_t col, std::int32_t row, const std::wstring& name) const {
     const Properties& own = At(col, row).Properties;
     const auto property = own.find(name);
-    return property == own.end() ? CellProperties().at(name) : property->second;
+    return property == own.end() ? properties_.at(name) : property->second;
 }
 
 const GridModel::Cell& GridModel::At(std::int32_t col, std::int32_t row) const {
@@ -200,32 +173,24 @@ void GridModel::ForSelectedCells(const std::function<void(Cell&)>& apply) {
     }
 }
 
-void GridModel::Resize(std::int32_t rows, std::int32_t cols) {
-    if (rows < 0 || rows > MostRows || cols < 1 || cols > MostCols) {
+void GridModel::Resize(std::int32_t rows) {
+    if (rows < 0 || rows > MostRows) {
         Reject("a grid of this size cannot be had");
     }
-    if (cols != Cols()) {
-        std::ranges::for_each(rows_, [&](auto& cells) { cells.resize(static_cast<std::size_t>(cols)); });
-    }
-    rows_.resize(static_cast<std::size_t>(rows) + 1, std::vector<Cell>(static_cast<std::size_t>(cols)));
+    rows_.resize(static_cast<std::size_t>(rows) + 1, std::vector<Cell>(static_cast<std::size_t>(Cols())));
     properties_[L"MaxRows"] = rows;
-    properties_[L"MaxCols"] = cols;
     activeRow_ = std::min(activeRow_, rows);
 }
 
 void GridModel::Act(std::int32_t action) {
-    switch (action) {
-        case ActionActivateCell:
-            activeRow_ = std::clamp(Number(L"Row"), std::min(1, Rows()), Rows());
-            break;
-        case ActionClearText:
-            ForSelectedCells([](Cell& cell) { cell.Text.clear(); });
-            break;
-        case ActionClearSelection:
-            activeRow_ = 0;
-            break;
-        default:
-            Reject("unknown action");
+    if (action == ActionActivateCell) {
+        activeRow_ = std::clamp(Number(L"Row"), std::min(1, Rows()), Rows());
+    } else if (action == ActionClearText) {
+        ForSelectedCells([](Cell& cell) { cell.Text.clear(); });
+    } else if (action == ActionClearSelection) {
+        activeRow_ = 0;
+    } else {
+        Reject("unknown action");
     }
 }
 

@@ -16,7 +16,6 @@ namespace mip {
 class GridModel final : public SpreadGrid {
   public:
     static constexpr double DefaultRowHeight = 18;  ///< points
-    static constexpr std::int32_t ComboBoxCell = 8;
     static constexpr std::int32_t PictureCell = 9;
     static constexpr std::int32_t White = 0xFFFFFF;
 
@@ -47,7 +46,7 @@ class GridModel final : public SpreadGrid {
   private:
     struct Cell {
         std::wstring Text;
-        std::map<std::wstring, GridValue> Properties;  ///< those that are not what they are at first
+        std::map<std::wstring, GridValue> Properties;  ///< those that were set
     };
 
     std::int32_t Number(const wchar_t* name) const { return std::get<std::int32_t>(properties_.at(name)); }
@@ -55,11 +54,11 @@ class GridModel final : public SpreadGrid {
     Cell& At(std::int32_t col, std::int32_t row) { return const_cast<Cell&>(std::as_const(*this).At(col, row)); }
     /// Applies to the block while BlockMode is on, else to the one current cell.
     void ForSelectedCells(const std::function<void(Cell&)>& apply);
-    void Resize(std::int32_t rows, std::int32_t cols);
+    void Resize(std::int32_t rows);
     void Act(std::int32_t action);
     void Changed() const;
 
-    std::map<std::wstring, GridValue> properties_;
+    std::map<std::wstring, GridValue> properties_;  ///< those of cells as they are at first
     std::vector<std::vector<Cell>> rows_;
     double headerHeight_ = DefaultRowHeight;
     double rowHeight_ = DefaultRowHeight;

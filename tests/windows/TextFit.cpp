@@ -50,11 +50,7 @@ bool IsTextWhole(HWND control) {
         return size.cx + mark <= client.right && size.cy <= client.bottom;
     }
     if (HasClass(control, WC_LISTVIEWW)) {
-        int width = 0;
-        for (int col = Header_GetItemCount(ListView_GetHeader(control)) - 1; col >= 0; --col) {
-            width += ListView_GetColumnWidth(control, col);
-        }
-        return width <= client.right;
+        return (style & WS_HSCROLL) == 0;
     }
     return true;
 }

@@ -12,18 +12,10 @@ class ResultScreenTest : public ScreensTest, private SpreadForm {
   protected:
     std::vector<SpreadGrid*> SpreadGrids() override { return {&grid_}; }
 
-    /// Rows of the list, columns separated by "|".
-    std::vector<std::wstring> Load() {
+    /// The list's lines.
+    std::wstring Load() {
         EXPECT_TRUE(ResultList(program_, *this, grid_).Load());
-        std::vector<std::wstring> rows;
-        for (std::int32_t row = 0; row <= grid_.Rows(); ++row) {
-            std::wstring text = grid_.GetText(1, row);
-            for (std::int32_t col = 2; col <= grid_.Cols(); ++col) {
-                text += L"|" + grid_.GetText(col, row);
-            }
-            rows.push_back(text);
-        }
-        return rows;
+        return grid_.AllText();
     }
 
     void Add(const std::wstring& pubNo, std::int16_t order, const std::wstring& year, const std::wstring& kubun) {
@@ -67,10 +59,10 @@ TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
     AddManual(L"not chosen").InstallFlag = Selection::UpToDate;
     AddManual(L"superseded").InstallFlag = Selection::Superseded;
     program_.Identity.LanguageCode = L"11";
-    EXPECT_EQ(Load(), (std::vector<std::wstring>{L"message 35|message 37|message 38|message 68|message 69|message 55",
-                                                 L"Talis|整備書|EN|K1210MM|3|message 52"}));
+    const std::wstring header = L"message 35\tmessage 37\tmessage 38\tmessage 68\tmessage 69\tmessage 55\r\n";
+    EXPECT_EQ(Load(), header + L"Talis\t整備書\tEN\tK1210MM\t3\tmessage 52\r\n");
     program_.Identity.LanguageCode = L"09";
-    EXPECT_EQ(Load().at(1), L"Talis|2019|EN|K1210MM|3|message 52") << "a second listing replaces the first";
+    EXPECT_EQ(Load(), header + L"Talis\t2019\tEN\tK1210MM\t3\tmessage 52\r\n") << "a second listing replaces the first";
 }
 
 TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {

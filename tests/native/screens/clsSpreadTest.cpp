@@ -5,24 +5,13 @@
 #include "screens/ClsEvent.h"
 #include "screens/GridModel.h"
 #include "screens/clsSpread.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
 
 constexpr std::int32_t LightBlue = 0xFFD5AA;
 constexpr std::int32_t White = 0xFFFFFF;
-
-/// A control that takes nothing at all.
-struct BrokenGrid : SpreadGrid {
-    using Text = std::wstring;
-    [[noreturn]] static void Refuse() { throw std::invalid_argument("no"); }
-    void SetProperty(const Text&, const GridValue&) override { Refuse(); }
-    GridValue GetProperty(const Text&) const override { Refuse(); }
-    void SetProperty(const Text&, std::int32_t, const GridValue&) override { Refuse(); }
-    GridValue GetProperty(const Text&, std::int32_t) const override { Refuse(); }
-    void SetText(std::int32_t, std::int32_t, const GridValue&) override { Refuse(); }
-    Text GetText(std::int32_t, std::int32_t) const override { Refuse(); }
-};
 
 class SpreadTest : public testing::Test {
   protected:
@@ -37,10 +26,7 @@ class SpreadTest : public testing::Test {
     static std::wstring Texts(const GridModel& grid) {
         std::wstring texts;
         for (std::int32_t row = 1; row <= grid.Rows(); ++row) {
-            texts += row > 1 ? L"/" : L"";
-            for (std::int32_t col = 1; col <= grid.Cols(); ++col) {
-                texts += grid.GetText(col, row).empty() ? L"-" : grid.GetText(col, row);
-            }
+            texts += (row > 1 ? L"/" : L"") + ReplaceAll(ReplaceAll(grid.RowText(row), L"\r\n", L""), L"\t", L"|");
         }
         return texts;
     }
@@ -64,10 +50,10 @@ TEST_F(SpreadTest, ClearingABlockLeavesTheRest) {
     const struct {
         std::int32_t Rows, Col, Row, Col2, Row2;
         const wchar_t* Expected;
-    } cases[] = {{-1, -1, -1, -1, -1, L"---/---/---"},
-                 {-1, 2, 2, -1, -1, L"abc/a--/a--"},
-                 {-1, 2, 2, 2, 2, L"abc/a-c/abc"},
-                 {1, -1, -1, -1, -1, L"---"},
+    } cases[] = {{-1, -1, -1, -1, -1, L"||/||/||"},
+                 {-1, 2, 2, -1, -1, L"a|b|c/a||/a||"},
+                 {-1, 2, 2, 2, 2, L"a|b|c/a||c/a|b|c"},
+                 {1, -1, -1, -1, -1, L"||"},
                  {0, -1, -1, -1, -1, L""}};
     for (const auto& c : cases) {
         GridModel grid(3, 3);
@@ -99,20 +85,17 @@ TEST_F(SpreadTest, NewRowsTakeTheFirstRowsHeightAtRegistrationAndTheHeaderKeepsI
     EXPECT_EQ(grid_.RowHeight(), GridModel::DefaultRowHeight);
 }
 
-TEST_F(SpreadTest, UnknownHandlesAndRejectingControlsDoNothing) {
-    BrokenGrid broken;
-    const std::int16_t brokenHandle = spread_.SpdIni(broken);
-    for (const std::int16_t handle : {brokenHandle, std::int16_t{0}, std::int16_t{-1}, std::int16_t{99}}) {
+TEST_F(SpreadTest, UnknownHandlesAndWhatTheGridRejectsDoNothing) {
+    for (const std::int16_t handle : {handle_, std::int16_t{0}, std::int16_t{-1}, std::int16_t{99}}) {
         EXPECT_NO_THROW({
-            spread_.SpdClear(handle, 1);
-            spread_.SpdItemRowSet(handle, 1, L"0", {L"x"});
-            spread_.SpdMaxRowsChg(handle, 1);
-            spread_.SpdCmboSet(handle, 1, L"x");
-            EXPECT_EQ(spread_.SpdItemGet(handle, 1, 1), L"");
+            spread_.SpdClear(handle, 1, 9, 1, 9);
+            spread_.SpdItemRowSet(handle, 9, L"0", {L"x"});
+            spread_.SpdMaxRowsChg(handle, -1);
+            spread_.SpdCmboSet(handle, 9, L"x");
+            EXPECT_EQ(spread_.SpdItemGet(handle, 1, 9), L"");
         });
     }
-    spread_.SpdItemRowSet(handle_, 9, L"0", {L"outside the grid"});
-    EXPECT_EQ(Texts(grid_), L"abc/abc/abc");
+    EXPECT_EQ(Texts(grid_), L"a|b|c/a|b|c/a|b|c");
 }
 
 TEST(GridModelTest, RejectsWhatItDoesNotKnow) {
