@@ -9,6 +9,7 @@ struct Switches {
     bool Silent = false;      ///< /SILENT: only the progress screen is shown
     bool VerySilent = false;  ///< /VERYSILENT: nothing is shown
     bool Accept = false;      ///< /ACCEPT: stands for the agreement
+    bool Help = false;        ///< /?: only tells what the switches mean
     bool Check = false;       ///< /CHECK: maintenance run over all installed manuals
     std::wstring Remove;      ///< /REMOVE=<Pub_No>: maintenance run that removes one manual
     std::wstring Directory;   ///< /DIR="folder": install root for manuals without a folder

@@ -39,6 +39,7 @@ bool IsLanguageCode(const std::wstring& value) {
 }
 
 constexpr std::array plainSwitches{
+    PlainSwitch{L"/?", &Switches::Help},
     PlainSwitch{L"/SILENT", &Switches::Silent},
     PlainSwitch{L"/VERYSILENT", &Switches::VerySilent},
     PlainSwitch{L"/ACCEPT", &Switches::Accept},
@@ -89,7 +90,7 @@ std::optional<std::wstring> FindMisplaced(const Switches& switches) {
     if (switches.Check && !switches.Remove.empty()) {
         return L"/REMOVE=" + switches.Remove;
     }
-    if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance()) {
+    if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance() && !switches.Help) {
         return switches.VerySilent ? L"/VERYSILENT" : L"/SILENT";
     }
     return std::nullopt;

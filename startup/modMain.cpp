@@ -1,5 +1,6 @@
 #include "startup/modMain.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 
@@ -70,12 +71,28 @@ std::wstring ChooseLanguage(const Program& program) {
     return program.Switches.Language.empty() ? GetLanguageCode(program.Platform) : program.Switches.Language;
 }
 
-/// Switches are read before the settings: a disc without message files still names the bad one.
-std::wstring BadSwitchText(Program& program) {
+/// Switches are read before the settings; what is said about them needs the texts all the same.
+void FindTexts(Program& program) {
     program.Paths.SysDirPath = SysDirOf(program);
     program.Identity.LanguageCode = ChooseLanguage(program);
+}
+
+/// A disc without message files still names the bad one.
+std::wstring BadSwitchText(Program& program) {
+    FindTexts(program);
     const std::wstring text = GetMessageText(program, messages::BadSwitch);
     return text.empty() ? L"Unknown or incomplete switch: " : text;
+}
+
+/// Says what the switches mean, and ends the program.
+[[noreturn]] void EndWithHelp(Program& program) {
+    FindTexts(program);
+    std::wstring text = GetMessageText(program, messages::HelpPurpose) + L"\r\n";
+    for (std::int16_t number = messages::HelpSilent; number <= messages::HelpHelp; ++number) {
+        text += L"\r\n" + GetMessageText(program, number);
+    }
+    program.Platform.MessageBoxes.Show(text, boxes::Ok | boxes::Information, ProgramTitle);
+    EndWith(program, ExitCode::Done);
 }
 
 void TakeSwitches(Program& program, const std::vector<std::wstring>& arguments) {
@@ -167,6 +184,9 @@ void StartUp(Program& program, ScreenFlow& flow, const std::vector<std::wstring>
         EndWith(program, ExitCode::CouldNotStart);
     }
     TakeSwitches(program, arguments);
+    if (program.Switches.Help) {
+        EndWithHelp(program);
+    }
     flow.ChooseScreens();
     LoadSettings(program);
     FindPlacesAndNames(program);
@@ -189,6 +209,19 @@ std::wstring Describe(const std::exception& error) {
         text += L"\r\n" + platformError->Object();
     }
     return text;
+}
+
+/// How the run came out, for the last line of the log.
+std::wstring SummaryOf(const Program& program) {
+    const Outcome& outcome = program.Outcome;
+    std::wstring text = L"exit code " + std::to_wstring(static_cast<std::uint32_t>(outcome.ExitCode));
+    if (outcome.RunFinished) {
+        const auto chosen =
+            std::ranges::count(program.DiscCatalogue.Records, Selection::Candidate, &DiscCatalogueRecord::InstallFlag);
+        text += L", " + std::to_wstring(outcome.ManualsRecorded) + L" of " + std::to_wstring(chosen) +
+                L" manuals installed";
+    }
+    return outcome.ResultMessage.empty() ? text : text + L": " + outcome.ResultMessage;
 }
 
 }  // namespace
@@ -238,7 +271,7 @@ void EndProgram(Program& program, TemporaryFolder temporary) {
         RemoveFolder(program.Platform, program.Paths, program.Paths.UnZipTempPath);
     }
     const auto code = static_cast<std::uint32_t>(program.Outcome.ExitCode);
-    program.Log.Write(L"end", L"", L"exit code " + std::to_wstring(code));
+    program.Log.Write(L"end", L"", SummaryOf(program));
     program.Platform.Computer.EndProcess(code);
     std::abort();
 }

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what building, running and testing need and is not there yet. Says nothing when nothing is missing.
-#   set-up.sh [--list] [bench] [fuzz]
+#   set-up.sh [--list] [bench] [fuzz] [sign]
 #     --list   only says what would be done, and changes nothing
 #     bench    also what the preset of that name needs: the benchmark library and hyperfine
+#     sign     also what signs the program for a release
 #     fuzz     also what the preset of that name needs: clang and its run-time libraries
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -27,6 +28,7 @@ for argument in "$@"; do
     case $argument in
         --list) list_only=yes ;;
         bench) packages+=(libbenchmark-dev hyperfine) ;;
+        sign) packages+=(osslsigncode openssl) ;;
         fuzz) packages+=(clang-14 libclang-rt-14-dev) ;;
         *) die "unknown argument $argument" ;;
     esac

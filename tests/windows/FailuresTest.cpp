@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include "forms/ControlIds.h"
 #include "platform/sqlite/SqliteEngine.h"
 #include "platform/windows/Handle.h"
 #include "tools/screenshots/WorkshopUser.h"
@@ -193,6 +194,33 @@ TEST(Failures, AFullDriveIsSaidBeforeTheRemovalWhenKnownAndRepairedWhenNot) {
     ExpectRun(Succeeded, 0);
     EXPECT_EQ(ReadCatalogue().at(L"K3420MM"), (Row{L"5", folder, L"0"}));
     EXPECT_TRUE(IsDiscEdition(folder, Brescot));
+}
+
+/// A text of the English file, as the log has it.
+std::string LogText(int message) {
+    const std::wstring text = Message(message);
+    return {text.begin(), text.end()};
+}
+
+// Each fault comes earlier in the run than the one before it, so that none need be mended.
+TEST(Failures, SilentlyEachEndsInTimeWithItsStatusAndTheLogSumsItUp) {
+    KeepOnDiscAlone({Halden});
+    const std::tuple<std::wstring, std::string, DWORD, std::string> faults[] = {
+        {std::wstring(L"D:\\") + Halden + L"\\install\\condense\\manual.zip", "no archive", 4, LogText(23)},
+        {L"D:\\programs\\manual_link\\setup.fail", "7", 4, LogText(90)},
+        {L"D:\\programs\\setup\\kvx3new.mdb", "no database", 4, LogText(71)},
+        {L"D:\\programs\\man_manager\\setup.fail", "moves itself aside", 4, LogText(18)},
+        {Catalogue, "no database", 1, LogText(20)},
+        {std::wstring(ManagerFolder) + L"\\KVX3.exe", "", 3, ""}};
+    for (const auto& [file, content, code, text] : faults) {
+        SCOPED_TRACE(testing::PrintToString(file));
+        content.empty() ? static_cast<void>(fs::remove(file)) : WriteBytes(file, content);
+        const WorkshopUser user(L"/VERYSILENT /ACCEPT /LANG=09 /LOG=C:\\run.log");
+        EXPECT_EQ(user.WaitForEnd([&] { EXPECT_EQ(user.FindScreen(ids::B_OK), nullptr); }), code);
+        const std::string log = BytesOf(L"C:\\run.log");
+        const std::string end = log.substr(log.rfind("\tend\t") + 1);
+        EXPECT_TRUE(end.starts_with("end\t\texit code " + std::to_string(code)) && end.ends_with(text + "\r\n")) << end;
+    }
 }
 
 }  // namespace

@@ -53,6 +53,18 @@ TEST_F(StartUp, SecondInstanceEndsSilentlyAndLeavesTheFirstAlone) {
     EXPECT_NE(third.WaitForScreen(ids::cmdStartInstall), nullptr) << "the first one is gone";
 }
 
+TEST_F(StartUp, AskedForItsSwitchesItNamesEachAndDoesNothingElse) {
+    const WindowDriver user(CommandLine(L"/silent /? /LANG=07"));
+    const HWND box = user.WaitForBox();
+    const std::wstring text = MessageOf(box);
+    for (const wchar_t* name :
+         {L"/SILENT", L"/VERYSILENT", L"/ACCEPT", L"/DIR=", L"/LANG=", L"/LOG=", L"/CHECK", L"/REMOVE=", L"/?: "}) {
+        EXPECT_NE(text.find(name), std::wstring::npos) << testing::PrintToString(name);
+    }
+    user.Answer(box, IDOK);
+    EXPECT_EQ(user.WaitForEnd(), 0U);
+}
+
 TEST_F(StartUp, AFatalFaultIsSaidInABox) {
     fs::remove(ProgramFolder / L"SysDir\\SysParameter.ini");
     const WindowDriver user(CommandLine());

@@ -39,6 +39,7 @@ TEST(CommandLine, RefusesWhatItCannotFollowAndStillTellsWhereToLog) {
                                            {L"/FAST /SILENT", L"/FAST"},
                                            {L"/SILENT /ACCEPT", L""},
                                            {L"/SILENT /CHECK", L""},
+                                           {L"/? /SILENT", L""},
                                            {L"/DIR=\\\\server\\manuals", L""},
                                            {L"/REMOVE=A1 /CHECK", L"/REMOVE=A1"}}) {
         EXPECT_EQ(badSwitchOf(commandLine), bad);
