@@ -90,7 +90,7 @@ std::optional<std::wstring> FindMisplaced(const Switches& switches) {
     if (switches.Check && !switches.Remove.empty()) {
         return L"/REMOVE=" + switches.Remove;
     }
-    if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance() && !switches.Help) {
+    if (switches.IsQuiet() && !switches.Accept && !switches.IsMaintenance()) {
         return switches.VerySilent ? L"/VERYSILENT" : L"/SILENT";
     }
     return std::nullopt;
@@ -107,6 +107,9 @@ Switches ReadSwitches(const std::vector<std::wstring>& arguments) {
         }
     }
     switches.Language = ToUpper(switches.Language);
+    if (switches.Help) {  // who asks wants to be answered
+        switches.Silent = switches.VerySilent = false;
+    }
     if (!bad) {
         bad = FindMisplaced(switches);
     }

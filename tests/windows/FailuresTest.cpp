@@ -207,9 +207,7 @@ TEST(Failures, SilentlyEachEndsInTimeWithItsStatusAndTheLogSumsItUp) {
     KeepOnDiscAlone({Halden});
     const std::tuple<std::wstring, std::string, DWORD, std::string> faults[] = {
         {std::wstring(L"D:\\") + Halden + L"\\install\\condense\\manual.zip", "no archive", 4, LogText(23)},
-        {L"D:\\programs\\manual_link\\setup.fail", "7", 4, LogText(90)},
         {L"D:\\programs\\setup\\kvx3new.mdb", "no database", 4, LogText(71)},
-        {L"D:\\programs\\man_manager\\setup.fail", "moves itself aside", 4, LogText(18)},
         {Catalogue, "no database", 1, LogText(20)},
         {std::wstring(ManagerFolder) + L"\\KVX3.exe", "", 3, ""}};
     for (const auto& [file, content, code, text] : faults) {
