@@ -5,14 +5,13 @@
 #include "app/Attempt.h"
 #include "app/Messages.h"
 #include "app/Program.h"
-#include "app/TextFile.h"
 #include "app/modFile.h"
 #include "app/modSysParameter.h"
 #include "manualinfo/FileWithAccess.h"
+#include "manualinfo/ManualInfoFile.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PlatformError.h"
-#include "text/Checked.h"
 #include "text/DateText.h"
 #include "text/TextTools.h"
 
@@ -24,14 +23,6 @@ constexpr wchar_t LocalManualInfoPath[] = L"C:\\man_info\\man_info_do.ci";
 constexpr wchar_t InfoFile[] = L"man_info_do.ci";
 constexpr wchar_t UserInfoFile[] = L"man_info_us.ci";
 
-/// One line of a manual information file. Fields 2 and 4 are not used.
-struct ManualInfoEntry {
-    std::wstring Field0;
-    std::wstring Field1;
-    std::wstring Key;  ///< field 3, also the manual's folder on the disc
-    DateTime Date;     ///< field 5, "yyyy/mm": the first day of that month
-};
-
 struct Comparison {
     bool Result = true;
     bool CopyNeeded = false;
@@ -40,23 +31,6 @@ struct Comparison {
 
 std::wstring OnDisc(const Paths& paths, const wchar_t* name) {
     return paths.DiscRootPath + L"programs\\setup\\" + name;
-}
-
-ManualInfoEntry ReadEntry(const std::wstring& line) {
-    const std::vector<std::wstring> fields = Split(line, L',');
-    if (fields.size() < 6) {
-        throw ConversionError();
-    }
-    const std::wstring firstDay = std::wstring(TrimBlanks(fields[5])) + L"/01";
-    return {fields[0], fields[1], fields[3], ParseDateTime(firstDay)};
-}
-
-std::vector<ManualInfoEntry> ReadEntries(Platform& platform, const std::wstring& file) {
-    std::vector<ManualInfoEntry> entries;
-    for (const std::wstring& line : ReadTextLines(platform, file)) {
-        entries.push_back(ReadEntry(line));
-    }
-    return entries;
 }
 
 DateTime FindLocalDate(const std::vector<ManualInfoEntry>& localEntries, const std::wstring& key) {
@@ -76,8 +50,8 @@ std::wstring OlderEntryLine(const Program& program, const ManualInfoEntry& entry
 
 /// A file that cannot be read or holds a malformed line makes the comparison fail, without any line to show.
 Comparison CompareManualInfo(const Program& program) try {
-    const auto localEntries = ReadEntries(program.Platform, LocalManualInfoPath);
-    const auto discEntries = ReadEntries(program.Platform, OnDisc(program.Paths, InfoFile));
+    const auto localEntries = ReadManualInfoEntries(program.Platform, LocalManualInfoPath);
+    const auto discEntries = ReadManualInfoEntries(program.Platform, OnDisc(program.Paths, InfoFile));
     Comparison comparison;
     for (const ManualInfoEntry& entry : discEntries) {
         if (!program.Platform.Folders.Exists(program.Paths.DiscRootPath + entry.Key)) {
