@@ -96,6 +96,12 @@ inline constexpr std::int16_t HelpRemove = 115;
 inline constexpr std::int16_t HelpHelp = 116;
 /// The highest number.
 inline constexpr std::int16_t Last = HelpHelp;
+/// All numbers.
+inline constexpr std::int16_t All[] = {6,   9,   10,  11,  12,  13,  14,  15,  16,  17,  18,  19,  20,  21,  22,  23,
+                                       24,  25,  27,  28,  29,  30,  31,  32,  33,  34,  35,  37,  38,  43,  52,  53,
+                                       54,  55,  56,  57,  59,  60,  64,  65,  67,  68,  69,  70,  71,  72,  73,  74,
+                                       82,  83,  84,  85,  86,  88,  90,  91,  93,  94,  95,  96,  97,  98,  99,  100,
+                                       101, 102, 103, 104, 105, 106, 107, 108, 109, 110, 111, 112, 113, 114, 115, 116};
 }  // namespace messages
 
 /// Sets the run's two result texts: what failed, and what the user can do about it. `insert` stands for "@" in the

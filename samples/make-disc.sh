@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the complete sample disc:  make-disc.sh OUT_DIR BUILD_WINDOWS_DIR BUILD_NATIVE_DIR
+# Makes the complete sample disc of disc.txt:  make-disc.sh OUT_DIR BUILD_WINDOWS_DIR BUILD_NATIVE_DIR
 # Does nothing when OUT_DIR was made from the same files already.
 set -euo pipefail
 source "$(dirname "$0")/../tools/common.sh"
@@ -9,9 +9,9 @@ samples=$root/samples
 companions=$windows/samples
 
 program=$windows/ManualInstall.exe
-mkcatalogue=$native/tools/mkcatalogue/mkcatalogue
+mkdisc=$native/tools/mkdisc/mkdisc
 notices=$windows/NOTICES.txt
-built=("$program" "$notices" "$mkcatalogue" "$companions"/{setup_manager,setup_link,setup_view,ManualManager,VBrowser}.exe)
+built=("$program" "$notices" "$mkdisc" "$companions"/{setup_manager,setup_link,setup_view,ManualManager,VBrowser}.exe)
 for file in "${built[@]}"; do
     [ -f "$file" ] || die "$file is not built yet"
 done
@@ -28,21 +28,18 @@ if [ -d "$disc" ] && [ "$(cat "$stamp" 2>/dev/null)" = "$inputs" ]; then
 fi
 
 say "Making the sample disc"
-new=$disc.new
-rm -rf "$new"
-setup=$new/programs/setup
-mkdir -p "$setup" "$new/programs/man_manager" "$new/programs/manual_link" "$new/programs/View"
-python3 -B "$samples/generate.py" disc "$new"
-cp "$root/disc/install.html" "$new/"
-cp -r "$root/disc/SysDir" "$setup/"
-cp -p "$program" "$setup/ManualInstall.exe"
-cp -p "$notices" "$setup/"
-"$mkcatalogue" "$samples/catalogue-new.txt" "$setup/kvx3new.mdb"
-cp -p "$companions/setup_manager.exe" "$new/programs/man_manager/setup.exe"
-cp -p "$companions/ManualManager.exe" "$new/programs/man_manager/"
-cp -p "$companions/setup_link.exe" "$new/programs/manual_link/setup.exe"
-cp -p "$companions/setup_view.exe" "$new/programs/View/setup.exe"
-cp -p "$companions/VBrowser.exe" "$new/programs/View/"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+python3 -B "$samples/generate.py" sources "$work"
+mkdir -p "$work/program" "$work/programs"/{man_manager,manual_link,View}
+cp -p "$program" "$notices" "$work/program/"
+cp -r "$root/disc/SysDir" "$work/program/"
+cp -p "$companions/setup_manager.exe" "$work/programs/man_manager/setup.exe"
+cp -p "$companions/ManualManager.exe" "$work/manager"/*.pdf "$work/programs/man_manager/"
+cp -p "$companions/setup_link.exe" "$work/programs/manual_link/setup.exe"
+cp -p "$companions/setup_view.exe" "$work/programs/View/setup.exe"
+cp -p "$companions/VBrowser.exe" "$work/programs/View/"
 rm -rf "$disc" "$stamp"
-mv "$new" "$disc"
+"$mkdisc" --program "$work/program" --programs "$work/programs" --sources "$work" --base "$work/earlier" \
+    "$samples/disc.txt" "$disc"
 echo "$inputs" >"$stamp"

@@ -19,7 +19,7 @@ prepare() {
     local folder
     if [ -z "${MIP_BUILD:-}" ]; then
         "$root/tools/set-up.sh"
-        "$root/tools/build.sh" native mkcatalogue
+        "$root/tools/build.sh" native mkcatalogue mkdisc
         "$root/tools/build.sh" windows programs
     fi
     "$root/samples/make-disc.sh" "$work/disc" "$build/windows" "$build/native"

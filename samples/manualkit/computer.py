@@ -2,9 +2,9 @@
 from datetime import datetime, timedelta
 from pathlib import Path
 
-from .disc import write_files
 from .manuals import INSTALLED
 from .pages import manual_files
+from .sources import write_files
 
 LIBRARY = "C:\\Vantor Manuals"
 FIRST_INSTALLATION = datetime(2022, 12, 5, 9, 30, 0)

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace mip {
+
+/// Something of a disc that would fail or surprise at a workshop.
+struct Finding {
+    std::string File;  ///< below the disc's root, parts joined by slashes; "" for the disc as a whole
+    std::string Code;  ///< a short name of the kind, for scripts
+    std::string Text;
+    std::string Fix;  ///< what the publisher does about it
+
+    auto operator<=>(const Finding&) const = default;
+};
+
+using Findings = std::vector<Finding>;
+
+/// One line a finding.
+std::string FindingsText(const Findings& findings);
+/// An array of objects with the members file, code, text and fix.
+std::string FindingsJson(const Findings& findings);
+
+}  // namespace mip
