@@ -39,7 +39,8 @@ class NameChecker {
             }
         }
         for (const std::wstring& name : listing.Links) {
-            Add(JoinPath(folder, name), "link", "is a link, which a disc does not have", "put the file itself there");
+            Add(JoinPath(folder, name), "symbolic-link", "is a link, which a disc does not have",
+                "put the file itself there");
         }
         for (const std::wstring& name : listing.Subfolders) {
             Check(JoinPath(folder, name));
@@ -79,7 +80,7 @@ Findings CheckDisc(const std::filesystem::path& root) {
     CheckManualInfo(disc, findings);
     CheckNames(disc, findings);
     CheckLinks(disc, findings);
-    std::ranges::sort(findings);
+    std::sort(findings.begin(), findings.end());
     return findings;
 }
 

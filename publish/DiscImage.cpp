@@ -15,6 +15,7 @@
 
 #include "platform/ScopeGuard.h"
 #include "platform/archive/EntryName.h"
+#include "publish/FileTools.h"
 #include "publish/PathText.h"
 
 namespace mip {
@@ -129,19 +130,24 @@ void Unpack(const fs::path& image, const fs::path& folder) {
 
 }  // namespace
 
-void WriteImage(const fs::path& disc, const fs::path& image, const std::wstring& label, DateTime date) {
+void WriteImage(const fs::path& disc, const fs::path& image, const ImageLabel& label, ImageNames names) {
     fs::path partial = image;
     partial += ".partial";
-    const ScopeGuard removePartial([&] {
+    fs::path log = image;
+    log += ".log";
+    const ScopeGuard removeUnfinished([&] {
         std::error_code ignored;
         fs::remove(partial, ignored);
+        fs::remove(log, ignored);
     });
-    const std::string command =
-        "xorriso -report_about WARNING -as mkisofs -quiet -J -joliet-long -r --set_all_file_dates set_to_mtime "
-        "--modification-date=" +
-        VolumeDate(date) + " -V" + Argument(ToUtf8(label)) + " -o" + Argument(Utf8Of(partial)) + Argument(Utf8Of(disc));
+    const std::string maker =
+        names == ImageNames::Joliet
+            ? "xorriso -as mkisofs --set_all_file_dates set_to_mtime --modification-date=" + VolumeDate(label.Date)
+            : "genisoimage -udf";
+    const std::string command = maker + " -quiet -J -joliet-long -r -V" + Argument(ToUtf8(label.Name)) + " -o" +
+                                Argument(Utf8Of(partial)) + Argument(Utf8Of(disc)) + " 2>" + Argument(Utf8Of(log));
     if (RunCommand(command) != 0) {
-        throw std::runtime_error("xorriso did not make the image; is it installed?");
+        throw std::runtime_error("the image could not be made: " + ReadWhole(log));
     }
     fs::rename(partial, image);
 }

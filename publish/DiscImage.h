@@ -7,11 +7,21 @@
 
 namespace mip {
 
-/// Makes the image of a disc's folder by xorriso, with Joliet's long names, so that Windows shows every name as it is.
-/// The same folder gives the same bytes. The image appears, or is replaced, when it is complete. Throws
-/// std::runtime_error when the program is not there or fails.
-void WriteImage(const std::filesystem::path& disc, const std::filesystem::path& image, const std::wstring& label,
-                DateTime date);
+/// By whose rules an image has its long names, besides the short ones of ISO 9660.
+enum class ImageNames {
+    Joliet,        ///< by xorriso: the same folder gives the same bytes
+    JolietAndUdf,  ///< by genisoimage, which writes the time of making into the image
+};
+
+struct ImageLabel {
+    std::wstring Name;
+    DateTime Date;
+};
+
+/// Makes the image of a disc's folder. It appears, or is replaced, when it is complete. Throws std::runtime_error when
+/// the program that makes it is not there or fails.
+void WriteImage(const std::filesystem::path& disc, const std::filesystem::path& image, const ImageLabel& label,
+                ImageNames names);
 
 /// True when Windows finds long names in an image (the Joliet volume descriptor of ISO 9660 images).
 bool HasJolietNames(const std::filesystem::path& image);

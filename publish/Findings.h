@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace mip {
@@ -12,7 +13,9 @@ struct Finding {
     std::string Text;
     std::string Fix;  ///< what the publisher does about it
 
-    auto operator<=>(const Finding&) const = default;
+    bool operator<(const Finding& other) const {
+        return std::tie(File, Code, Text) < std::tie(other.File, other.Code, other.Text);
+    }
 };
 
 using Findings = std::vector<Finding>;

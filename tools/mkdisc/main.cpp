@@ -25,7 +25,9 @@ docs/publishing.md tells what a description says and what the disc consists of.
   --sources DIR    where the manuals' sources are; the description's folder when not given
   --base DIR       the disc before, or a folder of earlier manuals: what has changed
                    against the edition just before becomes a comparison set
-  --image OUT.iso  also make the disc's image, by xorriso
+  --image OUT.iso  also make the disc's image, with Joliet names, by xorriso
+  --udf            with UDF names, too, by genisoimage; such an image is not the same
+                   each time
 
 Exit status: 0 made, 1 the description is faulty, 2 wrong usage or something cannot be read or written.
 )";
@@ -49,14 +51,15 @@ void Make(const mip::CommandLine& line) {
         std::cerr << "mkdisc: " << note << '\n';
     }
     if (line.Has("--image")) {
-        mip::WriteImage(rest[1], line.Value("--image"), description.Label, description.Date);
+        mip::WriteImage(rest[1], line.Value("--image"), {description.Label, description.Date},
+                        line.Has("--udf") ? mip::ImageNames::JolietAndUdf : mip::ImageNames::Joliet);
     }
 }
 
 int Run(const std::vector<std::filesystem::path>& arguments) {
     try {
         const mip::CommandLine line(arguments, {"--program", "--programs", "--sources", "--base", "--image"},
-                                    {"--help", "-h"});
+                                    {"--udf", "--help", "-h"});
         if (line.Has("--help") || line.Has("-h")) {
             std::cout << Help;
             return 0;
