@@ -42,6 +42,17 @@ class ManualChecker {
         record.PdfForm == ManualForm::Pdf ? CheckPdf(record) : CheckForm(record);
     }
 
+    /// A folder that the program ignores.
+    void CheckOther(const std::wstring& folder) {
+        file_ = L"D:\\" + folder;
+        for (const wchar_t* part : {L"contents", L"install"}) {
+            if (program_.Platform.Folders.Exists(JoinPath(file_, part))) {
+                return Add("ignored", "looks like a manual and has no car_info.ci",
+                           "add that file, or remove the folder");
+            }
+        }
+    }
+
     /// What only shows when all manuals are known.
     void CheckTogether() {
         std::map<std::wstring, std::wstring> folders;
@@ -224,6 +235,8 @@ void CheckManuals(DiscProgram& disc, Findings& findings) {
     for (const std::wstring& folder : folders) {
         if (HasCatalogueFile(program.Platform, program.Paths, folder)) {
             checker.Check(folder);
+        } else {
+            checker.CheckOther(folder);
         }
         progress.Step();
     }

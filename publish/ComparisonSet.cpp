@@ -53,6 +53,14 @@ void VisitEdition(const fs::path& folder, const VisitFile& visit) {
     }
 }
 
+bool IsJustBefore(const DiscCatalogueRecord& before, const DiscCatalogueRecord& manual) {
+    try {
+        return TextToInt16(before.Version) + 1 == TextToInt16(manual.Version);
+    } catch (const std::exception&) {
+        return false;  // the earlier disc has a version that is no number
+    }
+}
+
 }  // namespace
 
 EarlierEditions::EarlierEditions(const fs::path& base) : base_(base) {
@@ -76,8 +84,7 @@ std::optional<fs::path> EarlierEditions::Before(const DiscCatalogueRecord& manua
     const auto found = byPubNo_.find(ToUpper(manual.Pub_No));
     if (found != byPubNo_.end()) {
         const DiscCatalogueRecord& before = found->second;
-        const bool isBefore = TextToInt16(before.Version) + 1 == TextToInt16(manual.Version);
-        return isBefore ? std::optional(base_ / PathOf(before.FolderName)) : std::nullopt;
+        return IsJustBefore(before, manual) ? std::optional(base_ / PathOf(before.FolderName)) : std::nullopt;
     }
     const fs::path folder = base_ / PathOf(manual.FolderName);
     const bool isPlain = fs::is_directory(folder) && !fs::exists(folder / "car_info.ci");

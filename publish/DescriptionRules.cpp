@@ -8,6 +8,7 @@
 #include "platform/PlatformError.h"
 #include "platform/archive/EntryName.h"
 #include "publish/DiscDescription.h"
+#include "publish/ManualFiles.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -83,6 +84,7 @@ class Checker {
     void CheckPublication(const ManualDescription& manual) {
         const std::wstring& pubNo = manual.Record.Pub_No;
         Require(manual, L"Pub_No", HasEditionDigit(pubNo), "the fifth character is not the edition's digit");
+        Require(manual, L"Pub_No", NameFault(pubNo + L".pdf").empty(), "is no name for a file on a disc");
         Require(manual, L"Pub_No", publications_.insert(ToUpper(pubNo)).second,
                 "another manual of this disc has this number");
         for (const std::wstring& later : LaterRevisionsOf(pubNo)) {

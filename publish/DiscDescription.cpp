@@ -39,7 +39,7 @@ class Parser {
         ++line_;
         const std::wstring line = Trimmed(text);
         if (line.find(L'\uFFFD') != std::wstring::npos) {
-            Fail("", "the text is not UTF-8");
+            Fail(L"", "the text is not UTF-8");
         } else if (line.starts_with(L'[')) {
             BeginSection(line);
         } else if (!line.empty() && !line.starts_with(L'#') && !line.starts_with(L';')) {
@@ -57,14 +57,10 @@ class Parser {
     }
 
   private:
-    void Fail(const std::wstring& field, const std::string& text) { FailAt(line_, field, text); }
-    void FailAt(std::size_t line, const std::wstring& field, const std::string& text) {
+    void Fail(std::wstring_view field, const std::string& text) { FailAt(line_, field, text); }
+    void FailAt(std::size_t line, std::wstring_view field, const std::string& text) {
         faults_.push_back({line, ToUtf8(field), text});
     }
-    void FailAt(std::size_t line, const char* field, const std::string& text) {
-        faults_.push_back({line, field, text});
-    }
-    void Fail(const char* field, const std::string& text) { FailAt(line_, field, text); }
 
     void BeginSection(const std::wstring& line) {
         EndSection();
@@ -73,7 +69,7 @@ class Parser {
         lines_ = {{L"", line_}};
         section_ = Section::Unknown;
         if (!line.ends_with(L']')) {
-            Fail("", "the section's name does not end with ]");
+            Fail(L"", "the section's name does not end with ]");
         } else if (name == L"disc") {
             section_ = Section::Disc;
         } else if (name == L"models") {
@@ -84,7 +80,7 @@ class Parser {
             manual_.Record.FolderName = Trimmed(std::wstring_view(name).substr(manual.size()));
             manual_.Record.Ldup = L"1";
         } else {
-            Fail("", "'" + ToUtf8(line) + "' is neither [disc], [models] nor [manual FOLDER]");
+            Fail(L"", "'" + ToUtf8(line) + "' is neither [disc], [models] nor [manual FOLDER]");
         }
     }
 
@@ -92,7 +88,7 @@ class Parser {
         const std::size_t equals = line.find(L'=');
         const std::wstring key = Trimmed(line.substr(0, equals));
         if (section_ == Section::None || equals == std::wstring::npos || key.empty()) {
-            return Fail("", "'" + ToUtf8(line) + "' is no 'key = value' of a section");
+            return Fail(L"", "'" + ToUtf8(line) + "' is no 'key = value' of a section");
         }
         if (!lines_.emplace(key, line_).second) {
             return Fail(key, "comes a second time in this section");
@@ -153,6 +149,9 @@ class Parser {
             Fail(key, "the model's ID or description is longer than 255 characters");
         }
         auto& models = disc_.Catalogue.Models;
+        if (models.size() == INT16_MAX) {
+            return Fail(key, "comes after 32767 other models");
+        }
         models.push_back({key, value, static_cast<std::int16_t>(models.size() + 1)});
     }
 
@@ -177,7 +176,7 @@ class Parser {
 
     void Require(const wchar_t* key) {
         if (!lines_.contains(key)) {
-            FailAt(lines_[L""], std::wstring(key), "is missing in this section");
+            FailAt(lines_[L""], key, "is missing in this section");
         }
     }
 
@@ -206,10 +205,10 @@ class Parser {
 
     void RequireDisc() {
         if (!hasDisc_) {
-            Fail("", "the description has no section [disc]");
+            Fail(L"", "the description has no section [disc]");
         }
         if (disc_.Manuals.empty()) {
-            Fail("", "the description has no section [manual FOLDER]");
+            Fail(L"", "the description has no section [manual FOLDER]");
         }
         if (disc_.Label.empty()) {
             disc_.Label = L"MANUALS";

@@ -4,8 +4,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/modSysParameter.h"
 #include "platform/ScopeGuard.h"
+#include "publish/CheckDisc.h"
 #include "publish/ComparisonSet.h"
 #include "publish/DiscPages.h"
 #include "publish/DiscPlatform.h"
@@ -52,9 +52,10 @@ class DiscMaker {
 
     void ReadSettings() {
         DiscProgram disc(root_);
-        if (!ReadSystemParameters(disc.Program)) {
-            throw std::runtime_error(Utf8Of(parts_.Program / "SysDir" / "SysParameter.ini") +
-                                     ": a setting is missing or is no number");
+        Findings findings;
+        CheckSettings(disc, findings);
+        if (!findings.empty()) {
+            throw std::runtime_error("the program's settings are not in order:\n" + FindingsText(findings));
         }
         lengths_ = disc.Program.Settings.Columns;
         newDatabase_ = disc.Program.Settings.Kvx3NewMdbName;
@@ -164,7 +165,9 @@ class DiscMaker {
 
 }  // namespace
 
-std::vector<std::string> MakeDisc(const DiscDescription& description, const DiscParts& parts, const fs::path& output) {
+std::vector<std::string> MakeDisc(const DiscDescription& description, const DiscParts& parts, const fs::path& disc) {
+    // A slash at its end would put the unfinished disc into it.
+    const fs::path output = disc.has_filename() ? disc : disc.parent_path();
     if (fs::exists(output)) {
         throw std::runtime_error(Utf8Of(output) + " exists already; a disc is made anew");
     }

@@ -20,6 +20,6 @@ struct DiscParts {
 /// Makes a disc's folder, which appears when it is complete and must not exist before; returns what the publisher
 /// should know, a line each. Throws DescriptionFaults, PlatformError and std::exception; nothing is left behind then.
 std::vector<std::string> MakeDisc(const DiscDescription& description, const DiscParts& parts,
-                                  const std::filesystem::path& output);
+                                  const std::filesystem::path& disc);
 
 }  // namespace mip

@@ -28,7 +28,7 @@ std::size_t Utf16Length(std::wstring_view text) {
 void AddFiles(const fs::path& folder, const std::wstring& prefix, std::vector<ManualFile>& files) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
         const std::wstring name = prefix + TextOf(entry.path().filename());
-        if (entry.is_directory()) {
+        if (entry.is_directory() && !entry.is_symlink()) {
             AddFiles(entry.path(), name + L'/', files);
         } else {
             files.push_back({name, entry.path()});

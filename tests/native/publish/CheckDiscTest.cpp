@@ -134,6 +134,7 @@ TEST_F(CheckDiscTest, NamesEveryPlantedFaultAndNothingElse) {
          {{"programs/setup/man_info_do.ci", "manual-info"},
           {"programs/setup/man_info_do.ci", "manual-info"},
           {"programs/setup/man_info_us.ci", "manual-info"}}},
+        {"a manual without its description", [&] { Put("d/M27/contents/index.html", ""); }, {{"M27", "ignored"}}},
         {"a name that a disc cuts", [&] { Put("d/" + longName, ""); }, {{longName, "name"}}},
         {"a model twice in the order",
          [&] {

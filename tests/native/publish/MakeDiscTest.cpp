@@ -77,6 +77,7 @@ TEST_F(MakeDiscTest, FaultsNameLineAndFieldAndLeaveNothing) {
         {with("Pub_No", "Publication"), 10, "Publication"},
         {with("K7810JP", "KX"), 10, "Pub_No"},
         {with("K7810JP", "K7810JP-LONG"), 10, "Pub_No"},
+        {with("K7810JP", "K7810J?"), 10, "Pub_No"},
         {twice, 10, "Pub_No"},
         {with("Version = 2", "Version = 2a"), 11, "Version"},
         {with("= TLS", "= ABC"), 13, "Model_ID"},
@@ -100,6 +101,9 @@ TEST_F(MakeDiscTest, FaultsNameLineAndFieldAndLeaveNothing) {
     }
     std::filesystem::create_directories(At("disc"));
     EXPECT_THROW(Make(whole, "disc"), std::runtime_error);
+    EXPECT_NO_THROW(Make(whole, "new/"));
+    Put("program/SysDir/SysParameter.ini", "[SYSTEM INFORMATION]\r\nLCID_Flg=0\r\n");
+    EXPECT_THROW(Make(whole, "disc2"), std::runtime_error);
 }
 
 TEST_F(MakeDiscTest, AComparisonSetTurnsTheEditionBeforeIntoThisOne) {
