@@ -32,6 +32,10 @@ std::wstring Trimmed(std::wstring_view text) {
     return std::wstring(text.substr(first, text.find_last_not_of(Blanks) + 1 - first));
 }
 
+bool IsControl(wchar_t character) {
+    return character < L' ' && character != L'\t';
+}
+
 /// A description's lines, one by one.
 class Parser {
   public:
@@ -40,6 +44,8 @@ class Parser {
         const std::wstring line = Trimmed(text);
         if (line.find(L'\uFFFD') != std::wstring::npos) {
             Fail(L"", "the text is not UTF-8");
+        } else if (std::ranges::any_of(line, IsControl)) {
+            Fail(L"", "there is a control character in the line");
         } else if (line.starts_with(L'[')) {
             BeginSection(line);
         } else if (!line.empty() && !line.starts_with(L'#') && !line.starts_with(L';')) {

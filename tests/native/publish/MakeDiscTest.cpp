@@ -88,6 +88,7 @@ TEST_F(MakeDiscTest, FaultsNameLineAndFieldAndLeaveNothing) {
         {with("Form = html", "Form = word"), 20, "Form"},
         {with("Form = html", "Form = pdf"), 19, "Source"},
         {with("JA", "\xB6"), 14, ""},
+        {with("JA", "J\rA"), 14, ""},
     };
     for (const auto& [text, line, field] : cases) {
         try {
