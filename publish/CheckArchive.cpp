@@ -48,6 +48,7 @@ class ArchiveChecker {
             if (!facts.HoldsManual) {
                 Add("archive", "has no folder with files in it", "pack the manual in one top-level folder");
             }
+            onlyFolder_ = facts.OnlyFolder;
             return facts.HoldsManual;
         } catch (const PlatformError& error) {
             Add("archive", std::string("would be refused: ") + error.what() + ": " + ToUtf8(error.Object()),
@@ -69,21 +70,20 @@ class ArchiveChecker {
         }
     }
 
-    /// Calls `visit` with each entry's path and its name below the top-level folder.
-    void VisitEntries(const std::function<void(ZipReader&, const std::wstring&, const std::wstring&)>& visit) {
+    /// Calls `visit` with each entry's name below the top-level folder.
+    void VisitEntries(const std::function<void(ZipReader&, const std::wstring&)>& visit) {
         const auto bytes = disc_.Disc.ArchiveFiles().OpenArchive(manual_.SourcePath);
         ZipReader reader(*bytes, disc_.Disc.ArchiveFiles().NameCodePage());
         while (reader.Next()) {
             const std::wstring path = ReplaceAll(reader.Name(), L"/", L"\\");
             const std::size_t slash = std::min(path.find(L'\\'), path.size());
-            visit(reader, path, path.substr(std::min(slash + 1, path.size())));
+            visit(reader, path.substr(std::min(slash + 1, path.size())));
         }
     }
 
     /// The loose page is what the disc shows.
     void ComparePages() {
-        VisitEntries([&](ZipReader& reader, const std::wstring& path, const std::wstring& name) {
-            tops_.insert(path.substr(0, path.find(L'\\')));
+        VisitEntries([&](ZipReader& reader, const std::wstring& name) {
             names_.insert(ToUpper(name));
             const std::wstring page = JoinPath(L"D:\\" + manual_.FolderName, name);
             if (!reader.IsFolder() && Differs(reader, page)) {
@@ -95,7 +95,7 @@ class ArchiveChecker {
 
     /// The set's page is what a differential installation brings.
     void CompareSet() {
-        VisitEntries([&](ZipReader& reader, const std::wstring&, const std::wstring& name) {
+        VisitEntries([&](ZipReader& reader, const std::wstring& name) {
             if (!reader.IsFolder() && name.starts_with(Contents) &&
                 Differs(reader, JoinPath(manual_.ComparePath, name.substr(Contents.size())))) {
                 AddSetFault(name.substr(Contents.size()), "differs from the archive's");
@@ -115,12 +115,8 @@ class ArchiveChecker {
     }
 
     void CheckFolder() {
-        if (tops_ != std::set<std::wstring>{manual_.FolderName}) {
-            std::wstring names;
-            for (const std::wstring& name : tops_) {
-                names += (names.empty() ? L"" : L", ") + name;
-            }
-            Add("archive", "has at its top " + ToUtf8(names) + " and not just the folder " + ToUtf8(manual_.FolderName),
+        if (onlyFolder_ != manual_.FolderName) {
+            Add("archive", "does not have everything in one folder " + ToUtf8(manual_.FolderName),
                 "pack the manual in one folder of the disc folder's name");
         } else if (!names_.contains(L"CONTENTS\\INDEX.HTML")) {
             Add("archive", "has no contents/index.html, so that the installed manual counts as damaged",
@@ -170,7 +166,7 @@ class ArchiveChecker {
     Platform& platform_;
     const DiscCatalogueRecord& manual_;
     Findings& findings_;
-    std::set<std::wstring> tops_;
+    std::wstring onlyFolder_;
     std::set<std::wstring> names_;  ///< below the top-level folder, in capitals
 };
 
