@@ -103,7 +103,11 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             OnShown();
             return TRUE;
         case WM_COMMAND:
-            OnCommand(LOWORD(wParam), HIWORD(wParam));
+            if (LOWORD(wParam) == IDCANCEL && GetDlgItem(window_, IDCANCEL) == nullptr) {
+                OnClose();
+            } else {
+                OnCommand(LOWORD(wParam), HIWORD(wParam));
+            }
             return TRUE;
         case WM_CLOSE:
             OnClose();

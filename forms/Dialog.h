@@ -27,7 +27,7 @@ class Dialog {
     /// The window is on the screen for the first time.
     virtual void OnShown() {}
     virtual void OnCommand(int /*control*/, int /*notification*/) {}
-    /// The title bar's close button, or Alt+F4.
+    /// The title bar's close button, Alt+F4, or Esc where there is no Cancel.
     virtual void OnClose() {}
     /// Every other message and its result; nothing leaves it to the system.
     virtual std::optional<LRESULT> OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) { return {}; }

@@ -120,8 +120,10 @@ HWND Form::AddLabel(int id, const std::wstring& text, TextStyle look, DWORD styl
 }
 
 HWND Form::AddFooterButton(int id, const std::wstring& text, bool isDefault) {
+    // The arrow keys do not lead here from the content's last group.
+    const DWORD group = footerButtons_.empty() ? WS_GROUP : 0U;
     const DWORD kind = isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
-    const HWND button = AddControl(L"BUTTON", id, text, WS_TABSTOP | kind, {.Background = &Palette::Footer});
+    const HWND button = AddControl(L"BUTTON", id, text, WS_TABSTOP | group | kind, {.Background = &Palette::Footer});
     footerButtons_.push_back(button);
     return button;
 }

@@ -11,9 +11,30 @@ namespace {
 
 constexpr TextStyle OnCard{.Background = &Palette::Card};
 
-/// In a dialog a text box would take Enter and Esc for itself; here they are the dialog's.
+/// In a dialog a text box would take Enter and Esc for itself; here they are the dialog's. Letters stay with the box,
+/// where they do nothing: without Alt none of them is meant for a button.
 LRESULT CALLBACK LeaveKeysToDialog(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
-    return message == WM_GETDLGCODE ? DLGC_WANTARROWS : DefSubclassProc(window, message, wParam, lParam);
+    return message == WM_GETDLGCODE ? DLGC_WANTARROWS | DLGC_WANTCHARS
+                                    : DefSubclassProc(window, message, wParam, lParam);
+}
+
+bool IsArrow(WPARAM key) {
+    return key == VK_UP || key == VK_DOWN || key == VK_LEFT || key == VK_RIGHT;
+}
+
+/// An arrow key chooses the other option. The dialog itself would move the focus alone.
+LRESULT CALLBACK ChooseByArrow(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR other) {
+    const auto* pending = reinterpret_cast<const MSG*>(lParam);
+    if (message == WM_GETDLGCODE && pending != nullptr && pending->message == WM_KEYDOWN && IsArrow(pending->wParam)) {
+        return DLGC_WANTARROWS;
+    }
+    if (message == WM_KEYDOWN && IsArrow(wParam)) {
+        const HWND option = GetDlgItem(GetParent(window), static_cast<int>(other));
+        SetFocus(option);
+        SendMessageW(option, BM_CLICK, 0, 0);
+        return 0;
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 }  // namespace
@@ -39,6 +60,7 @@ void frmStartUp::AddOption(int index, std::int16_t message) {
                                    group | BS_AUTORADIOBUTTON, OnCard);
     // The choice is made by the user, not by the focus that passes.
     SendMessageW(option, BM_SETDONTCLICK, TRUE, 0);
+    SetWindowSubclass(option, ChooseByArrow, 0, static_cast<DWORD_PTR>(ids::O_Value + 3 - index));
 }
 
 int frmStartUp::Arrange(int left, int top, int width) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 
 #include "tests/native/screens/ScreensTest.h"
@@ -81,6 +82,34 @@ class FormsTest : public ScreensTest {
         EXPECT_EQ(TextsThatDoNotFit(form.Window()), std::vector<std::string>{}) << "at 150 per cent";
         GetWindowRect(form.Window(), &place);
         EXPECT_GT(place.right - place.left, width * 5 / 4);
+    }
+
+    /// Types the keys and says what came of it: an exit, a screen, a document, a question or a choice.
+    std::string EffectOf(const Form& form, const std::vector<int>& keys) {
+        const auto exit = ExitCodeOf([&] {
+            for (const int key : keys) {
+                if (key >= 0x100) {
+                    PostMessageW(GetFocus(), WM_CHAR, static_cast<WPARAM>(key - 0x100), 1);
+                } else {
+                    PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+                    PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(key), 1);
+                }
+                RunPending();
+            }
+        });
+        if (exit) {
+            return "exit " + std::to_string(*exit);
+        }
+        if (!screens_.Shown.empty() || !windows_.Shell.Opened.empty()) {
+            return screens_.Shown.empty() ? ToUtf8(windows_.Shell.Opened.back().Document) : screens_.Shown.back();
+        }
+        const bool isChosen = IsWindowEnabled(GetDlgItem(form.Window(), ids::B_OK)) != 0;
+        for (const int option : {1, 2}) {
+            if (isChosen && IsDlgButtonChecked(form.Window(), ids::O_Value + option) == BST_CHECKED) {
+                return "chosen " + std::to_string(option);
+            }
+        }
+        return windows_.MessageBoxes.Shown.empty() ? "" : "asked";
     }
 
     /// The colour of a step's frame, at the left of its caption.
@@ -172,9 +201,96 @@ TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     EXPECT_EQ(closeAndServe(*Open<frmResult>()), 4U);
 }
 
-TEST_F(FormsTest, TheMenuOpensTheGuide) {
-    Press(*Open<frmMenu>(), ids::cmdDispManual);
-    EXPECT_EQ(windows_.Shell.Opened.size(), 1U);
+/// A character that is typed; everything else in a list of keys is a virtual key.
+constexpr int Typed(char letter) {
+    return 0x100 + letter;
+}
+
+TEST_F(FormsTest, EveryScreenIsUsedByKeyboardAlone) {
+    UseLanguage(L"09");
+    FillDisc();
+    windows_.Tree.PutFile(L"D:\\index.html");
+    windows_.Browsers.CanStart = false;
+    using Opener = std::function<std::unique_ptr<Form>()>;
+    const Opener menu = [this] { return Open<frmMenu>(); };
+    const Opener agreement = [this] { return Open<frmStartUp>(); };
+    const Opener folder = [this] { return OpenFolderQuestion(); };
+    const Opener result = [this] { return Open<frmResult>(); };
+    const Opener closing = [this] { return Open<frmTarm>(); };
+    const int agree = ids::O_Value + 1;
+    const int refuse = ids::O_Value + 2;
+    const struct {
+        const char* Label;
+        const Opener& Screen;
+        std::vector<int> Keys;
+        int Focus;  ///< nothing when the screen is gone
+        std::string Effect;
+    } cases[] = {
+        {"the menu's start", menu, {}, ids::cmdStartInstall, ""},
+        {"the menu's order", menu, {VK_TAB, VK_TAB}, ids::cmdDispManual, ""},
+        {"the menu's default", menu, {VK_RETURN}, 0, "agreement"},
+        {"the guide", menu, {VK_TAB, VK_TAB, VK_SPACE}, ids::cmdDispManual, "D:\\\\install.html"},
+        {"the browser", menu, {VK_TAB, VK_RETURN}, ids::cmdBrowseManual, "D:\\index.html"},
+        {"leaving the menu", menu, {VK_ESCAPE}, 0, "exit 2"},
+        {"reading first", agreement, {VK_RETURN}, ids::T_CONTRACT, ""},
+        {"a letter while reading", agreement, {Typed('a'), Typed('d')}, ids::T_CONTRACT, ""},
+        {"passing the options", agreement, {VK_TAB, VK_RETURN}, agree, ""},
+        {"the arrow chooses", agreement, {VK_TAB, VK_DOWN}, refuse, "chosen 2"},
+        {"the arrow goes round", agreement, {VK_TAB, VK_DOWN, VK_DOWN}, agree, "chosen 1"},
+        {"the arrow upwards", agreement, {VK_TAB, VK_UP}, refuse, "chosen 2"},
+        {"the blank chooses", agreement, {VK_TAB, VK_SPACE}, agree, "chosen 1"},
+        {"a letter at an option", agreement, {VK_TAB, Typed('d')}, refuse, "chosen 2"},
+        {"on from the options", agreement, {VK_TAB, VK_SPACE, VK_TAB}, ids::B_OK, "chosen 1"},
+        {"agreeing", agreement, {VK_TAB, VK_SPACE, VK_RETURN}, 0, "installation"},
+        {"refusing", agreement, {VK_TAB, VK_DOWN, VK_RETURN}, 0, "exit 2"},
+        {"leaving the agreement", agreement, {VK_ESCAPE}, 0, "exit 2"},
+        {"the folder's start", folder, {}, ids::B_OK, ""},
+        {"the folder's order", folder, {VK_TAB, VK_TAB}, ids::B_CHANGE, ""},
+        {"taking the folder", folder, {VK_RETURN}, 0, ""},
+        {"leaving the folder", folder, {VK_ESCAPE}, 0, "asked"},
+        {"the result's start", result, {}, ids::B_OK, ""},
+        {"leaving the result", result, {VK_RETURN}, 0, "exit 4"},
+        {"the result's way out", result, {VK_ESCAPE}, 0, "exit 4"},
+        {"the end", closing, {VK_RETURN}, 0, "exit 4"},
+        {"the end's way out", closing, {VK_ESCAPE}, 0, "exit 4"},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.Label);
+        program_.Outcome = {};
+        program_.Outcome.ExitCode = ExitCode::FailedPartWay;
+        screens_.Shown.clear();
+        windows_.Shell.Opened.clear();
+        windows_.MessageBoxes.Shown.clear();
+        const auto form = each.Screen();
+        RunPending();
+        const std::string effect = EffectOf(*form, each.Keys);
+        EXPECT_EQ(effect, each.Effect);
+        EXPECT_EQ(form->Window() == nullptr || effect.starts_with("exit") ? 0 : GetDlgCtrlID(GetFocus()), each.Focus);
+    }
+}
+
+std::wstring browserTitle;
+
+/// Answers the shell's folder browser over a form with OK.
+void CALLBACK TakeTheFolder(HWND form, UINT, UINT_PTR timer, DWORD) {
+    const HWND browser = GetLastActivePopup(form);
+    if (browser != form && IsWindowVisible(browser) != 0) {
+        KillTimer(form, timer);
+        wchar_t text[64]{};
+        GetWindowTextW(FindWindowExW(browser, nullptr, L"Static", nullptr), text, 64);
+        browserTitle = text;
+        PostMessageW(browser, WM_COMMAND, IDOK, 0);
+    }
+}
+
+TEST_F(FormsTest, ChangeAsksTheShellFromTheShownFolderOn) {
+    const auto form = Open<frmDirectorySelect>(AddManual(L"K1210MM"), L"c:\\WINDOWS\\system32");
+    SetTimer(form->Window(), 99, 100, TakeTheFolder);
+    Press(*form, ids::B_CHANGE);
+    wchar_t folder[MAX_PATH]{};
+    GetDlgItemTextW(form->Window(), ids::L_InstalPath, folder, MAX_PATH);
+    EXPECT_STREQ(folder, L"C:\\windows\\system32") << "as the shell writes it";
+    EXPECT_EQ(browserTitle, L"message 21");
 }
 
 TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
@@ -294,6 +410,7 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
     const auto form = Open<frmMain>();
     EXPECT_NE(GetMenuState(GetSystemMenu(form->Window(), FALSE), SC_CLOSE, MF_BYCOMMAND) & MF_GRAYED, 0U);
     SendMessageW(form->Window(), WM_CLOSE, 0, 0);
+    SendMessageW(form->Window(), WM_COMMAND, IDCANCEL, 0);
     EXPECT_NE(form->Window(), nullptr);
     for (int bar = 0; bar < 3; ++bar) {
         EXPECT_FALSE(IsShown(*form, ids::pgBar + bar));
