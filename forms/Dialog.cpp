@@ -31,6 +31,17 @@ int ScreenDpi(HWND window) {
     return GetDeviceCaps(WindowDc(nullptr).Get(), LOGPIXELSX);
 }
 
+/// The forms follow a change of resolution themselves; the system would scale their controls once more.
+void KeepSystemFromScaling(HWND dialog) {
+    using SetBehaviour = BOOL(WINAPI*)(HWND, int, int);
+    constexpr int disableAll = 1;
+    const auto address =
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior"));
+    if (address != nullptr) {
+        reinterpret_cast<SetBehaviour>(address)(dialog, disableAll, disableAll);
+    }
+}
+
 }  // namespace
 
 Dialog::~Dialog() {
@@ -90,9 +101,18 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     }
 }
 
+/// A dialog is laid out for the screen that it will be seen on.
+void Dialog::BeginOnLastScreen() {
+    KeepSystemFromScaling(window_);
+    if (const auto& place = host_.LastPlace()) {
+        SetWindowPos(window_, nullptr, place->x, place->y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
 INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
+            BeginOnLastScreen();
             dpi_ = ScreenDpi(window_);
             OnLoad();
             if (modal_) {

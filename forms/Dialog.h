@@ -42,6 +42,7 @@ class Dialog {
 
   private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void BeginOnLastScreen();
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
     FormHost& host_;

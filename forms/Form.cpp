@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/modLanguage.h"
+#include "forms/Placement.h"
 #include "forms/resource.h"
 
 namespace mip {
@@ -15,27 +16,9 @@ constexpr int FooterMargin = 14;
 constexpr int ButtonHeight = 28;
 constexpr int SignSize = 32;
 
-std::wstring TextOf(HWND control) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)), L'\0');
-    GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
-    return text;
-}
-
-RECT MeasureText(HWND control, int width, UINT format) {
-    const WindowDc dc(control);
-    const SelectedObject font(dc.Get(), reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
-    RECT area{0, 0, width, 0};
-    const std::wstring text = TextOf(control);
-    DrawTextW(dc.Get(), text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
-    return area;
-}
-
-/// The part of a window's screen that no task bar covers.
-RECT WorkArea(HWND window) {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
-    return monitor.rcWork;
+/// Whether "&" marks a letter in the control's text, for DrawText.
+UINT PrefixOf(HWND control) {
+    return (GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX) == 0 ? 0U : DT_NOPREFIX;
 }
 
 }  // namespace
@@ -57,18 +40,16 @@ void Form::Finish(int width) {
     SendMessageW(Window(), WM_SETICON, ICON_SMALL, icon(GetSystemMetrics(SM_CXSMICON)));
     ArrangeAll();
 
-    RECT area{};
-    const HWND owner = GetWindow(Window(), GW_OWNER);
-    const RECT work = WorkArea(owner != nullptr ? owner : Window());
-    if (owner == nullptr || GetWindowRect(owner, &area) == 0) {
-        area = work;
+    PutInPlace(Window(), Host().LastPlace());
+    isPlaced_ = true;
+    RememberPlace();
+}
+
+/// The next screen opens where this one stands.
+void Form::RememberPlace() {
+    if (const auto place = isPlaced_ ? PlaceOf(Window()) : std::nullopt) {
+        Host().RememberPlace(*place);
     }
-    RECT own{};
-    GetWindowRect(Window(), &own);
-    const long left = area.left + (area.right - area.left - (own.right - own.left)) / 2;
-    const long top = area.top + (area.bottom - area.top - (own.bottom - own.top)) / 2;
-    SetWindowPos(Window(), nullptr, std::max(left, work.left), std::max(top, work.top), 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void Form::AllowResizing() {
@@ -116,7 +97,12 @@ HWND Form::AddControl(const wchar_t* windowClass, int id, const std::wstring& te
 }
 
 HWND Form::AddLabel(int id, const std::wstring& text, TextStyle look, DWORD style) {
-    return AddControl(L"STATIC", id, text, SS_NOPREFIX | style, look);
+    const bool canBeCut = (style & SS_ELLIPSISMASK) != 0;
+    const HWND label = AddControl(L"STATIC", id, text, SS_NOPREFIX | style | (canBeCut ? SS_NOTIFY : 0U), look);
+    if (canBeCut) {
+        tip_.Watch(Window(), label);
+    }
+    return label;
 }
 
 HWND Form::AddFooterButton(int id, const std::wstring& text, bool isDefault) {
@@ -141,15 +127,13 @@ void Form::SetLook(HWND control, TextStyle look) {
 }
 
 SIZE Form::TextSize(HWND control) const {
-    const bool hasPrefix = (GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX) == 0;
-    const RECT area = MeasureText(control, 0, DT_SINGLELINE | (hasPrefix ? 0U : DT_NOPREFIX));
-    return {area.right, area.bottom};
+    return SizeOfText(control, 0, DT_SINGLELINE | PrefixOf(control));
 }
 
 int Form::TextHeight(HWND control, int width) const {
     const bool breaksAnywhere = (GetWindowLongW(control, GWL_STYLE) & SS_EDITCONTROL) != 0;
-    return static_cast<int>(
-        MeasureText(control, width, DT_WORDBREAK | DT_NOPREFIX | (breaksAnywhere ? DT_EDITCONTROL : 0U)).bottom);
+    const UINT format = DT_WORDBREAK | PrefixOf(control) | (breaksAnywhere ? DT_EDITCONTROL : 0U);
+    return static_cast<int>(SizeOfText(control, width, format).cy);
 }
 
 void Form::Place(HWND control, int left, int top, int width, int height) {
@@ -192,6 +176,14 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
         case WM_GETMINMAXINFO:
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest_.cx, smallest_.cy};
             return 0;
+        case WM_NOTIFY:
+            if (reinterpret_cast<const NMHDR*>(lParam)->code == TTN_GETDISPINFOW) {
+                tip_.Tell(*reinterpret_cast<NMTTDISPINFOW*>(lParam));
+            }
+            return {};
+        case WM_MOVE:
+            RememberPlace();
+            return {};
         case WM_SYSCOLORCHANGE:
         case WM_SETTINGCHANGE:
             Redraw();
@@ -229,7 +221,7 @@ void Form::FollowSize(int width, int height) {
 /// Returns the height of the client area.
 int Form::ArrangeContent() {
     const int margin = Px(Margin);
-    const int contentBottom = Arrange(margin, Px(headerHeight_) + margin, clientWidth_ - 2 * margin);
+    const int contentBottom = Arrange(margin, headerBottom_ + margin, clientWidth_ - 2 * margin);
     footerTop_ = contentBottom + margin;
     return PlaceFooter(footerTop_);
 }
@@ -240,7 +232,7 @@ int Form::ScreenHeight() const {
     RECT client{};
     GetWindowRect(Window(), &window);
     GetClientRect(Window(), &client);
-    const RECT work = WorkArea(Window());
+    const RECT work = WorkAreaOf(Window());
     return static_cast<int>(work.bottom - work.top - (window.bottom - window.top - client.bottom));
 }
 
@@ -260,8 +252,10 @@ void Form::PlaceHeader() {
         return;
     }
     const int left = Px(Margin + SignSize + 16);
-    const int height = static_cast<int>(TextSize(title_).cy);
-    Place(title_, left, (Px(headerHeight_) - height) / 2, clientWidth_ - left - Px(Margin), height);
+    const int width = clientWidth_ - left - Px(Margin);
+    const int height = TextHeight(title_, width);
+    headerBottom_ = std::max(Px(headerHeight_), height + Px(Margin));
+    Place(title_, left, (headerBottom_ - height) / 2, width, height);
 }
 
 /// Returns the bottom of the window.
@@ -290,11 +284,11 @@ void Form::PaintAll() {
     GetClientRect(Window(), &client);
     FillArea(dc, client, colours.Page);
 
-    FillArea(dc, Area(0, 0, client.right, Px(headerHeight_)), colours.Header);
+    FillArea(dc, Area(0, 0, client.right, headerBottom_), colours.Header);
     const int sign = Px(SignSize);
     const auto icon = static_cast<HICON>(
         LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_PROGRAM), IMAGE_ICON, sign, sign, LR_DEFAULTCOLOR));
-    DrawIconEx(dc, Px(Margin), (Px(headerHeight_) - sign) / 2, icon, sign, sign, 0, nullptr, DI_NORMAL);
+    DrawIconEx(dc, Px(Margin), (headerBottom_ - sign) / 2, icon, sign, sign, 0, nullptr, DI_NORMAL);
     DestroyIcon(icon);
 
     if (!footerButtons_.empty()) {
@@ -321,6 +315,9 @@ void Form::ApplyFonts() {
 }
 
 void Form::FollowDpi(int dpi, const RECT& suggested) {
+    if (!isPlaced_) {
+        return;
+    }
     SetDpi(dpi);
     ApplyFonts();
     ArrangeAll();

@@ -8,6 +8,7 @@
 #include "forms/Dialog.h"
 #include "forms/Drawing.h"
 #include "forms/Fonts.h"
+#include "forms/WholeTextTip.h"
 
 namespace mip {
 
@@ -34,7 +35,7 @@ class Form : public Dialog {
 
     /// The window's caption; it is also the title of message boxes from now on.
     void SetCaption(const std::wstring& caption);
-    /// Called at the end of OnLoad: arranges all and centres the window on the screen or over its owner.
+    /// Called at the end of OnLoad: arranges all and puts the window where the last one stood, or over its owner.
     void Finish(int width);
     /// The user can make the window larger than Finish does; what has FlexibleHeight gets the height. Before Finish.
     void AllowResizing();
@@ -49,12 +50,13 @@ class Form : public Dialog {
     void Redraw(bool now = false);
 
     HWND AddControl(const wchar_t* windowClass, int id, const std::wstring& text, DWORD style, TextStyle look = {});
+    /// A label that shortens its text to one line (SS_ENDELLIPSIS, SS_PATHELLIPSIS) shows all of it to the mouse.
     HWND AddLabel(int id, const std::wstring& text, TextStyle look = {}, DWORD style = 0);
     /// A button in the footer, at its right; from left to right in the order in which they are added.
     HWND AddFooterButton(int id, const std::wstring& text, bool isDefault);
     /// The one control at the footer's left.
     void SetFooterControl(HWND control) { footerControl_ = control; }
-    /// Title and, where the form wants it, the size of the header band.
+    /// Title and, where the form wants it, the size of the header band, which grows with a title of several lines.
     HWND AddHeader(int id, const std::wstring& title, int points, bool bold, int height);
 
     /// Height in pixels of a part that has some to spare: less than `preferred` on a screen that is too low for it,
@@ -83,6 +85,7 @@ class Form : public Dialog {
     int ArrangeContent();
     int ScreenHeight() const;
     void SetClientSize(int width, int height);
+    void RememberPlace();
     void PlaceHeader();
     int PlaceFooter(int top);
     void PaintAll();
@@ -95,13 +98,16 @@ class Form : public Dialog {
     std::vector<HWND> footerButtons_;
     HWND footerControl_ = nullptr;
     HWND title_ = nullptr;
-    int headerHeight_ = 0;
+    WholeTextTip tip_;
+    int headerHeight_ = 0;  ///< in units, at the least
+    int headerBottom_ = 0;
     int width_ = 0;
     int clientWidth_ = 0;
     int footerTop_ = 0;
     int shortage_ = 0;
     SIZE smallest_{};
     bool isResizable_ = false;
+    bool isPlaced_ = false;
     bool isEnding_ = false;
     bool isBusy_ = false;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 
 #include "forms/WindowsHeader.h"
 
@@ -25,10 +26,15 @@ class FormHost {
     /// Serves messages until the program ends. Throws what a form's handler threw.
     void Run();
 
+    /// Where the last screen stood, for the next one.
+    const std::optional<POINT>& LastPlace() const { return lastPlace_; }
+    void RememberPlace(POINT place) { lastPlace_ = place; }
+
   private:
     mip::Program& program_;
     ScreenFlow flow_;
     std::exception_ptr failure_;
+    std::optional<POINT> lastPlace_;
 };
 
 }  // namespace mip

@@ -2,8 +2,6 @@
 
 #include <shlobj.h>
 
-#include <algorithm>
-
 #include "forms/ControlIds.h"
 #include "platform/windows/Handle.h"
 
@@ -32,7 +30,7 @@ void frmDirectorySelect::OnLoad() {
     }
     AddLabel(ids::Frame1, texts_.Frame, {.Colour = &Palette::Muted});
     AddLabel(ids::L_InstalPath, ProposedFolder(Program().Switches, proposal_),
-             {.Points = 10, .Background = &Palette::Card}, SS_EDITCONTROL);
+             {.Points = 10, .Background = &Palette::Card}, SS_PATHELLIPSIS);
     AddControl(L"BUTTON", ids::B_CHANGE, texts_.Change, WS_TABSTOP | BS_PUSHBUTTON, OnCard);
     AddFooterButton(ids::B_OK, texts_.Ok, true);
     AddFooterButton(ids::B_Cancel, texts_.Cancel, false);
@@ -57,12 +55,21 @@ int frmDirectorySelect::Arrange(int left, int top, int width) {
     const HWND change = Item(ids::B_CHANGE);
     const int changeWidth = ButtonWidth(change);
     Place(change, frame1_.right - Px(16) - changeWidth, frame1_.top + Px(20), changeWidth, Px(28));
-    // Two lines, for a folder far down.
-    const HWND path = Item(ids::L_InstalPath);
-    const int pathWidth = width - changeWidth - Px(48);
-    const int pathHeight = std::min(TextHeight(path, pathWidth), Px(40));
-    Place(path, left + Px(16), frame1_.top + (Px(68) - pathHeight) / 2, pathWidth, pathHeight);
+    PlaceFolder(left + Px(16), width - changeWidth - Px(48));
     return frame1_.bottom;
+}
+
+/// Two lines, for a folder far down; of one still longer the middle is left out.
+void frmDirectorySelect::PlaceFolder(int left, int width) {
+    const HWND path = Item(ids::L_InstalPath);
+    const LONG style = GetWindowLongW(path, GWL_STYLE) & ~SS_ELLIPSISMASK;
+    SetWindowLongW(path, GWL_STYLE, style | SS_EDITCONTROL);
+    int height = TextHeight(path, width);
+    if (height > Px(40)) {
+        SetWindowLongW(path, GWL_STYLE, (style & ~SS_EDITCONTROL) | SS_PATHELLIPSIS);
+        height = static_cast<int>(TextSize(path).cy);
+    }
+    Place(path, left, frame1_.top + (Px(68) - height) / 2, width, height);
 }
 
 void frmDirectorySelect::Paint(HDC dc, const Palette& colours) {

@@ -27,6 +27,7 @@ class frmDirectorySelect final : public Form {
     void Paint(HDC dc, const Palette& colours) override;
 
   private:
+    void PlaceFolder(int left, int width);
     void Change();
     void Confirm();
     void Cancel();

@@ -1,5 +1,7 @@
 #include "forms/frmMenu.h"
 
+#include <algorithm>
+
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "forms/ControlIds.h"
@@ -34,11 +36,19 @@ void frmMenu::OnLoad() {
 }
 
 void frmMenu::AddMenuButton(int id, std::int16_t message) {
-    AddControl(L"BUTTON", id, GetMessageText(Program(), message), WS_TABSTOP | BS_PUSHBUTTON, {.Points = 18});
+    AddControl(L"BUTTON", id, GetMessageText(Program(), message), WS_TABSTOP | BS_PUSHBUTTON | BS_MULTILINE,
+               {.Points = 18});
 }
 
+/// The buttons are of one height, which the longest text decides.
 int frmMenu::Arrange(int left, int top, int width) {
-    const int height = Px(76);
+    RECT room{Px(84), Px(12), Px(16), Px(12)};  // beside the sign
+    int height = Px(76);
+    for (const int id : MenuButtons) {
+        SendMessageW(Item(id), BCM_SETTEXTMARGIN, 0, reinterpret_cast<LPARAM>(&room));
+        const int textWidth = width - static_cast<int>(room.left + room.right);
+        height = std::max(height, TextHeight(Item(id), textWidth) + static_cast<int>(room.top + room.bottom));
+    }
     for (const int id : MenuButtons) {
         Place(Item(id), left, top, width, height);
         top += height + Px(12);
@@ -96,7 +106,7 @@ std::optional<LRESULT> frmMenu::OnMessage(UINT message, WPARAM wParam, LPARAM lP
     return Form::OnMessage(message, wParam, lParam);
 }
 
-/// A card with a sign and a line of text; it lights up under the mouse, and its frame is strong with the focus.
+/// A card with a sign and a text; it lights up under the mouse, and its frame is strong with the focus.
 void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     const Palette colours = Colours();
     const HWND button = draw.hdr.hwndFrom;
@@ -116,16 +126,15 @@ void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     DrawGlyph(draw.hdc, Shrunk(discArea, Px(11)), GlyphOf(static_cast<int>(draw.hdr.idFrom)),
               colours.HighContrast ? colours.Page : colours.HeaderText);
 
-    RECT textArea = draw.rc;
-    textArea.left = discArea.right + Px(20);
-    textArea.right -= Px(16);
+    RECT room{};
+    SendMessageW(button, BCM_GETTEXTMARGIN, 0, reinterpret_cast<LPARAM>(&room));
+    RECT textArea{draw.rc.left + room.left, 0, draw.rc.right - room.right, draw.rc.bottom};
+    textArea.top = (height - TextHeight(button, static_cast<int>(textArea.right - textArea.left))) / 2;
     const SelectedObject font(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
     SetBkMode(draw.hdc, TRANSPARENT);
     SetTextColor(draw.hdc, colours.Text);
-    wchar_t text[256];
-    GetWindowTextW(button, text, 256);
     const bool cuesHidden = (SendMessageW(button, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
-    DrawTextW(draw.hdc, text, -1, &textArea, DT_SINGLELINE | DT_VCENTER | (cuesHidden ? DT_HIDEPREFIX : 0U));
+    DrawTextW(draw.hdc, TextOf(button).c_str(), -1, &textArea, DT_WORDBREAK | (cuesHidden ? DT_HIDEPREFIX : 0U));
 }
 
 }  // namespace mip

@@ -1,5 +1,7 @@
 #include "forms/frmStartUp.h"
 
+#include <algorithm>
+
 #include "app/Messages.h"
 #include "app/modSysParameter.h"
 #include "forms/ControlIds.h"
@@ -57,7 +59,7 @@ void frmStartUp::OnLoad() {
 void frmStartUp::AddOption(int index, std::int16_t message) {
     const DWORD group = index == 1 ? WS_GROUP | WS_TABSTOP : 0U;
     const HWND option = AddControl(L"BUTTON", ids::O_Value + index, GetMessageText(Program(), message),
-                                   group | BS_AUTORADIOBUTTON, OnCard);
+                                   group | BS_AUTORADIOBUTTON | BS_MULTILINE, OnCard);
     // The choice is made by the user, not by the focus that passes.
     SendMessageW(option, BM_SETDONTCLICK, TRUE, 0);
     SetWindowSubclass(option, ChooseByArrow, 0, static_cast<DWORD_PTR>(ids::O_Value + 3 - index));
@@ -65,7 +67,7 @@ void frmStartUp::AddOption(int index, std::int16_t message) {
 
 int frmStartUp::Arrange(int left, int top, int width) {
     const HWND contract = Item(ids::T_CONTRACT);
-    const int contractHeight = FlexibleHeight(236, 120);
+    const int contractHeight = FlexibleHeight(236, 96);
     Place(contract, left, top, width, contractHeight);
     RECT text{};
     GetClientRect(contract, &text);
@@ -73,11 +75,14 @@ int frmStartUp::Arrange(int left, int top, int width) {
     SendMessageW(contract, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&text));
     top += contractHeight + Px(14);
 
-    const int height = Px(26);
-    frame1_ = Area(left, top, width, 2 * height + Px(20));
+    frame1_ = Area(left, top, width, Px(10));
     for (const int index : {1, 2}) {
-        Place(Item(ids::O_Value + index), left + Px(16), top + Px(10) + (index - 1) * height, width - Px(32), height);
+        const HWND option = Item(ids::O_Value + index);
+        const int height = std::max(TextHeight(option, width - Px(32 + 24)) + Px(2), Px(26));
+        Place(option, left + Px(16), frame1_.bottom, width - Px(32), height);
+        frame1_.bottom += height;
     }
+    frame1_.bottom += Px(10);
     return frame1_.bottom;
 }
 

@@ -11,6 +11,7 @@
 #include "app/modSysParameter.h"
 
 #include "forms/ControlIds.h"
+#include "forms/Placement.h"
 #include "forms/frmDirectorySelect.h"
 #include "forms/frmMain.h"
 #include "forms/frmMenu.h"
@@ -186,7 +187,63 @@ std::string LanguageName(const testing::TestParamInfo<const wchar_t*>& language)
     return ToUtf8(language.param);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, FormTexts, testing::Values(L"07", L"09", L"0A", L"0C", L"10", L"11"), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Languages, FormTexts,
+                         testing::Values(L"04S", L"04T", L"07", L"09", L"0A", L"0C", L"10", L"11", L"12"),
+                         LanguageName);
+
+TEST_F(FormsTest, TextsOfTwiceTheLengthAreBrokenIntoLines) {
+    UseLanguage(L"07");
+    FillDisc();
+    KeepMessageTexts(program_);
+    program_.KeptTexts.Agreement = LoadAgreementText(program_);
+    windows_.Tree.Erase(L"D:\\programs");
+    for (auto& [key, text] : program_.KeptTexts.Messages) {
+        text += L" " + text;
+    }
+    ExpectTextsFit(*Open<frmMenu>());
+    ExpectTextsFit(*Open<frmStartUp>());
+    ExpectTextsFit(*Open<frmTarm>());
+    ExpectTextsFit(*OpenFolderQuestion());
+}
+
+RECT RectOf(HWND window) {
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return rect;
+}
+
+RECT questionRect;
+
+void CALLBACK NoteAndCloseQuestion(HWND owner, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(owner, timer);
+    questionRect = RectOf(GetLastActivePopup(owner));
+    SendMessageW(GetLastActivePopup(owner), WM_CLOSE, 0, 0);
+}
+
+TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
+    FillDisc();
+    RECT place = RectOf(Open<frmTarm>()->Window());
+    const RECT work = WorkAreaOf(GetDesktopWindow());
+    EXPECT_NEAR(place.left - work.left, work.right - place.right, 1) << "the first one in the middle";
+    for (const bool minimised : {false, true}) {
+        SCOPED_TRACE(minimised);
+        const auto last = Open<frmMenu>();
+        SetWindowPos(last->Window(), nullptr, 400, 30, 0, 0, SWP_NOSIZE);
+        const RECT shown = minimised ? work : RectOf(last->Window());
+        ShowWindow(last->Window(), minimised ? SW_MINIMIZE : SW_SHOW);
+        place = RectOf(Open<frmStartUp>()->Window());
+        EXPECT_TRUE(place.left == 400 && place.top == 30);
+        SetTimer(last->Window(), 99, 50, NoteAndCloseQuestion);
+        frmDirectorySelect(host_, program_.DiscCatalogue.Records.back(), L"C:\\Manuals").RunModal(last->Window());
+        EXPECT_NEAR(questionRect.left + questionRect.right, shown.left + shown.right, 2);
+    }
+    for (const LONG out : {-5000L, 5000L}) {
+        SetWindowPos(Open<frmTarm>()->Window(), nullptr, out, out, 0, 0, SWP_NOSIZE);
+        place = RectOf(Open<frmMenu>()->Window());
+        EXPECT_TRUE(out < 0 ? place.left == work.left && place.top == work.top
+                            : place.right == work.right && place.bottom == work.bottom);
+    }
+}
 
 TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
     const auto closeAndServe = [this](const Form& form) {

@@ -3,31 +3,17 @@
 #include <commctrl.h>
 
 #include "forms/Drawing.h"
+#include "forms/WholeTextTip.h"
 #include "text/TextTools.h"
 
 namespace mip {
 
 namespace {
 
-std::wstring TextOf(HWND control) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)), L'\0');
-    GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
-    return text;
-}
-
 bool HasClass(HWND control, const wchar_t* name) {
     wchar_t actual[64]{};
     GetClassNameW(control, actual, 64);
     return ToUpper(actual) == ToUpper(name);
-}
-
-SIZE MeasureText(HWND control, int width, UINT format) {
-    const WindowDc dc(control);
-    const SelectedObject font(dc.Get(), reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
-    RECT area{0, 0, width, 0};
-    const std::wstring text = TextOf(control);
-    DrawTextW(dc.Get(), text.c_str(), static_cast<int>(text.size()), &area, DT_CALCRECT | format);
-    return {area.right, area.bottom};
 }
 
 bool IsTextWhole(HWND control) {
@@ -39,15 +25,20 @@ bool IsTextWhole(HWND control) {
         const bool breaksAnywhere = (style & SS_EDITCONTROL) != 0;
         const UINT format = DT_NOPREFIX | (oneLine ? DT_SINGLELINE : DT_WORDBREAK) |
                             (breaksAnywhere ? static_cast<UINT>(DT_EDITCONTROL) : 0U);
-        const SIZE size = MeasureText(control, oneLine ? 0 : static_cast<int>(client.right), format);
+        const SIZE size = SizeOfText(control, oneLine ? 0 : static_cast<int>(client.right), format);
         return size.cx <= client.right && size.cy <= client.bottom;
     }
     if (HasClass(control, L"BUTTON")) {
         const LONG kind = style & BS_TYPEMASK;
         const bool hasMark = kind == BS_AUTORADIOBUTTON || kind == BS_AUTOCHECKBOX;
-        const SIZE size = MeasureText(control, 0, DT_SINGLELINE);
-        const LONG mark = hasMark ? client.bottom : 8;
-        return size.cx + mark <= client.right && size.cy <= client.bottom;
+        const bool breaks = (style & BS_MULTILINE) != 0;
+        RECT margin{hasMark ? 20 : 8, 0, 0, 0};
+        if (breaks && !hasMark) {
+            SendMessageW(control, BCM_GETTEXTMARGIN, 0, reinterpret_cast<LPARAM>(&margin));
+        }
+        const int width = static_cast<int>(client.right - margin.left - margin.right);
+        const SIZE size = SizeOfText(control, breaks ? width : 0, breaks ? DT_WORDBREAK : DT_SINGLELINE);
+        return size.cx <= width && size.cy + margin.top + margin.bottom <= client.bottom;
     }
     if (HasClass(control, WC_LISTVIEWW)) {
         return (style & WS_HSCROLL) == 0;
