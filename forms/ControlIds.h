@@ -10,12 +10,14 @@ inline constexpr int lblTitle = 100;
 inline constexpr int cmdDispManual = 101;
 inline constexpr int cmdStartInstall = 102;
 inline constexpr int cmdBrowseManual = 103;
+inline constexpr int L_Notice = 104;
 
 inline constexpr int T_CONTRACT = 200;
 inline constexpr int O_Value = 200;  ///< options 1 and 2 follow
 
 inline constexpr int L_STEP = 300;  ///< steps 2, 3 and 4 follow
 inline constexpr int L_Manual = 310;
+inline constexpr int L_Position = 311;
 inline constexpr int pgBar = 320;  ///< the bars 0, 1 and 2 of enum Bar
 
 inline constexpr int L_Name = 400;

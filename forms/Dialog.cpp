@@ -2,6 +2,7 @@
 
 #include "forms/Drawing.h"
 #include "platform/windows/LastError.h"
+#include "platform/windows/WindowsComputer.h"
 
 namespace mip {
 
@@ -104,6 +105,7 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
 /// A dialog is laid out for the screen that it will be seen on.
 void Dialog::BeginOnLastScreen() {
     KeepSystemFromScaling(window_);
+    SetPropW(window_, ScreenMark, window_);
     if (const auto& place = host_.LastPlace()) {
         SetWindowPos(window_, nullptr, place->x, place->y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
@@ -133,6 +135,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             OnClose();
             return TRUE;
         case WM_NCDESTROY:
+            RemovePropW(window_, ScreenMark);
             window_ = nullptr;
             return FALSE;
         default: {

@@ -5,6 +5,7 @@
 
 #include "app/modLanguage.h"
 #include "forms/Placement.h"
+#include "forms/TaskbarButton.h"
 #include "forms/resource.h"
 
 namespace mip {
@@ -181,6 +182,12 @@ std::optional<LRESULT> Form::OnMessage(UINT message, WPARAM wParam, LPARAM lPara
                 tip_.Tell(*reinterpret_cast<NMTTDISPINFOW*>(lParam));
             }
             return {};
+        case WM_ENABLE:
+            // A question or a box lies over the form.
+            if (wParam == FALSE) {
+                TaskbarButton::CallUser(Window());
+            }
+            return {};
         case WM_MOVE:
             RememberPlace();
             return {};
@@ -285,6 +292,9 @@ void Form::PaintAll() {
     FillArea(dc, client, colours.Page);
 
     FillArea(dc, Area(0, 0, client.right, headerBottom_), colours.Header);
+    if (colours.HighContrast) {
+        FillArea(dc, Area(0, headerBottom_ - 1, client.right, 1), colours.Line);
+    }
     const int sign = Px(SignSize);
     const auto icon = static_cast<HICON>(
         LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_PROGRAM), IMAGE_ICON, sign, sign, LR_DEFAULTCOLOR));

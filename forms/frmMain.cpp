@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "app/Messages.h"
+#include "app/modSysParameter.h"
+
 namespace mip {
 
 namespace {
@@ -30,7 +33,9 @@ void frmMain::OnLoad() {
     for (const Step step : AllSteps) {
         AddLabel(CaptionOf(step), L"", StepLook(StepState::Waiting), SS_ENDELLIPSIS);
     }
-    AddLabel(ids::L_Manual, L"", {.Colour = &Palette::Muted, .Background = &Palette::Card}, SS_ENDELLIPSIS);
+    constexpr TextStyle muted{.Colour = &Palette::Muted, .Background = &Palette::Card};
+    AddLabel(ids::L_Manual, L"", muted, SS_ENDELLIPSIS);
+    AddLabel(ids::L_Position, L"", muted, SS_RIGHT | SS_ENDELLIPSIS);
     for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
         const HWND control = AddControl(PROGRESS_CLASSW, ids::pgBar + static_cast<int>(bar), L"", PBS_SMOOTH);
         SendMessageW(control, PBM_SETRANGE32, 0, BarSteps);
@@ -65,7 +70,9 @@ int frmMain::Arrange(int left, int top, int width) {
     }
 
     const int manualTop = Frame(Step::Manuals).Area.top + height - Px(6);
-    Place(Item(ids::L_Manual), textLeft, manualTop, textWidth, Px(18));
+    const int positionWidth = Px(140);
+    Place(Item(ids::L_Manual), textLeft, manualTop, textWidth - positionWidth - Px(12), Px(18));
+    Place(Item(ids::L_Position), textLeft + textWidth - positionWidth, manualTop, positionWidth, Px(18));
     for (const Bar bar : {Bar::SevenZip, Bar::Copy, Bar::Pdf}) {
         Place(Item(ids::pgBar + static_cast<int>(bar)), textLeft, manualTop + Px(24), textWidth, Px(16));
     }
@@ -83,8 +90,16 @@ void frmMain::DrawStep(HDC dc, const Palette& colours, Step step) {
     const StepFrame& frame = Frame(step);
     const COLORREF colour = FrameColour(frame.State);
     FillRounded(dc, frame.Area, Px(4), colours.Card, colours.Line);
-    FillArea(dc, Area(frame.Area.left, frame.Area.top, Px(6), frame.Area.bottom - frame.Area.top), colour);
-    const RECT disc = Area(frame.Area.left + Px(22), frame.Area.top + (Px(60) - Px(32)) / 2, Px(32), Px(32));
+    RECT bar = Area(frame.Area.left, frame.Area.top, Px(6), frame.Area.bottom - frame.Area.top);
+    RECT disc = Area(frame.Area.left + Px(22), frame.Area.top + (Px(60) - Px(32)) / 2, Px(32), Px(32));
+    if (colours.HighContrast) {
+        // The steps' colours may be dark on dark.
+        FillArea(dc, bar, colours.Text);
+        FillCircle(dc, disc, colours.Text);
+        bar = Shrunk(bar, Px(1));
+        disc = Shrunk(disc, Px(1));
+    }
+    FillArea(dc, bar, colour);
     FillCircle(dc, disc, colour);
     if (frame.State == StepState::Done) {
         DrawGlyph(dc, Shrunk(disc, Px(4)), Glyph::Check, RGB(255, 255, 255));
@@ -99,15 +114,42 @@ void frmMain::DrawStep(HDC dc, const Palette& colours, Step step) {
 }
 
 std::optional<LRESULT> frmMain::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_TIMER) {
-        return Form::OnMessage(message, wParam, lParam);
+    switch (message) {
+        case WM_TIMER:
+            wParam == Timer1 ? driver_.Timer1() : driver_.Timer2();
+            return 0;
+        case WM_ENABLE:
+            ShowOnTaskbar();
+            break;
+        case WM_QUERYENDSESSION:
+            return progress_.Writing ? FALSE : TRUE;
+        default:
+            break;
     }
-    if (wParam == Timer1) {
-        driver_.Timer1();
-    } else {
-        driver_.Timer2();
+    return Form::OnMessage(message, wParam, lParam);
+}
+
+void frmMain::SetManual(const std::wstring& name, const std::wstring& position) {
+    SetItemText(ids::L_Manual, name);
+    SetItemText(ids::L_Position, position);
+}
+
+void frmMain::SetProgress(const RunProgress& progress) {
+    if (progress.Writing && !progress_.Writing) {
+        ShutdownBlockReasonCreate(Window(), GetMessageText(Program(), messages::ShutdownReason).c_str());
+    } else if (!progress.Writing && progress_.Writing) {
+        ShutdownBlockReasonDestroy(Window());
     }
-    return 0;
+    progress_ = progress;
+    ShowOnTaskbar();
+}
+
+/// A run that waits for an answer is paused.
+void frmMain::ShowOnTaskbar() {
+    constexpr float visible = 0.1F;
+    const bool isAsking = IsWindowEnabled(Window()) == 0;
+    const float part = progress_.Failed ? std::max(progress_.Part, visible) : progress_.Part;
+    taskbar_.Show(Window(), part, progress_.Failed ? TBPF_ERROR : isAsking ? TBPF_PAUSED : TBPF_NORMAL);
 }
 
 void frmMain::SetCaption(const std::wstring& caption) {

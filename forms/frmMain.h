@@ -4,6 +4,7 @@
 
 #include "forms/ControlIds.h"
 #include "forms/Form.h"
+#include "forms/TaskbarButton.h"
 #include "install/modManualInstall.h"
 
 namespace mip {
@@ -32,13 +33,17 @@ class frmMain final : public Form, private InstallationView {
     void SetCaption(const std::wstring& caption) override;
     void SetStep(Step step, const std::wstring& caption, StepState state) override;
     void SetBar(Bar bar, const BarState& state) override;
-    void SetManual(const std::wstring& name) override { SetItemText(ids::L_Manual, name); }
+    void SetManual(const std::wstring& name, const std::wstring& position) override;
+    void SetProgress(const RunProgress& progress) override;
     void SetBusyPointer(bool busy) override { ShowBusy(busy); }
     void Repaint() override;
 
+    void ShowOnTaskbar();
     void DrawStep(HDC dc, const Palette& colours, Step step);
 
     std::array<StepFrame, 3> frames_;
+    RunProgress progress_;
+    TaskbarButton taskbar_;
     InstallationDriver driver_;
 };
 

@@ -30,6 +30,21 @@ std::wstring NameOf(const DiscCatalogueRecord& manual) {
     return manual.Model_desc + L"  " + manual.Pub_No;
 }
 
+/// "Manual 2 of 5", by the candidates of the disc.
+std::wstring ShowPosition(const Program& program, const DiscCatalogueRecord& manual, ProgressBars& bars) {
+    const auto& records = program.DiscCatalogue.Records;
+    const auto count = [&](auto first, auto last) {
+        return static_cast<int>(std::count_if(
+            first, last, [](const DiscCatalogueRecord& each) { return each.InstallFlag == Selection::Candidate; }));
+    };
+    const auto current = std::ranges::find_if(records, [&](const auto& each) { return &each == &manual; });
+    const int number = count(records.begin(), current) + 1;
+    const int all = count(records.begin(), records.end());
+    bars.BeginManual(number, all);
+    const std::wstring text = GetMessageText(program, messages::ManualOfManuals);
+    return ReplaceAll(ReplaceAll(text, L"@1", std::to_wstring(number)), L"@2", std::to_wstring(all));
+}
+
 /// The folder below which an edition's successor goes: the parent of the edition's folder, when manuals may be there;
 /// "" when they may not.
 std::wstring RootBeside(const Program& program, const std::wstring& edition) {
@@ -71,7 +86,7 @@ bool ManualWorker::InstallAllManuals() {
         }
         manual.DoneFlag = true;
     }
-    view_.SetManual(L"");
+    view_.SetManual(L"", L"");
     ResetBars();
     return succeeded;
 }
@@ -90,7 +105,7 @@ bool ManualWorker::InstallSelected(DiscCatalogueRecord& manual) {
     const std::wstring step = isWhole ? L"install" : L"update";
     program_.Log.SetContext(step, manual.Pub_No);
     ResetBars();
-    view_.SetManual(NameOf(manual));
+    view_.SetManual(NameOf(manual), ShowPosition(program_, manual, bars_));
     try {
         isWhole ? InstallOneManual(manual) : CopyPlainManual(manual);
     } catch (const std::exception& error) {

@@ -14,8 +14,10 @@
 #include "install/modCompanion.h"
 #include "manualinfo/modManualInfo.h"
 #include "platform/Clock.h"
+#include "platform/Computer.h"
 #include "platform/Files.h"
 #include "platform/MessageBoxes.h"
+#include "platform/ScopeGuard.h"
 
 namespace mip {
 
@@ -64,6 +66,9 @@ bool InstallationDriver::RunInstallation() {
 
     view_.SetBusyPointer(true);
     const bool succeeded = RunSteps();
+    if (!succeeded) {
+        bars_.SetFailed();
+    }
     PauseSeconds(program_.Platform.Clock, 1);
     view_.SetBusyPointer(false);
 
@@ -198,7 +203,7 @@ bool InstallationDriver::StepCatalogue() {
 bool InstallationDriver::StepManuals() {
     ShowRunning(Step::Manuals);
     PrepareManualInfo(program_.Platform, program_.Paths);
-    if (!worker_.InstallAllManuals()) {
+    if (!InstallManualsAwake()) {
         PauseSeconds(program_.Platform.Clock, 2);
         return false;
     }
@@ -206,6 +211,18 @@ bool InstallationDriver::StepManuals() {
     PauseSeconds(program_.Platform.Clock, 2);
     ShowDone(Step::Manuals);
     return true;
+}
+
+/// While manuals are written the computer does not fall asleep, and the view keeps it from being shut down.
+bool InstallationDriver::InstallManualsAwake() {
+    Computer& computer = program_.Platform.Computer;
+    const ScopeGuard done([this, &computer] {
+        computer.StayAwake(false);
+        bars_.SetWriting(false);
+    });
+    computer.StayAwake(true);
+    bars_.SetWriting(true);
+    return worker_.InstallAllManuals();
 }
 
 void InstallationDriver::Timer1() {

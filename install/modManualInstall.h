@@ -33,6 +33,7 @@ class InstallationDriver {
     bool StepCompanionPrograms();
     bool StepCatalogue();
     bool StepManuals();
+    bool InstallManualsAwake();
 
     std::wstring FindManagerSetup() const;
     bool IsManagerUpToDate(const std::wstring& setupPath) const;

@@ -18,6 +18,10 @@ class Computer {
     virtual std::wstring LanguageIdentifier() = 0;
     /// True when another instance of this program was already running when this one started.
     virtual bool IsPreviousInstanceRunning() = 0;
+    /// Brings the other instance's screen to the front, the question over it first. Nothing when it shows none.
+    virtual void ShowPreviousInstance() = 0;
+    /// Whether the computer must not fall asleep by itself now; never throws.
+    virtual void StayAwake(bool awake) noexcept = 0;
     /// Text in the system's ANSI code page; what has no place there becomes "?".
     virtual std::string ToSystemCodePage(const std::wstring& text) = 0;
     virtual std::wstring FromSystemCodePage(const std::string& bytes) = 0;

@@ -20,7 +20,8 @@ class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
 
-    /// Shows a modal box and returns the answer. An empty title is replaced by the program's name.
+    /// Shows a modal box over the screen that is open and returns the answer. An empty title is replaced by the
+    /// program's name.
     virtual int Show(const std::wstring& text, int style, const std::wstring& title) = 0;
 };
 

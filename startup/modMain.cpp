@@ -181,6 +181,7 @@ void ShowFailure(Program& program, ScreenFlow& flow, std::int16_t message) {
 
 void StartUp(Program& program, ScreenFlow& flow, const std::vector<std::wstring>& arguments) {
     if (program.Platform.Computer.IsPreviousInstanceRunning()) {
+        program.Platform.Computer.ShowPreviousInstance();
         EndWith(program, ExitCode::CouldNotStart);
     }
     TakeSwitches(program, arguments);

@@ -20,6 +20,15 @@ std::wstring WithoutTrailingBackslash(std::wstring folder) {
     return folder;
 }
 
+BOOL CALLBACK FindScreen(HWND window, LPARAM found) {
+    const bool isScreen = GetPropW(window, ScreenMark) != nullptr && GetWindow(window, GW_OWNER) == nullptr;
+    if (!isScreen || IsWindowVisible(window) == 0) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
 }  // namespace
 
 WindowsComputer::WindowsComputer(const std::wstring& instanceName) {
@@ -60,6 +69,24 @@ std::wstring WindowsComputer::LanguageIdentifier() {
         ThrowLastError("GetLocaleInfo", L"");
     }
     return digits.substr(0, digits.find(L'\0'));
+}
+
+void WindowsComputer::ShowPreviousInstance() {
+    HWND screen = nullptr;
+    EnumWindows(FindScreen, reinterpret_cast<LPARAM>(&screen));
+    if (screen == nullptr) {
+        return;
+    }
+    // Restored, the screen would be the active one.
+    const HWND question = GetLastActivePopup(screen);
+    if (IsIconic(screen) != 0) {
+        ShowWindow(screen, SW_RESTORE);
+    }
+    SetForegroundWindow(question);
+}
+
+void WindowsComputer::StayAwake(bool awake) noexcept {
+    SetThreadExecutionState(ES_CONTINUOUS | (awake ? ES_SYSTEM_REQUIRED : 0U));
 }
 
 std::string WindowsComputer::ToSystemCodePage(const std::wstring& text) {

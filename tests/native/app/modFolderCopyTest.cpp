@@ -134,7 +134,8 @@ TEST(ProgressBars, CreepNoFurtherThanTheirLimit) {
         void SetCaption(const std::wstring&) override {}
         void SetStep(Step, const std::wstring&, StepState) override {}
         void SetBar(Bar, const BarState&) override {}
-        void SetManual(const std::wstring&) override {}
+        void SetManual(const std::wstring&, const std::wstring&) override {}
+        void SetProgress(const RunProgress&) override {}
         void SetBusyPointer(bool) override {}
         void Repaint() override {}
     } view;

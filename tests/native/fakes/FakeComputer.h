@@ -64,6 +64,8 @@ class FakeComputer : public Computer, private Counted {
         return Language;
     }
     bool IsPreviousInstanceRunning() override { return Sure(PreviousInstance); }
+    void ShowPreviousInstance() override { ++PreviousInstanceShown; }
+    void StayAwake(bool awake) noexcept override { Awake = awake; }
     std::string ToSystemCodePage(const std::wstring& text) override {
         if (CodePage == FakeCodePage::Utf8) {
             return ToUtf8(text);
@@ -93,6 +95,8 @@ class FakeComputer : public Computer, private Counted {
     std::wstring User = L"Mechanic";
     std::wstring Language = L"0409";
     bool PreviousInstance = false;
+    int PreviousInstanceShown = 0;
+    bool Awake = false;
     std::wstring Temporary = L"C:\\Temp";
     FakeCodePage CodePage = FakeCodePage::Utf8;
 

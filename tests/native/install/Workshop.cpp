@@ -79,7 +79,8 @@ Workshop::Workshop() {
     std::string messages = "[MESSAGE]\r\n";
     for (int number = 1; number <= messages::Last; ++number) {
         const std::string digits = std::to_string(number);
-        messages += "M" + std::string(3 - digits.size(), '0') + digits + "=message " + digits + "\r\n";
+        const char* filled = number == messages::ManualOfManuals ? " @1/@2" : "";
+        messages += "M" + std::string(3 - digits.size(), '0') + digits + "=message " + digits + filled + "\r\n";
     }
     Windows.Tree.PutFile(Run.Paths.SysDirPath + L"\\M09.ini", messages);
     Windows.Tree.PutFile(L"D:\\programs\\man_manager\\setup.exe", "setup");

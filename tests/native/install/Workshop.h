@@ -22,7 +22,8 @@ class RecordingView : public InstallationView, public FolderQuestion {
     void SetCaption(const std::wstring& caption) override { Caption = caption; }
     void SetStep(Step step, const std::wstring& caption, StepState state) override { Steps[step] = {caption, state}; }
     void SetBar(Bar bar, const BarState& state) override;
-    void SetManual(const std::wstring&) override {}
+    void SetManual(const std::wstring&, const std::wstring& position) override { Position = position; }
+    void SetProgress(const RunProgress& progress) override { Progress = progress; }
     void SetBusyPointer(bool busy) override { Busy = busy; }
     void Repaint() override {}
     std::optional<std::wstring> AskForFolder(const DiscCatalogueRecord& manual, const std::wstring& proposal) override;
@@ -34,6 +35,8 @@ class RecordingView : public InstallationView, public FolderQuestion {
     std::map<Bar, BarState> Bars;
     std::map<Bar, std::vector<BarState>> ShownBars;  ///< every state in which a bar could be seen
     bool Busy = false;
+    std::wstring Position;
+    RunProgress Progress;
     int FoldersAsked = 0;
     std::function<std::optional<std::wstring>(const std::wstring& proposal)> OnAskForFolder;
 };

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string>
+
 #include "app/ExitCode.h"
 #include "install/modManualInstall.h"
 #include "tests/native/install/Workshop.h"
@@ -61,8 +64,18 @@ TEST(Installation, InstallsUpdatesAndReplacesEveryManualOfTheDisc) {
 TEST(Installation, StepsAndBarsShowTheWork) {
     Workshop workshop;
     workshop.PutArchiveManual(L"AAAA1MM", 1);
+    workshop.PutArchiveManual(L"BBBB1MM", 1);
     std::vector<RecordingView::ShownStep> manualSteps;
-    workshop.Windows.Clock.OnYield = [&] { manualSteps.push_back(workshop.View.Steps[Step::Manuals]); };
+    std::set<std::wstring> positions;
+    RunProgress last;
+    workshop.Windows.Clock.OnYield = [&] {
+        manualSteps.push_back(workshop.View.Steps[Step::Manuals]);
+        positions.insert(workshop.View.Position);
+        EXPECT_LE(last.Part, workshop.View.Progress.Part);
+        last = workshop.View.Progress;
+        EXPECT_EQ(last.Writing, workshop.Windows.Computer.Awake);
+        EXPECT_EQ(last.Writing, !workshop.View.Position.empty());
+    };
 
     ASSERT_TRUE(workshop.Install()) << testing::PrintToString(workshop.Run.Outcome.ResultMessage);
 
@@ -71,6 +84,8 @@ TEST(Installation, StepsAndBarsShowTheWork) {
                                                                   {L"message 16", StepState::Running},
                                                                   {L"message 17", StepState::Done}}));
     EXPECT_EQ(workshop.View.Steps[Step::Programs].first, L"message 11");
+    EXPECT_EQ(positions, (std::set<std::wstring>{L"", L"message 102 1/2", L"message 102 2/2"}));
+    EXPECT_EQ(workshop.View.Progress, (RunProgress{1, false, false}));
     const auto& copy = workshop.View.ShownBars[Bar::Copy];
     EXPECT_EQ(copy.front(), (BarState{0, 8, 4, true, true})) << "the first half stands for the extraction";
     EXPECT_EQ(copy.back(), (BarState{0, 8, 8, true, true}));
@@ -131,6 +146,8 @@ TEST_P(InstallationFailure, TellsWhatFailedAndKeepsTheInstalledEdition) {
     EXPECT_EQ(workshop.Run.Outcome.ResultMessage, GetParam().ResultMessage);
     EXPECT_EQ(workshop.Run.Outcome.ResultSubMessage, GetParam().ResultSubMessage);
     EXPECT_EQ(workshop.Run.Outcome.ExitCode, GetParam().Code);
+    EXPECT_TRUE(workshop.View.Progress.Failed);
+    EXPECT_FALSE(workshop.View.Progress.Writing || workshop.Windows.Computer.Awake);
     const auto left = workshop.Windows.Tree.Snapshot(L"C:\\Manuals");
     for (const auto& [path, bytes] : installed) {
         EXPECT_TRUE(path.ends_with(L'\\') || (left.contains(path) && left.at(path) == bytes));

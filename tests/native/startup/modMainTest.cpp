@@ -156,6 +156,7 @@ TEST(StartUp, BadSwitchIsNamedAndLoggedUnlessThisIsASecondInstance) {
         given.Given(shop);
         shop.Start(given.Arguments);
         EXPECT_EQ(shop.ExitCode, 1u);
+        EXPECT_EQ(shop.Windows.Computer.PreviousInstanceShown, shop.Windows.Computer.PreviousInstance ? 1 : 0);
         const auto& shown = shop.Windows.MessageBoxes.Shown;
         EXPECT_EQ(shown.empty() ? L"" : shown.at(0).Text, given.Box);
         EXPECT_EQ(shop.Windows.Tree.HasFile(L"C:\\mip.log"), !given.Log.empty());
