@@ -30,6 +30,8 @@ void frmMenu::OnLoad() {
     AddMenuButton(ids::cmdDispManual, messages::MenuGuide);
     AddMenuButton(ids::cmdStartInstall, messages::MenuInstall);
     AddMenuButton(ids::cmdBrowseManual, messages::MenuBrowse);
+    AddLabel(ids::L_Notice, GetMessageText(Program(), messages::OpeningStartPage), {.Colour = &Palette::Muted});
+    ShowItem(ids::L_Notice, false);
     Finish(560);
     SendMessageW(Window(), DM_SETDEFID, ids::cmdStartInstall, 0);
     SetFocus(Item(ids::cmdStartInstall));
@@ -53,7 +55,8 @@ int frmMenu::Arrange(int left, int top, int width) {
         Place(Item(id), left, top, width, height);
         top += height + Px(12);
     }
-    return top - Px(12);
+    PlaceText(Item(ids::L_Notice), left, top, width);
+    return top;
 }
 
 void frmMenu::OnCommand(int control, int notification) {
@@ -76,15 +79,34 @@ void frmMenu::OnCommand(int control, int notification) {
     }
 }
 
-/// A browser may take its time to load the page; what the user does to the menu meanwhile does not count.
+/// A browser may take its time to load the page. Meanwhile the menu can do nothing but end the wait.
 void frmMenu::Browse() {
-    browsing_ = true;
-    const ScopeGuard done([this] { browsing_ = false; });
-    ShowDiscIndex(Program().Platform, Program().Paths);
+    stopped_ = false;
+    ShowBrowsing(true);
+    const ScopeGuard done([this] { ShowBrowsing(false); });
+    const Opening opening = ShowDiscIndex(Program().Platform, Program().Paths, [this] { return stopped_; });
+    ShowBrowsing(false);
+    ReportStartPage(Program(), opening);
+}
+
+void frmMenu::ShowBrowsing(bool browsing) {
+    if (browsing == browsing_) {
+        return;
+    }
+    browsing_ = browsing;
+    ShowBusy(browsing);
+    ShowItem(ids::L_Notice, browsing);
+    for (const int id : MenuButtons) {
+        EnableWindow(Item(id), browsing ? FALSE : TRUE);
+    }
+    // Without a control to be in, the focus is the window's own, where Esc still arrives.
+    SetFocus(browsing ? Window() : Item(ids::cmdBrowseManual));
+    Redraw(true);
 }
 
 void frmMenu::OnClose() {
     if (browsing_) {
+        stopped_ = true;
         return;
     }
     Flow().CloseMenu();
@@ -111,6 +133,7 @@ void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     const Palette colours = Colours();
     const HWND button = draw.hdr.hwndFrom;
     const bool pointedAt = (draw.uItemState & (CDIS_HOT | CDIS_SELECTED)) != 0;
+    const bool enabled = (draw.uItemState & CDIS_DISABLED) == 0;
     const bool focused = (draw.uItemState & CDIS_FOCUS) != 0;
     FillArea(draw.hdc, draw.rc, colours.Page);
     FillRounded(draw.hdc, draw.rc, Px(6), pointedAt ? colours.CardHot : colours.Card,
@@ -122,7 +145,7 @@ void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     const int height = draw.rc.bottom - draw.rc.top;
     const int disc = Px(48);
     const RECT discArea = Area(draw.rc.left + Px(16), draw.rc.top + (height - disc) / 2, disc, disc);
-    FillCircle(draw.hdc, discArea, colours.Accent);
+    FillCircle(draw.hdc, discArea, enabled ? colours.Accent : colours.Muted);
     DrawGlyph(draw.hdc, Shrunk(discArea, Px(11)), GlyphOf(static_cast<int>(draw.hdr.idFrom)),
               colours.HighContrast ? colours.Page : colours.HeaderText);
 
@@ -132,7 +155,7 @@ void frmMenu::DrawMenuButton(const NMCUSTOMDRAW& draw) const {
     textArea.top = (height - TextHeight(button, static_cast<int>(textArea.right - textArea.left))) / 2;
     const SelectedObject font(draw.hdc, reinterpret_cast<HGDIOBJ>(SendMessageW(button, WM_GETFONT, 0, 0)));
     SetBkMode(draw.hdc, TRANSPARENT);
-    SetTextColor(draw.hdc, colours.Text);
+    SetTextColor(draw.hdc, enabled ? colours.Text : colours.HighContrast ? GetSysColor(COLOR_GRAYTEXT) : colours.Muted);
     const bool cuesHidden = (SendMessageW(button, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) != 0;
     DrawTextW(draw.hdc, TextOf(button).c_str(), -1, &textArea, DT_WORDBREAK | (cuesHidden ? DT_HIDEPREFIX : 0U));
 }

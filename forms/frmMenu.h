@@ -18,10 +18,12 @@ class frmMenu final : public Form {
 
   private:
     void Browse();
+    void ShowBrowsing(bool browsing);
     void AddMenuButton(int id, std::int16_t message);
     void DrawMenuButton(const NMCUSTOMDRAW& draw) const;
 
     bool browsing_ = false;
+    bool stopped_ = false;  ///< the user does not wait for the browser any longer
 };
 
 }  // namespace mip

@@ -18,6 +18,8 @@ struct ShortcutProperty {
 namespace showCommands {
 inline constexpr int Normal = 1;
 inline constexpr int Maximised = 3;
+/// Of the values that the shell returns.
+inline constexpr std::intptr_t LowestSuccess = 32;
 }  // namespace showCommands
 
 class Shell {
@@ -44,6 +46,8 @@ class BrowserWindow {
     virtual bool IsBusy() = 0;
     virtual int ReadyState() = 0;
     virtual void Show() = 0;
+    /// Ends the browser.
+    virtual void Quit() = 0;
 };
 
 /// An open window of the shell's window collection.

@@ -5,21 +5,29 @@
 #include "app/modSysParameter.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Shell.h"
+#include "screens/modBrowser.h"
 
 namespace mip {
 
 namespace {
 
-constexpr std::intptr_t LowestSuccess = 32;
+void ShowBox(const Program& program, std::int16_t message) {
+    program.Platform.MessageBoxes.Show(GetMessageText(program, message), boxes::Exclamation, program.WindowTitle);
+}
 
 }  // namespace
 
 void OpenInstallationGuide(const Program& program) {
     // The disc root ends in a backslash already; the shell takes the doubled one.
     const std::wstring page = program.Paths.DiscRootPath + L"\\install.html";
-    if (program.Platform.Shell.OpenDocument(L"Open", page, showCommands::Maximised) < LowestSuccess) {
-        program.Platform.MessageBoxes.Show(GetMessageText(program, messages::GuideNotOpened), boxes::Exclamation,
-                                           program.WindowTitle);
+    if (program.Platform.Shell.OpenDocument(L"Open", page, showCommands::Maximised) < showCommands::LowestSuccess) {
+        ShowBox(program, messages::GuideNotOpened);
+    }
+}
+
+void ReportStartPage(const Program& program, Opening opening) {
+    if (opening == Opening::Failed) {
+        ShowBox(program, messages::StartPageNotOpened);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "screens/modBrowser.h"
 
 #include <chrono>
+#include <optional>
 
 #include "app/Program.h"
 #include "platform/Clock.h"
@@ -18,6 +19,7 @@ constexpr wchar_t SystemBrowser[] = L"c:\\Program Files\\Internet Explorer\\IEXP
 constexpr int ReadyStateComplete = 4;
 /// Between two looks at a browser that is still loading.
 constexpr std::chrono::milliseconds PollInterval{10};
+constexpr std::chrono::seconds LongestWait{60};
 
 /// The page at the root of the disc, which the browser is sent to.
 std::wstring DriveIndexPage(Platform& platform, const Paths& paths) {
@@ -34,39 +36,58 @@ bool ShowsStartPage(const OpenWindow& window, Platform& platform, const Paths& p
                                                       LeadsTo(window.Address, DriveIndexPage(platform, paths)));
 }
 
-void WaitUntilLoaded(BrowserWindow& browser, Clock& clock) {
-    const auto letOthersWork = [&clock] {
+Opening WaitUntilLoaded(BrowserWindow& browser, Clock& clock, const std::function<bool()>& isStopped) {
+    const DateTime end = clock.Now() + LongestWait;
+    while (browser.IsBusy() || browser.ReadyState() != ReadyStateComplete) {
+        if (isStopped()) {
+            return Opening::Stopped;
+        }
+        if (clock.Now() >= end) {
+            return Opening::Failed;
+        }
         clock.YieldToMessages();
         clock.Sleep(PollInterval);
-    };
-    while (browser.IsBusy()) {
-        letOthersWork();
     }
-    while (browser.ReadyState() != ReadyStateComplete) {
-        letOthersWork();
+    browser.Show();
+    return Opening::Done;
+}
+
+/// Ends a browser that nobody has seen; one that the user had stays.
+void GiveUp(const FoundBrowser& browser, FaultLog& log) {
+    if (browser.Result == 1) {
+        return;
+    }
+    try {
+        browser.Window->Quit();
+    } catch (const PlatformError& error) {
+        log.Trapped("ending the browser", error);
     }
 }
 
-/// False when there is no browser that can be sent to the page.
-bool ShowInBrowser(Platform& platform, const Paths& paths) {
+/// Nothing when there is no browser that can be sent to the page.
+std::optional<Opening> ShowInBrowser(Platform& platform, const Paths& paths, const std::function<bool()>& isStopped) {
     const FoundBrowser browser = GetBrowserWindow(platform, paths);
     if (!browser.Window) {
-        return false;
+        return std::nullopt;
     }
     try {
         browser.Window->Navigate(DriveIndexPage(platform, paths));
     } catch (const PlatformError& error) {
         platform.FaultLog.Trapped("sending the browser to the start page", error);
-        return false;
+        GiveUp(browser, platform.FaultLog);
+        return std::nullopt;
     }
     try {
-        WaitUntilLoaded(*browser.Window, platform.Clock);
-        browser.Window->Show();
+        const Opening opening = WaitUntilLoaded(*browser.Window, platform.Clock, isStopped);
+        if (opening != Opening::Done) {
+            GiveUp(browser, platform.FaultLog);
+        }
+        return opening;
     } catch (const PlatformError& error) {
         // The user closed the browser while it was loading.
         platform.FaultLog.Trapped("showing the browser", error);
+        return Opening::Done;
     }
-    return true;
 }
 
 bool StartViewer(Platform& platform, const std::wstring& viewer, const std::wstring& page) {
@@ -106,17 +127,22 @@ std::wstring ChooseViewer(Platform& platform, const Paths& paths) {
     return platform.Files.Exists(viewer) ? viewer : SystemBrowser;
 }
 
-void ShowDiscIndex(Platform& platform, const Paths& paths) {
+Opening ShowDiscIndex(Platform& platform, const Paths& paths, const std::function<bool()>& isStopped) {
     const std::wstring page = paths.DiscRootPath + L"index.html";
     if (!platform.Files.Exists(page)) {
-        return;
+        return Opening::Done;
     }
     const std::wstring viewer = ChooseViewer(platform, paths);
-    const bool isShown =
-        viewer == paths.ViewerExePath ? StartViewer(platform, viewer, page) : ShowInBrowser(platform, paths);
-    if (!isShown) {
-        platform.Shell.OpenDocument(L"Open", page, showCommands::Normal);
+    if (viewer != paths.ViewerExePath) {
+        if (const auto opening = ShowInBrowser(platform, paths, isStopped)) {
+            return *opening;
+        }
+    } else if (StartViewer(platform, viewer, page)) {
+        return Opening::Done;
     }
+    return platform.Shell.OpenDocument(L"Open", page, showCommands::Normal) >= showCommands::LowestSuccess
+               ? Opening::Done
+               : Opening::Failed;
 }
 
 }  // namespace mip

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -20,8 +21,12 @@ struct FoundBrowser {
 FoundBrowser GetBrowserWindow(Platform& platform, const Paths& paths);
 /// The viewer when it is installed, else the path of the system's browser.
 std::wstring ChooseViewer(Platform& platform, const Paths& paths);
-/// Shows the disc's start page: in the viewer, else in a browser window (waiting until it is loaded), else by the
-/// shell. A missing page does nothing.
-void ShowDiscIndex(Platform& platform, const Paths& paths);
+/// What came of opening the start page.
+enum class Opening { Done, Failed, Stopped };
+
+/// Shows the disc's start page: in the viewer, else in a browser window (waiting a minute at most until it is loaded),
+/// else by the shell. A missing page does nothing. The wait also ends when `isStopped` answers true; a browser that was
+/// started and does not get to show the page is ended.
+Opening ShowDiscIndex(Platform& platform, const Paths& paths, const std::function<bool()>& isStopped);
 
 }  // namespace mip

@@ -21,6 +21,7 @@
 #include "platform/PlatformError.h"
 #include "platform/Processes.h"
 #include "screens/AgreementScreen.h"
+#include "screens/MenuScreen.h"
 #include "screens/modBrowser.h"
 #include "security/modGetUsersName.h"
 #include "startup/CommandLine.h"
@@ -253,7 +254,7 @@ void OpenDiscIndex(Program& program) {
     if (!check->MayOpen && AskAboutManualInfo(program, *check) == boxes::AnswerNo) {
         EndProgram(program, TemporaryFolder::Keep);
     }
-    ShowDiscIndex(program.Platform, program.Paths);
+    ReportStartPage(program, ShowDiscIndex(program.Platform, program.Paths, [] { return false; }));
 }
 
 bool IsManagerNotRunning(Program& program) {

@@ -28,6 +28,7 @@ class AutomationBrowser : public BrowserWindow {
     bool IsBusy() override { return GetUnlessPutOff(L"Busy", true).Boolean(); }
     int ReadyState() override { return GetUnlessPutOff(L"ReadyState", 0).Integer(); }
     void Show() override { browser_.Put(L"Visible", true); }
+    void Quit() override { browser_.Call(L"Quit"); }
 
   private:
     ComValue GetUnlessPutOff(const std::wstring& property, const ComValue& whenPutOff) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <set>
 
 #include "tests/native/screens/ScreensTest.h"
 
@@ -20,6 +21,8 @@
 #include "forms/frmTarm.h"
 #include "forms/frmTransaction.h"
 #include "platform/windows/MessageLoop.h"
+#include "platform/windows/WindowsComputer.h"
+#include "platform/windows/WindowsMessageBoxes.h"
 #include "screens/AgreementScreen.h"
 #include "tests/windows/TextFit.h"
 
@@ -164,6 +167,9 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
     const auto form = std::make_unique<frmMain>(host_);
     int looks = 0;
     std::vector<COLORREF> colours;
+    std::set<LRESULT> mayEnd;
+    windows_.Tree.PutFile(program_.Paths.RmDirBatPath);
+    windows_.Tree.PutFile(program_.Paths.UnZipTempPath + L"\\rest.html");
     program_.Settings.Kvx3NewMdbName = L"new.mdb";
     windows_.PutCatalogue(L"D:\\programs\\setup\\new.mdb", 1);
     windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
@@ -173,12 +179,13 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
         if (form->Window() != nullptr && looks < 50) {
             ++looks;
             EXPECT_EQ(TextsThatDoNotFit(form->Window()), std::vector<std::string>{});
+            mayEnd.insert(SendMessageW(form->Window(), WM_QUERYENDSESSION, 0, 0));
             colours.push_back(FrameColour(*form, ids::L_STEP + 4));
         }
     };
     form->Show();
     RunPending();
-    EXPECT_GT(looks, 0);
+    EXPECT_EQ(mayEnd, (std::set<LRESULT>{FALSE, TRUE})) << "the session, only while nothing is written";
     colours.erase(std::unique(colours.begin(), colours.end()), colours.end());
     EXPECT_EQ(colours, (std::vector<COLORREF>{0xFF0000, 0x0000FF, 0x404040})) << "of the last step";
 }
@@ -213,11 +220,16 @@ RECT RectOf(HWND window) {
 }
 
 RECT questionRect;
+bool cameToFront = false;
 
 void CALLBACK NoteAndCloseQuestion(HWND owner, UINT, UINT_PTR timer, DWORD) {
     KillTimer(owner, timer);
-    questionRect = RectOf(GetLastActivePopup(owner));
-    SendMessageW(GetLastActivePopup(owner), WM_CLOSE, 0, 0);
+    const HWND question = GetLastActivePopup(owner);
+    questionRect = RectOf(question);
+    SetForegroundWindow(GetDesktopWindow());
+    WindowsComputer(L"Second start").ShowPreviousInstance();
+    cameToFront = question != owner && GetForegroundWindow() == question && IsIconic(owner) == 0;
+    SendMessageW(question, WM_CLOSE, 0, 0);
 }
 
 TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
@@ -236,6 +248,7 @@ TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
         SetTimer(last->Window(), 99, 50, NoteAndCloseQuestion);
         frmDirectorySelect(host_, program_.DiscCatalogue.Records.back(), L"C:\\Manuals").RunModal(last->Window());
         EXPECT_NEAR(questionRect.left + questionRect.right, shown.left + shown.right, 2);
+        EXPECT_TRUE(cameToFront) << "at a second start";
     }
     for (const LONG out : {-5000L, 5000L}) {
         SetWindowPos(Open<frmTarm>()->Window(), nullptr, out, out, 0, 0, SWP_NOSIZE);
@@ -243,6 +256,85 @@ TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
         EXPECT_TRUE(out < 0 ? place.left == work.left && place.top == work.top
                             : place.right == work.right && place.bottom == work.bottom);
     }
+}
+
+TEST_F(FormsTest, TheMenuWaitsForTheBrowserAndItsUserCanStopThat) {
+    windows_.Tree.PutFile(L"D:\\index.html");
+    windows_.Browsers.NewBrowser.ReadyPolls = 1'000'000;
+    const auto form = Open<frmMenu>();
+    RunPending();
+    for (const bool escaped : {true, false}) {
+        windows_.Clock.Yields = 0;
+        windows_.Clock.OnYield = [&] {
+            EXPECT_TRUE(IsShown(*form, ids::L_Notice));
+            EXPECT_FALSE(IsWindowEnabled(GetDlgItem(form->Window(), ids::cmdStartInstall)));
+            EXPECT_EQ(SendMessageW(form->Window(), WM_SETCURSOR, 0, 0), TRUE) << "the hourglass";
+            if (escaped && windows_.Clock.Yields == 3) {
+                PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 1);
+            }
+            ServeWaitingMessages();
+        };
+        Press(*form, ids::cmdBrowseManual);
+        EXPECT_EQ(windows_.Clock.Yields < 10, escaped);
+        EXPECT_EQ(windows_.MessageBoxes.Shown.size(), escaped ? 0U : 1U) << "that it does not open";
+        EXPECT_EQ(GetDlgCtrlID(GetFocus()), ids::cmdBrowseManual);
+        EXPECT_FALSE(IsShown(*form, ids::L_Notice));
+    }
+}
+
+using SystemCall = BOOL(WINAPI*)(UINT, UINT, PVOID, UINT);
+bool isHighContrastOn = false;
+
+/// The system's call, but for a user who works with high contrast, which Wine does not know.
+BOOL WINAPI AnswerForHighContrast(UINT action, UINT size, PVOID data, UINT change) {
+    static const auto real = reinterpret_cast<SystemCall>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SystemParametersInfoW")));
+    if (action == SPI_GETHIGHCONTRAST && isHighContrastOn) {
+        static_cast<HIGHCONTRASTW*>(data)->dwFlags = HCF_HIGHCONTRASTON;
+        return TRUE;
+    }
+    return real(action, size, data, change);
+}
+
+TEST_F(FormsTest, HighContrastTakesTheUsersColoursAndOutlinesTheSteps) {
+    const INT parts[] = {COLOR_WINDOW, COLOR_WINDOWTEXT};
+    const COLORREF before[] = {GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT)};
+    for (const bool white : {false, true}) {
+        const COLORREF page = white ? 0xFFFFFF : 0;
+        const COLORREF text = 0xFFFFFF - page;
+        const COLORREF colours[] = {page, text};
+        SetSysColors(2, parts, colours);
+        isHighContrastOn = true;
+        const auto form = Open<frmMain>();
+        RedrawWindow(form->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        const WindowDc dc(form->Window());
+        POINT frame{-69, 0};
+        MapWindowPoints(GetDlgItem(form->Window(), ids::L_STEP + 2), form->Window(), &frame, 1);
+        EXPECT_EQ(GetPixel(dc.Get(), 1, 1), page);
+        EXPECT_EQ(GetPixel(dc.Get(), frame.x, frame.y), COLORREF{0xFF0000});
+        EXPECT_EQ(GetPixel(dc.Get(), frame.x - 3, frame.y), text);
+        SetSysColors(2, parts, before);
+        isHighContrastOn = false;
+    }
+}
+
+HWND boxOwner;
+
+void CALLBACK NoteOwnerAndCloseBox(HWND form, UINT, UINT_PTR timer, DWORD) {
+    if (const HWND box = FindWindowW(nullptr, L"A box in the background")) {
+        KillTimer(form, timer);
+        boxOwner = GetWindow(box, GW_OWNER);
+        PostMessageW(box, WM_COMMAND, IDOK, 0);
+    }
+}
+
+TEST_F(FormsTest, ABoxInTheBackgroundLiesOverItsScreen) {
+    const auto form = Open<frmMenu>();
+    SetForegroundWindow(GetDesktopWindow());
+    ASSERT_EQ(GetActiveWindow(), nullptr);
+    SetTimer(form->Window(), 99, 50, NoteOwnerAndCloseBox);
+    WindowsMessageBoxes().Show(L"text", boxes::Ok, L"A box in the background");
+    EXPECT_EQ(boxOwner, form->Window());
 }
 
 TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
@@ -479,4 +571,9 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
 }
 
 }  // namespace
+
+/// In place of the import of that name.
+extern "C" SystemCall importedSystemParametersInfo asm("__imp__SystemParametersInfoW@16");
+SystemCall importedSystemParametersInfo = AnswerForHighContrast;
+
 }  // namespace mip

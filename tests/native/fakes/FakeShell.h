@@ -77,6 +77,8 @@ struct ScriptedBrowser {
     bool Gone = false;   ///< every operation fails
     std::vector<std::wstring> Navigated;
     bool Shown = false;
+    bool Quit = false;
+    bool RefusesPages = false;  ///< every navigation fails
 };
 
 class FakeBrowsers : public Browsers, private Counted {
@@ -112,6 +114,9 @@ class FakeBrowsers : public Browsers, private Counted {
 
         void Navigate(const std::wstring& address) override {
             Check("BrowserWindow.Navigate");
+            if (browser_->RefusesPages) {
+                throw PlatformError("BrowserWindow.Navigate", address, 0x80004005);
+            }
             browser_->Navigated.push_back(address);
             browser_->Address = address;
             busyPolls_ = browser_->BusyPolls;
@@ -128,6 +133,10 @@ class FakeBrowsers : public Browsers, private Counted {
         void Show() override {
             Check("BrowserWindow.Show");
             browser_->Shown = true;
+        }
+        void Quit() override {
+            Check("BrowserWindow.Quit");
+            browser_->Quit = true;
         }
 
       private:

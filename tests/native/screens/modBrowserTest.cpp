@@ -21,15 +21,19 @@ class DiscIndex : public testing::Test {
         windows_.Tree.PutFile(Page);
     }
 
+    Opening Open(const std::function<bool()>& isStopped = [] { return false; }) {
+        return ShowDiscIndex(windows_.Platform, program_.Paths, isStopped);
+    }
+
     InMemoryWindows windows_;
     Program program_{windows_.Platform};
 };
 
 TEST_F(DiscIndex, ViewerIsPreferredAndWithoutAPageNothingIsStarted) {
     windows_.Tree.PutFile(Viewer);
-    ShowDiscIndex(windows_.Platform, program_.Paths);
+    Open();
     windows_.Tree.Erase(Page);
-    ShowDiscIndex(windows_.Platform, program_.Paths);
+    Open();
     EXPECT_EQ(windows_.Processes.StartedVisible, std::vector<std::wstring>{std::wstring(Viewer) + L" " + Page});
     EXPECT_TRUE(windows_.Browsers.Started.empty());
     EXPECT_TRUE(windows_.Shell.Opened.empty());
@@ -39,16 +43,21 @@ TEST_F(DiscIndex, WhenViewerOrBrowserFailsTheShellOpensThePage) {
     const auto failTheViewer = [this] {
         windows_.Tree.PutFile(Viewer);
         windows_.Faults.Reset();
-        ShowDiscIndex(windows_.Platform, program_.Paths);
+        Open();
         windows_.Faults.FailCall(windows_.Faults.Calls());  // its start is the last of the calls
     };
-    const std::function<void()> failures[] = {[this] { windows_.Browsers.NewBrowser.Gone = true; },
+    const std::function<void()> failures[] = {[this] { windows_.Browsers.NewBrowser.RefusesPages = true; },
                                               [this] { windows_.Browsers.CanStart = false; }, failTheViewer};
     for (const auto& arrange : failures) {
         arrange();
         windows_.Shell.Opened.clear();
-        ShowDiscIndex(windows_.Platform, program_.Paths);
+        Open();
         EXPECT_EQ(windows_.Shell.Opened, (std::vector<OpenedDocument>{{L"Open", Page, 1}}));
+        EXPECT_TRUE(windows_.Browsers.Started.empty() || windows_.Browsers.Started.back()->Quit);
+        windows_.Shell.OpenResult = 31;
+        arrange();
+        EXPECT_EQ(Open(), Opening::Failed) << "nor does the shell";
+        windows_.Shell.OpenResult = 42;
     }
 }
 
@@ -57,7 +66,7 @@ TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
     windows_.Browsers.NewBrowser.BusyPolls = 3;
     windows_.Browsers.NewBrowser.ReadyPolls = 2;
     windows_.Clock.OnYield = [this] { EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown); };
-    ShowDiscIndex(windows_.Platform, program_.Paths);
+    Open();
     const ScriptedBrowser& browser = *windows_.Browsers.Started.at(0);
     EXPECT_EQ(browser.Navigated, std::vector<std::wstring>{Page});
     EXPECT_TRUE(browser.Shown);
@@ -89,9 +98,33 @@ TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
             windows_.Browsers.Open.back()->DocumentType = type;
             windows_.Browsers.Open.back()->Address = address;
         }
-        ShowDiscIndex(windows_.Platform, program_.Paths);
+        Open();
         EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
         EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);
+    }
+}
+
+TEST_F(DiscIndex, AWaitIsGivenUpAfterAMinuteOrByTheUserAndLeavesNoBrowserBehind) {
+    const struct {
+        bool Reused;
+        bool Stopped;
+        Opening Result;
+    } cases[] = {{false, false, Opening::Failed}, {true, false, Opening::Failed}, {false, true, Opening::Stopped}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(testing::Message() << each.Reused << each.Stopped);
+        windows_.Browsers.NewBrowser.ReadyPolls = 1'000'000;
+        windows_.Browsers.Open.clear();
+        if (each.Reused) {
+            windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>(windows_.Browsers.NewBrowser));
+            windows_.Browsers.Open.back()->Address = Page;
+        }
+        windows_.Clock.Yields = 0;
+        const DateTime start = windows_.Clock.Now();
+        EXPECT_EQ(Open([&] { return each.Stopped && windows_.Clock.Yields == 7; }), each.Result);
+        EXPECT_EQ(windows_.Clock.Now() - start, std::chrono::seconds(each.Stopped ? 0 : 60));
+        const auto& browser = each.Reused ? windows_.Browsers.Open.back() : windows_.Browsers.Started.back();
+        EXPECT_EQ(browser->Quit, !each.Reused);
+        EXPECT_FALSE(browser->Shown);
     }
 }
 
@@ -102,7 +135,7 @@ TEST_F(DiscIndex, BrowserClosedWhileItLoadsEndsTheWait) {
         windows_.Browsers.Started.clear();
         windows_.Clock.Yields = 0;
         windows_.Clock.OnYield = [this] { windows_.Browsers.Started.at(0)->Gone = windows_.Clock.Yields == 7; };
-        ShowDiscIndex(windows_.Platform, program_.Paths);
+        Open();
         EXPECT_EQ(windows_.Clock.Yields, 7);
         EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown);
     }
