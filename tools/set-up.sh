@@ -22,7 +22,7 @@ packages=(
     # reading the version stamp as a PDF program does
     libpdf-fdf-simple-perl libcam-pdf-perl
     # running Windows programs
-    wine wine32:i386 xvfb fonts-liberation fonts-ipafont-gothic fonts-wine
+    wine wine32:i386 xvfb fonts-liberation fonts-ipafont-gothic fonts-wqy-microhei fonts-wine
 )
 for argument in "$@"; do
     case $argument in

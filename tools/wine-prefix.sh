@@ -10,11 +10,11 @@ wine_files=/usr/lib/i386-linux-gnu/wine/i386-windows
 wine_fonts=/usr/share/wine/fonts
 
 # Without a window manager Wine itself draws the title bars (Managed). Japanese text needs a proportional Japanese font
-# under the names that dialogs ask for, and linked to the fonts that lack the characters. Drive D: is a CD-ROM as soon as
-# it is linked to a folder.
+# under the names that dialogs ask for; a Chinese and Korean font, and then that one, are linked to the fonts that lack
+# the characters, as they are on a Windows. Drive D: is a CD-ROM as soon as it is linked to a folder.
 registry_settings() {
     local link='hex(7):'
-    link+=$(printf 'ipagp.ttf,IPAPGothic\0\0' | iconv -f UTF-8 -t UTF-16LE | od -An -v -tx1 | tr -d '\n' | sed 's/^ //; s/ /,/g')
+    link+=$(printf 'wqy-microhei.ttc,WenQuanYi Micro Hei\0ipagp.ttf,IPAPGothic\0\0' | iconv -f UTF-8 -t UTF-16LE | od -An -v -tx1 | tr -d '\n' | sed 's/^ //; s/ /,/g')
     cat <<REG
 Windows Registry Editor Version 5.00
 
