@@ -11,7 +11,8 @@ wine_fonts=/usr/share/wine/fonts
 
 # Without a window manager Wine itself draws the title bars (Managed). Japanese text needs a proportional Japanese font
 # under the names that dialogs ask for; a Chinese and Korean font, and then that one, are linked to the fonts that lack
-# the characters, as they are on a Windows. Drive D: is a CD-ROM as soon as it is linked to a folder.
+# the characters, as they are on a Windows. Text boxes find it by the tag of a script, "hani" and "hang", as a number.
+# Drive D: is a CD-ROM as soon as it is linked to a folder.
 registry_settings() {
     local link='hex(7):'
     link+=$(printf 'wqy-microhei.ttc,WenQuanYi Micro Hei\0ipagp.ttf,IPAPGothic\0\0' | iconv -f UTF-8 -t UTF-16LE | od -An -v -tx1 | tr -d '\n' | sed 's/^ //; s/ /,/g')
@@ -35,6 +36,10 @@ Windows Registry Editor Version 5.00
 "Arial"="Liberation Sans"
 "Segoe UI"="Liberation Sans"
 "Microsoft Sans Serif"="Tahoma"
+
+[HKEY_CURRENT_USER\\Software\\Wine\\Uniscribe\\Fallback]
+"696e6168"="WenQuanYi Micro Hei"
+"676e6168"="WenQuanYi Micro Hei"
 
 [HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontLink\\SystemLink]
 "Liberation Sans"=$link
