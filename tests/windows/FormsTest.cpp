@@ -391,6 +391,17 @@ TEST_F(FormsTest, ChangeAsksTheShellFromTheShownFolderOn) {
     EXPECT_EQ(TextOf(GetDlgItem(form->Window(), ids::L_InstalPath)), L"C:\\windows\\system32") << "as it is written";
 }
 
+TEST_F(FormsTest, AFolderTooLongForItsLinesIsShownWholeToTheMouse) {
+    for (const std::size_t length : {20U, 300U}) {
+        const auto form = Open<frmDirectorySelect>(AddManual(L"K1210MM"), L"C:\\" + std::wstring(length, L'm'));
+        const HWND folder = GetDlgItem(form->Window(), ids::L_InstalPath);
+        NMTTDISPINFOW tip{};
+        tip.hdr = {nullptr, reinterpret_cast<UINT_PTR>(folder), static_cast<UINT>(TTN_GETDISPINFOW)};
+        SendMessageW(form->Window(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
+        EXPECT_EQ(std::wstring(tip.lpszText), length > 100 ? TextOf(folder) : L"");
+    }
+}
+
 TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
     FillDisc();
     windows_.Tree.DriveOf(L"C:\\")->FreeBytes = 1;
