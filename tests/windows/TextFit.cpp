@@ -2,7 +2,6 @@
 
 #include <commctrl.h>
 
-#include "forms/Drawing.h"
 #include "forms/WholeTextTip.h"
 #include "text/TextTools.h"
 
