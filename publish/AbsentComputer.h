@@ -54,6 +54,8 @@ class AbsentComputer : public Volumes,
     std::wstring UserName() override { Refuse(L"user"); }
     std::wstring LanguageIdentifier() override { return L"0409"; }
     bool IsPreviousInstanceRunning() override { return false; }
+    void ShowPreviousInstance() override {}
+    void StayAwake(bool) noexcept override {}
     /// Each workshop has a code page of its own. UTF-8 here, so that a finding can show the text.
     std::string ToSystemCodePage(const std::wstring& text) override { return ToUtf8(text); }
     std::wstring FromSystemCodePage(const std::string& bytes) override { return FromUtf8(bytes); }
