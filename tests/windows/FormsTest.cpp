@@ -138,7 +138,7 @@ class FormTexts : public FormsTest, public testing::WithParamInterface<const wch
 };
 
 TEST_P(FormTexts, FitInEveryForm) {
-    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFile(L"C:\\Vantor\\Manager.exe");
     program_.Settings.ShortcutIconFlag = 1;
     ExpectTextsFit(*Open<frmMenu>());
     ExpectTextsFit(*Open<frmStartUp>());
@@ -164,7 +164,7 @@ TEST_P(FormTexts, FitDuringAWholeInstallation) {
     windows_.Tree.PutFile(program_.Paths.UnZipTempPath + L"\\rest.html");
     program_.Settings.Kvx3NewMdbName = L"new.mdb";
     windows_.PutCatalogue(L"D:\\programs\\setup\\new.mdb", 1);
-    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFile(L"C:\\Vantor\\Manager.exe");
     windows_.Tree.PutFile(L"D:\\programs\\man_manager\\Manager.exe");
     windows_.Tree.PutFile(L"D:\\programs\\man_manager\\setup.exe");
     windows_.Clock.OnYield = [&] {
@@ -420,7 +420,7 @@ TEST_F(FormsTest, TheFolderQuestionStaysUntilItIsAnswered) {
 TEST_F(FormsTest, TheResultScreenListsManualsAndMakesTheShortcutOnlyWhenAsked) {
     FillDisc();
     UseLanguage(L"09");
-    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFile(L"C:\\Vantor\\Manager.exe");
     windows_.Tree.PutFolder(L"C:\\Desktop");
     windows_.Shell.SpecialFolders[25] = L"C:\\Desktop";
     program_.Settings.ShortcutIconFlag = 1;

@@ -12,7 +12,7 @@
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
-#include "tests/native/catalogue/Workshop.h"
+#include "tests/native/catalogue/CatalogueWorkshop.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -38,7 +38,7 @@ std::vector<InstalledRecord> InstalledManuals(int count) {
 }
 
 /// A disc of manuals, every second of them the next version, with a comparison set, of one that is installed whole.
-void PutDisc(Workshop& workshop, int installed) {
+void PutDisc(CatalogueWorkshop& workshop, int installed) {
     for (int number = 0; number < installed / 10; ++number) {
         const bool isUpdate = number % 2 == 0;
         const std::wstring pubNo = PubNo(isUpdate ? number : installed + number);
@@ -62,7 +62,7 @@ void Require(bool done, const char* step) {
 }
 
 void OpenCatalogue(benchmark::State& state) {
-    Workshop workshop(InstalledManuals(static_cast<int>(state.range(0))));
+    CatalogueWorkshop workshop(InstalledManuals(static_cast<int>(state.range(0))));
     for (auto _ : state) {
         Require(workshop.StartProgram(), "open");
     }
@@ -71,7 +71,7 @@ void OpenCatalogue(benchmark::State& state) {
 
 void LookUp(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
-    Workshop workshop(InstalledManuals(count));
+    CatalogueWorkshop workshop(InstalledManuals(count));
     int number = 0;
     for (auto _ : state) {
         number = (number + 7919) % count;
@@ -82,7 +82,7 @@ void LookUp(benchmark::State& state) {
 
 void ScanDisc(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
-    Workshop workshop(InstalledManuals(count));
+    CatalogueWorkshop workshop(InstalledManuals(count));
     PutDisc(workshop, count);
     for (auto _ : state) {
         Require(ScanDiscCatalogue(workshop.Program()), "scan");
@@ -92,12 +92,12 @@ void ScanDisc(benchmark::State& state) {
 }
 
 void UpgradeCatalogue(benchmark::State& state) {
-    Workshop workshop(InstalledManuals(static_cast<int>(state.range(0))));
-    const std::string old = workshop.Tree.BytesOf(Workshop::CurrentDatabase);
+    CatalogueWorkshop workshop(InstalledManuals(static_cast<int>(state.range(0))));
+    const std::string old = workshop.Tree.BytesOf(Workshop::MdbPath);
     for (auto _ : state) {
         state.PauseTiming();
         workshop.Program().CatalogDb.reset();
-        workshop.Tree.PutFile(Workshop::CurrentDatabase, old);
+        workshop.Tree.PutFile(Workshop::MdbPath, old);
         Require(workshop.StartProgram(), "open");
         state.ResumeTiming();
         Require(CheckDatabaseVersion(workshop.Program()), "upgrade");

@@ -7,7 +7,7 @@
 #include "app/modRegistry.h"
 #include "app/modShell.h"
 #include "app/modSysParameter.h"
-#include "tests/native/startup/Workshop.h"
+#include "tests/native/fakes/Workshop.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -18,16 +18,17 @@ using std::chrono::milliseconds;
 
 TEST(Settings, EveryKeyHasItsPlace) {
     Workshop shop;
-    shop.Start();
-    const Settings& settings = shop.Program.Settings;
-    EXPECT_EQ(settings.LcidFlag, 0);
+    shop.PutSettings("LCID_Flg=0\r\nShortcutIcon=0", "LCID_Flg=2\r\nShortcutIcon=1");
+    ASSERT_TRUE(shop.StartProgram());
+    const Settings& settings = shop.Program().Settings;
+    EXPECT_EQ(settings.LcidFlag, 2);
     EXPECT_EQ(settings.ShortcutIconFlag, 1);
     EXPECT_EQ(settings.Kvx3ExeName, L"KVX3.exe");
     EXPECT_EQ(settings.Kvx3MdbName, L"kvx3.mdb");
     EXPECT_EQ(settings.McpExeName, L"Manager.exe");
-    EXPECT_EQ(settings.ZipExtractTime, 90000);
-    EXPECT_EQ(settings.Kvx3NewMdbName, L"new.mdb");
-    EXPECT_EQ(settings.Columns, (ColumnLengths{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+    EXPECT_EQ(settings.ZipExtractTime, 20);
+    EXPECT_EQ(settings.Kvx3NewMdbName, L"kvx3new.mdb");
+    EXPECT_EQ(settings.Columns, (ColumnLengths{10, 40, 9, 5, 4, 11, 12, 13, 14}));
 }
 
 TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
@@ -36,38 +37,38 @@ TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
         const char* To;
         bool Succeeds;
         std::int16_t LastWidth;  ///< of Pub_No, read before the key in question or not at all
-    } cases[] = {{"KVX3_EXE_NAME=KVX3.exe", "", true, 1},
-                 {"ZIP_ExtractTime=90000", "ZIP_ExtractTime=", false, 0},
+    } cases[] = {{"KVX3_EXE_NAME=KVX3.exe", "", true, 10},
+                 {"ZIP_ExtractTime=20", "ZIP_ExtractTime=", false, 0},
                  {"LCID_Flg=0", "LCID_Flg=40000", false, 0},
-                 {"Pub_No=1", "Pub_No=one", false, 0},
-                 {"Model_desc=2", "Model_desc=2.5", false, 1}};
+                 {"Pub_No=10", "Pub_No=one", false, 0},
+                 {"Model_desc=40", "Model_desc=2.5", false, 10}};
     for (const auto& given : cases) {
         SCOPED_TRACE(given.From);
         Workshop shop;
         shop.PutSettings(given.From, given.To);
-        shop.Program.Paths.SysParameterPath = std::wstring(SysDir) + L"\\SysParameter.ini";
-        EXPECT_EQ(ReadSystemParameters(shop.Program), given.Succeeds);
-        EXPECT_EQ(shop.Program.Settings.Columns.Pub_No, given.LastWidth);
+        shop.Program().Paths.SysParameterPath = Workshop::SettingsFile;
+        EXPECT_EQ(ReadSystemParameters(shop.Program()), given.Succeeds);
+        EXPECT_EQ(shop.Program().Settings.Columns.Pub_No, given.LastWidth);
     }
 }
 
 TEST(Messages, FallBackIsByFileAndNotByKey) {
     const std::string longText(300, 'x');
     Workshop shop;
-    shop.Program.Paths.SysDirPath = SysDir;
-    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M09.ini", "[MESSAGE]\r\nM005=five\r\nM024=stopped\r\n");
-    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\M11.ini",
-                              "[MESSAGE]\r\nM005=go\r\nM1234=many\r\nM006=" + longText + "\r\n");
+    shop.Program().Paths.SysDirPath = L"D:\\programs\\setup\\SysDir";
+    shop.Tree.PutFile(Workshop::Messages, "[MESSAGE]\r\nM005=five\r\nM024=stopped\r\n");
+    shop.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M11.ini",
+                      "[MESSAGE]\r\nM005=go\r\nM1234=many\r\nM006=" + longText + "\r\n");
     const auto text = [&](const wchar_t* language, std::int16_t number) {
-        shop.Program.Identity.LanguageCode = language;
-        return GetMessageText(shop.Program, number);
+        shop.Program().Identity.LanguageCode = language;
+        return GetMessageText(shop.Program(), number);
     };
     EXPECT_EQ(text(L"07", 5) + text(L"07", 24), L"fivestopped");
     EXPECT_EQ(text(L"11", 5), L"go");
     EXPECT_EQ(text(L"11", 24), L"");
     EXPECT_EQ(text(L"11", 1234), L"many");
     EXPECT_EQ(text(L"11", 6), std::wstring(255, L'x'));
-    shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini");
+    shop.Tree.Erase(Workshop::Messages);
     EXPECT_EQ(text(L"07", 5), L"");
 }
 
@@ -82,19 +83,19 @@ TEST(InstallPaths, AreDerivedFromTheRegistryAndTheViewerHasADefaultFolder) {
     for (const auto& given : cases) {
         Workshop shop;
         const auto put = [&](const wchar_t* key, const wchar_t* name, const wchar_t* value) {
-            shop.Windows.Registry.Put(Hive::LocalMachine, key, name, value);
+            shop.Registry.Put(Hive::LocalMachine, key, name, value);
         };
-        put(LibraryKey, L"InstallDir", L"C:\\Korvex\\Manual\\");
+        put(Workshop::LibraryKey, L"InstallDir", L"C:\\Vantor\\");
         put(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir", L"E:\\Programs");
         put(L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir", given.Registered);
-        Paths& paths = shop.Program.Paths;
-        ReadInstallPaths(shop.Program.Platform, given.Language, paths);
+        Paths& paths = shop.Program().Paths;
+        ReadInstallPaths(shop.Program().Platform, given.Language, paths);
         EXPECT_EQ(paths.SystemDrive, L"E:");
         EXPECT_EQ(paths.LinkManualPath, L"C:\\Korvex\\Link\\Manual");
         EXPECT_EQ(paths.LinkFolderPath, L"E:\\Programs\\Vantor\\Korvex\\Link");
-        EXPECT_EQ(paths.UnZipTempPath, L"C:\\Korvex\\Manual\\UnZipTemp");
+        EXPECT_EQ(paths.UnZipTempPath, L"C:\\Vantor\\UnZipTemp");
         EXPECT_EQ(paths.ViewerExePath, given.Viewer);
-        EXPECT_TRUE(shop.Windows.Tree.HasFolder(L"C:\\Korvex\\Link"));
+        EXPECT_TRUE(shop.Tree.HasFolder(L"C:\\Korvex\\Link"));
     }
     InMemoryWindows bare;
     Program program(bare.Platform);
@@ -122,13 +123,13 @@ TEST(PerUserSettings, AbsentSettingIsStoredWithItsFirstDefault) {
 
 TEST(Processes, ArePolledEverySecondUntilTheyEnd) {
     Workshop shop;
-    shop.Windows.Tree.PutFile(L"C:\\setup.exe");
-    shop.Windows.Processes.On(L"setup.exe", [](const std::wstring&) { return ScriptedEnd{7, 2}; });
-    EXPECT_TRUE(RunAndWait(shop.Windows.Platform, L"C:\\setup.exe /s"));
-    EXPECT_EQ(shop.Windows.Clock.Sleeps, std::vector<milliseconds>(3, milliseconds{1000}));
-    EXPECT_EQ(shop.Windows.Clock.Yields, 3);
-    EXPECT_FALSE(RunAndWait(shop.Windows.Platform, L"C:\\missing.exe"));
-    EXPECT_EQ(shop.Windows.Clock.Sleeps.size(), 3u);
+    shop.Tree.PutFile(L"C:\\setup.exe");
+    shop.Processes.On(L"setup.exe", [](const std::wstring&) { return ScriptedEnd{7, 2}; });
+    EXPECT_TRUE(RunAndWait(shop.Platform, L"C:\\setup.exe /s"));
+    EXPECT_EQ(shop.Clock.Sleeps, std::vector<milliseconds>(3, milliseconds{1000}));
+    EXPECT_EQ(shop.Clock.Yields, 3);
+    EXPECT_FALSE(RunAndWait(shop.Platform, L"C:\\missing.exe"));
+    EXPECT_EQ(shop.Clock.Sleeps.size(), 3u);
 }
 
 TEST(Processes, NamesAreComparedExactlyFromOneOnAndWaitsBeyondSixteenBitsAreNone) {
@@ -145,17 +146,17 @@ TEST(Processes, NamesAreComparedExactlyFromOneOnAndWaitsBeyondSixteenBitsAreNone
 
 TEST(QuietRun, BoxesAreLoggedAndGetTheirDefaultAnswer) {
     Workshop shop;
-    shop.Start({L"/SILENT", L"/ACCEPT", L"/LOG=C:\\mip.log"});
-    MessageBoxes& shown = shop.Program.Platform.MessageBoxes;
+    shop.Run->Start({L"/SILENT", L"/ACCEPT", L"/LOG=C:\\mip.log"});
+    MessageBoxes& shown = shop.Program().Platform.MessageBoxes;
     EXPECT_EQ(shown.Show(L"go on?\r\nreally", boxes::YesNo, L""), boxes::AnswerYes);
     EXPECT_EQ(shown.Show(L"stop?", boxes::YesNo | boxes::SecondButtonDefault, L""), boxes::AnswerNo);
     EXPECT_EQ(shown.Show(L"done", boxes::Ok, L""), boxes::AnswerOk);
-    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
+    EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
     EXPECT_EQ(shop.LogText(),
               "2024-05-06 07:08:09\tstart-up\t\tstarted\r\n2024-05-06 07:08:09\tmessage\t\tgo on?  really\r\n"
               "2024-05-06 07:08:09\tmessage\t\tstop?\r\n2024-05-06 07:08:09\tmessage\t\tdone\r\n");
-    shop.Windows.Tree.Deny(L"C:\\mip.log");
-    EXPECT_NO_THROW(shop.Program.Log.Write(L"install", L"A1", L"done")) << "a lost log file stops nothing";
+    shop.Tree.Deny(L"C:\\mip.log");
+    EXPECT_NO_THROW(shop.Program().Log.Write(L"install", L"A1", L"done")) << "a lost log file stops nothing";
 }
 
 TEST(TextFiles, AreReadInTheirOwnEncoding) {

@@ -5,7 +5,7 @@
 #include "app/ManualPlace.h"
 #include "catalogue/Statements.h"
 #include "manualinfo/FileWithAccess.h"
-#include "tests/native/startup/Workshop.h"
+#include "tests/native/fakes/Workshop.h"
 
 namespace mip {
 namespace {
@@ -43,17 +43,13 @@ TEST(FilePaths, AreTrimmedJoinedQuotedAndJudged) {
 }
 
 struct FileHelpers : testing::Test {
-    FileHelpers() {
-        shop.Windows.Tree.PutFile(L"D:\\new.txt", "new", attributes::ReadOnly);
-        shop.Program.Paths.RmDirBatPath = std::wstring(SysDir) + L"\\RmDir.bat";
-        shop.Program.Identity.FullAccessTrustee = L"Users";
-    }
+    FileHelpers() { shop.Tree.PutFile(L"D:\\new.txt", "new", attributes::ReadOnly); }
 
-    std::size_t Sleeps() const { return shop.Windows.Clock.Sleeps.size(); }
+    std::size_t Sleeps() const { return shop.Clock.Sleeps.size(); }
 
-    Workshop shop;
-    Platform& platform = shop.Program.Platform;
-    FileTree& tree = shop.Windows.Tree;
+    StartedWorkshop shop;
+    Platform& platform = shop.Program().Platform;
+    FileTree& tree = shop.Tree;
 };
 
 TEST_F(FileHelpers, ExistingFileIsReplacedAndWaitedForOnlyWhenItHasAttributes) {
@@ -62,7 +58,7 @@ TEST_F(FileHelpers, ExistingFileIsReplacedAndWaitedForOnlyWhenItHasAttributes) {
     for (const std::uint32_t bits : {0u, attributes::ReadOnly, attributes::Hidden | attributes::System, 0x800u}) {
         SCOPED_TRACE(bits);
         tree.PutFile(L"C:\\file.txt", "old").Attributes = bits;
-        shop.Windows.Clock.Sleeps.clear();
+        shop.Clock.Sleeps.clear();
         EXPECT_THROW(CopyFileReplacing(platform, L"D:\\gone.txt", L"C:\\file.txt"), PlatformError);
         EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "old");
         EXPECT_EQ(Sleeps(), 0u);
@@ -74,18 +70,20 @@ TEST_F(FileHelpers, ExistingFileIsReplacedAndWaitedForOnlyWhenItHasAttributes) {
 
 TEST_F(FileHelpers, CopyWithAccessPausesAndGrantsAndAFailedGrantIsShown) {
     tree.PutFile(L"C:\\file.txt", "old", attributes::ReadOnly);
-    const auto copy = [this] { CopyFileWithAccess(platform, shop.Program.Identity, L"D:\\new.txt", L"C:\\file.txt"); };
+    const auto copy = [this] {
+        CopyFileWithAccess(platform, shop.Program().Identity, L"D:\\new.txt", L"C:\\file.txt");
+    };
     copy();
     EXPECT_EQ(tree.BytesOf(L"C:\\file.txt"), "new");
     EXPECT_EQ(Sleeps(), 4u);
-    EXPECT_EQ(shop.Windows.Clock.Yields, 3);
-    EXPECT_EQ(shop.Windows.AccessControl.ListOf(L"C:\\file.txt").size(), 1u);
-    EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
-    shop.Windows.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
+    EXPECT_EQ(shop.Clock.Yields, 3);
+    EXPECT_EQ(shop.AccessControl.ListOf(L"C:\\file.txt").size(), 1u);
+    EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
+    shop.AccessControl.FailWith = [](const std::string& operation, const std::wstring&) {
         return operation == "SetList" ? errors::AccessDenied : 0;
     };
     copy();
-    EXPECT_EQ(shop.Windows.MessageBoxes.Shown.back(),
+    EXPECT_EQ(shop.MessageBoxes.Shown.back(),
               (ShownBox{L"Set Access Error = C:\\file.txt", 0, L"Manual Install Program"}));
 }
 
@@ -99,10 +97,10 @@ TEST_F(FileHelpers, ForcedDeletionTakesReadOnlyFiles) {
 
 TEST_F(FileHelpers, ClearedFolderIsEmptyAndThere) {
     tree.PutFile(L"C:\\Temp\\UnZip\\deep\\page.html");
-    ClearFolder(platform, shop.Program.Paths, L"C:\\Temp\\UnZip");
+    ClearFolder(platform, shop.Program().Paths, L"C:\\Temp\\UnZip");
     EXPECT_EQ(tree.Snapshot(L"C:\\Temp").size(), 1u);
     EXPECT_TRUE(tree.HasFolder(L"C:\\Temp\\UnZip"));
-    EXPECT_EQ(shop.Windows.Processes.StartedHidden.back(), shop.Program.Paths.RmDirBatPath + L" \"C:\\Temp\\UnZip\"");
+    EXPECT_EQ(shop.Processes.StartedHidden.back(), shop.Program().Paths.RmDirBatPath + L" \"C:\\Temp\\UnZip\"");
 }
 
 TEST_F(FileHelpers, FoldersAreMadeOneLevelOrAll) {
@@ -116,6 +114,12 @@ TEST_F(FileHelpers, FoldersAreMadeOneLevelOrAll) {
     EXPECT_THROW(MakeFolderPath(platform, L"C:\\file"), PlatformError);
     EXPECT_THROW(MakeFolderPath(platform, L"D:\\a\\b"), PlatformError);
     EXPECT_THROW(MakeFolderPath(platform, L"X:\\a\\b"), PlatformError);
+    EXPECT_FALSE(IsEmptyFolder(platform, L"C:\\missing"));
+    EXPECT_FALSE(RemoveFolder(platform, shop.Program().Paths, L"C:\\a\""));
+    for (const wchar_t* trapped :
+         {L"making a folder: ", L"looking whether a folder is empty: ", L"removing a folder: "}) {
+        EXPECT_NE(shop.Program().Log.Text().find(trapped), std::wstring::npos) << trapped;
+    }
 }
 
 TEST_F(FileHelpers, OutdatedAndWritable) {
@@ -131,6 +135,7 @@ TEST_F(FileHelpers, OutdatedAndWritable) {
     first.Attributes = attributes::ReadOnly;
     EXPECT_FALSE(IsFileWritable(platform, L"C:\\first"));
     EXPECT_FALSE(IsFileWritable(platform, L"C:\\missing"));
+    EXPECT_NE(shop.Program().Log.Text().find(L"asking whether a file is write-protected: "), std::wstring::npos);
 }
 
 }  // namespace

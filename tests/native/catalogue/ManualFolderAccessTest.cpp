@@ -8,12 +8,6 @@ constexpr std::uint32_t ModifyRights = 0xE0010000;
 
 class FolderWalk : public SecurityTest {
   protected:
-    FolderWalk() {
-        program_.Paths.MdbPath = L"C:\\Kvx\\KVX.mdb";
-        windows_.PutCatalogue(program_.Paths.MdbPath, 1);
-        catalogue_ = windows_.Embedded.Open(program_.Paths.MdbPath);
-    }
-
     void Record(const std::wstring& pubNo, const std::wstring& path) {
         catalogue_->Execute(L"INSERT INTO M_manage (Pub_No,INSPath,INSDate,Adjust_flg) VALUES('" + pubNo + L"','" +
                             path + L"',CDate('2020/01/02 03:04:05'),'1')");
@@ -25,7 +19,7 @@ class FolderWalk : public SecurityTest {
         return std::get<std::wstring>(rows->Field(0));
     }
 
-    std::unique_ptr<DatabaseConnection> catalogue_;
+    std::unique_ptr<DatabaseConnection> catalogue_ = windows_.Embedded.Open(Workshop::MdbPath);
 };
 
 TEST_F(FolderWalk, GrantsWhereTheUsersGroupHoldsNothingYet) {
@@ -96,7 +90,7 @@ TEST_F(FolderWalk, CatalogueThatDoesNotOpenSecuresNothing) {
     Record(L"K1", L"C:\\Manuals\\K1");
     windows_.Tree.PutFolder(L"C:\\Manuals\\K1");
     catalogue_.reset();
-    windows_.Tree.Erase(program_.Paths.MdbPath);
+    windows_.Tree.Erase(Workshop::MdbPath);
     EXPECT_FALSE(SecureInstalledManualFolders(program_));
     EXPECT_TRUE(ListOf(L"C:\\Manuals\\K1").empty());
 }

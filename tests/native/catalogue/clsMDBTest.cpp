@@ -7,7 +7,7 @@
 #include "catalogue/modMDB.h"
 #include "catalogue/modMdbUpgrade.h"
 #include "platform/PlatformError.h"
-#include "tests/native/catalogue/Workshop.h"
+#include "tests/native/catalogue/CatalogueWorkshop.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -24,8 +24,8 @@ class ClsMdbTest : public testing::Test {
         ASSERT_EQ(database_.Pcls_MdbExecute(std::wstring(L"INSERT INTO M_order VALUES(") + values + L")"), MdbOk);
     }
 
-    Workshop workshop_;
-    clsMDB& database_ = *workshop_.Program().CatalogDb;
+    CatalogueWorkshop shop_;
+    clsMDB& database_ = *shop_.Program().CatalogDb;
 };
 
 TEST_F(ClsMdbTest, EngineIsChosenByTheFirstBytes) {
@@ -44,10 +44,10 @@ TEST_F(ClsMdbTest, EngineIsChosenByTheFirstBytes) {
         {"empty", "", {}},
     };
     for (const auto& [label, bytes, asked] : cases) {
-        JetStandIn sqlite(workshop_);
-        JetStandIn jet(workshop_);
-        workshop_.SqliteEngine.Engine = &sqlite;
-        workshop_.Tree.PutFile(L"C:\\x.mdb", bytes);
+        JetStandIn sqlite(shop_);
+        JetStandIn jet(shop_);
+        shop_.SqliteEngine.Engine = &sqlite;
+        shop_.Tree.PutFile(L"C:\\x.mdb", bytes);
         EXPECT_FALSE(database_.Pcls_MdbOpen(L"C:\\x.mdb")) << label;
         EXPECT_EQ(std::pair(!jet.Sent.empty(), !sqlite.Sent.empty()), asked) << label;
     }
@@ -55,15 +55,15 @@ TEST_F(ClsMdbTest, EngineIsChosenByTheFirstBytes) {
 
 TEST_F(ClsMdbTest, FailedOpenClosesWhatWasOpen) {
     EXPECT_EQ(database_.Pcls_MdbCreate(0, L"SELECT * FROM M_system"), MdbOk);
-    for (const wchar_t* path : {L"C:\\missing.mdb", L"C:\\Korvex", L"", L"E:\\KVX3.mdb"}) {
+    for (const wchar_t* path : {L"C:\\missing.mdb", L"C:\\Vantor", L"", L"E:\\KVX3.mdb"}) {
         EXPECT_FALSE(database_.Pcls_MdbOpen(path)) << ToUtf8(path);
         EXPECT_EQ(database_.Pcls_MdbCreate(0, L"SELECT * FROM M_system"), MdbError);
         EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbError);
         EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_system"), MdbError);
         EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
-        EXPECT_TRUE(database_.Pcls_MdbOpen(Workshop::CurrentDatabase));
+        EXPECT_TRUE(database_.Pcls_MdbOpen(Workshop::MdbPath));
     }
-    EXPECT_EQ(workshop_.Tree.Find(Workshop::CurrentDatabase)->OpenHandles, 1);
+    EXPECT_EQ(shop_.Tree.Find(Workshop::MdbPath)->OpenHandles, 1);
 }
 
 TEST_F(ClsMdbTest, WalkReportsRowsAndTheEnd) {
@@ -93,7 +93,7 @@ TEST_F(ClsMdbTest, SlotsAreIndependentAndARefusedQueryEmptiesItsOwn) {
     EXPECT_EQ(database_.Pcls_MdbGetField(10, 0, Default), FieldValue(std::int64_t{2}));
     const auto refused = [this](const std::wstring& query) {
         EXPECT_EQ(database_.Pcls_MdbCreate(10, query), MdbError);
-        workshop_.Faults.Reset();
+        shop_.Faults.Reset();
         EXPECT_EQ(database_.Pcls_MdbMoveNext(10), MdbError);
         EXPECT_THROW(database_.Pcls_MdbGetField(10, 0, Default), PlatformError);
     };
@@ -101,7 +101,7 @@ TEST_F(ClsMdbTest, SlotsAreIndependentAndARefusedQueryEmptiesItsOwn) {
     EXPECT_EQ(database_.Pcls_MdbGetField(0, 0, Default), FieldValue(L"b"));
     EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbEnd);
     EXPECT_EQ(database_.Pcls_MdbCreate(10, Models), MdbOk);
-    workshop_.Faults.FailFrom(1);
+    shop_.Faults.FailFrom(1);
     EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
     EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
     refused(Models);
@@ -117,7 +117,7 @@ TEST_F(ClsMdbTest, SlotsOutsideTheirRangeAreAnErrorOfTheCaller) {
 }
 
 TEST_F(ClsMdbTest, ReadOnlyDiscOrFileIsReadButNotWritten) {
-    workshop_.Tree.PutFile(L"C:\\x.mdb", workshop_.Tree.BytesOf(Workshop::NewSource), attributes::ReadOnly);
+    shop_.Tree.PutFile(L"C:\\x.mdb", shop_.Tree.BytesOf(Workshop::NewSource), attributes::ReadOnly);
     for (const wchar_t* path : {Workshop::NewSource, L"C:\\x.mdb"}) {
         ASSERT_TRUE(database_.Pcls_MdbOpen(path));
         EXPECT_EQ(database_.Pcls_MdbCreate(0, Models), MdbOk);
@@ -129,20 +129,20 @@ class DamageTest : public testing::Test {
   protected:
     /// Puts these bytes in the catalogue's place and works with it as the program does. True when it opened.
     bool OpenAndUse(const std::string& bytes) {
-        workshop_.Tree.PutFile(Workshop::CurrentDatabase, bytes);
-        const bool opened = workshop_.StartProgram();
+        shop_.Tree.PutFile(Workshop::MdbPath, bytes);
+        const bool opened = shop_.StartProgram();
         if (opened) {
-            (void)FindInstalledRecord(workshop_.Program(), L"K1030E");
-            (void)ListedRows(workshop_.Program());
-            (void)ReadDatabaseVersion(*workshop_.Program().CatalogDb);
+            (void)FindInstalledRecord(shop_.Program(), L"K1030E");
+            (void)ListedRows(shop_.Program());
+            (void)ReadDatabaseVersion(*shop_.Program().CatalogDb);
         }
-        EXPECT_EQ(workshop_.Tree.BytesOf(Workshop::CurrentDatabase), bytes);
-        EXPECT_EQ(workshop_.Tree.Snapshot(Workshop::InstallDir).size(), 1u);
+        EXPECT_EQ(shop_.Tree.BytesOf(Workshop::MdbPath), bytes);
+        EXPECT_EQ(shop_.LibraryFiles().size(), 1u);
         return opened;
     }
 
-    Workshop workshop_{SampleRecords(30)};
-    const std::string whole_ = workshop_.Tree.BytesOf(Workshop::CurrentDatabase);
+    CatalogueWorkshop shop_{SampleRecords(30)};
+    const std::string whole_ = shop_.Tree.BytesOf(Workshop::MdbPath);
 };
 
 TEST_F(DamageTest, TruncatedFilesDoNotOpen) {
@@ -181,14 +181,14 @@ TEST_F(DamageTest, DamagedKeysOtherFilesAndFoldersDoNotOpen) {
     for (const std::string& bytes : {std::string("not a database\r\n"), std::string(whole_.size(), '\0'), damagedKey,
                                      "SQLite format 3" + std::string(1000, '\0'), whole_.substr(4096)}) {
         EXPECT_FALSE(OpenAndUse(bytes));
-        EXPECT_FALSE(CheckDatabaseVersion(workshop_.Program()));
-        EXPECT_EQ(workshop_.Tree.BytesOf(Workshop::CurrentDatabase), bytes);
+        EXPECT_FALSE(CheckDatabaseVersion(shop_.Program()));
+        EXPECT_EQ(shop_.Tree.BytesOf(Workshop::MdbPath), bytes);
     }
-    workshop_.Tree.Erase(Workshop::CurrentDatabase);
-    workshop_.Tree.PutFolder(Workshop::CurrentDatabase);
-    EXPECT_FALSE(workshop_.StartProgram());
-    EXPECT_FALSE(CheckDatabaseVersion(workshop_.Program()));
-    EXPECT_TRUE(workshop_.Tree.HasFolder(Workshop::CurrentDatabase));
+    shop_.Tree.Erase(Workshop::MdbPath);
+    shop_.Tree.PutFolder(Workshop::MdbPath);
+    EXPECT_FALSE(shop_.StartProgram());
+    EXPECT_FALSE(CheckDatabaseVersion(shop_.Program()));
+    EXPECT_TRUE(shop_.Tree.HasFolder(Workshop::MdbPath));
 }
 
 }  // namespace

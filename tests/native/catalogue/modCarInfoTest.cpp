@@ -2,7 +2,7 @@
 
 #include "catalogue/modCarInfo.h"
 #include "catalogue/modMDB.h"
-#include "tests/native/catalogue/Workshop.h"
+#include "tests/native/catalogue/CatalogueWorkshop.h"
 #include "text/TextTools.h"
 
 namespace mip {
@@ -10,13 +10,14 @@ namespace {
 
 class CarInfoTest : public testing::Test {
   protected:
+    CarInfoTest() { program_.Settings.Columns = {10, 20, 10, 4, 4, 4, 4, 4, 4}; }
+
     /// A manual folder on the disc; `lines` replace or add to the usual ones.
     void PutManual(const std::wstring& folder, const std::string& pubNo, const std::string& version,
                    const std::string& lines = "") {
-        workshop_.Tree.PutFile(
-            L"D:\\" + folder + L"\\car_info.ci",
-            "[CAR_INFO]\r\nPub_No=" + pubNo + "\r\nVersion=" + version + "\r\n" + lines +
-                "Model_desc=Kombi\r\nModel_ID=KX1\r\nLang=EN\r\nLdup=1\r\nYear=2019\r\nCountry=GB\r\n");
+        shop_.Tree.PutFile(L"D:\\" + folder + L"\\car_info.ci",
+                           "[CAR_INFO]\r\nPub_No=" + pubNo + "\r\nVersion=" + version + "\r\n" + lines +
+                               "Model_desc=Kombi\r\nModel_ID=KX1\r\nLang=EN\r\nLdup=1\r\nYear=2019\r\nCountry=GB\r\n");
     }
 
     void PutInstalled(const std::wstring& pubNo, const std::wstring& version, const std::wstring& adjust = L"0") {
@@ -34,15 +35,15 @@ class CarInfoTest : public testing::Test {
         return program_.DiscCatalogue.Records.back();
     }
 
-    Workshop workshop_;
-    Program& program_ = workshop_.Program();
+    CatalogueWorkshop shop_;
+    Program& program_ = shop_.Program();
 };
 
 TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
     PutManual(L"A 1", "KA100E", "3", "Kubun=整備\r\n");
     PutManual(L"b", "KB100E", "1");
-    workshop_.Tree.PutFile(L"D:\\programs\\readme.txt");
-    workshop_.Tree.PutFile(L"D:\\car_info.ci", "[CAR_INFO]\r\n");
+    shop_.Tree.PutFile(L"D:\\programs\\readme.txt");
+    shop_.Tree.PutFile(L"D:\\car_info.ci", "[CAR_INFO]\r\n");
     program_.ModelOrder.Entries.push_back({L"KX1", L"Kombi", 7});
     for (int run = 0; run < 2; ++run) {  // a second run starts afresh
         ASSERT_TRUE(ScanDiscCatalogue(program_));
@@ -54,7 +55,7 @@ TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
         false, ManualForm::Archive, L"", L"A 1");
     EXPECT_EQ(program_.DiscCatalogue.Records[1], expected);
     EXPECT_EQ(program_.DiscCatalogue.Records[0], DiscCatalogueRecord{});
-    workshop_.Tree.PutFile(L"D:\\b\\contents\\KB100E.pdf");
+    shop_.Tree.PutFile(L"D:\\b\\contents\\KB100E.pdf");
     const DiscCatalogueRecord& pdf = Scanned(L"b");
     EXPECT_EQ(pdf.PdfForm, ManualForm::Pdf);
     EXPECT_EQ(pdf.SourcePath, L"D:\\b");
@@ -102,14 +103,14 @@ TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
         PutManual(folder, pubNo, test.DiscVersion);
         const auto put = [&](bool wanted, const std::wstring& path) {
             if (wanted) {
-                workshop_.Tree.PutFile(path);
+                shop_.Tree.PutFile(path);
             }
         };
         const std::wstring source = L"D:\\" + folder;
         put(test.DiscPdf, source + L"\\contents\\" + widePubNo + L".pdf");
         put(test.Differences > 0, source + L"\\install\\compare\\1");
         if (test.Differences == 0) {
-            workshop_.Tree.PutFolder(source + L"\\install\\compare\\empty");
+            shop_.Tree.PutFolder(source + L"\\install\\compare\\empty");
         }
         if (test.Installed != None) {
             PutInstalled(widePubNo, test.InstalledVersion, test.Adjust);
@@ -129,7 +130,7 @@ TEST_F(CarInfoTest, ManualsAreClassifiedAgainstTheInstalledCopy) {
 }
 
 TEST_F(CarInfoTest, SupersededPublicationIsNotOffered) {
-    for (const wchar_t* installed : {L"ABCD5XY", L"EFGH2XY", L"IJKL9", L"MNOP3XX"}) {
+    for (const wchar_t* installed : {L"ABCD5XY", L"EFGH2XY", L"IJKL9", L"IJKL:", L"MNOP3XX"}) {
         PutInstalled(installed, L"1");
     }
     const struct {
@@ -200,14 +201,14 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
     for (const auto& [pubNo, version] :
          std::map<std::wstring, const wchar_t*>{{L"KB100E", L"1"}, {L"KB101E", L"B"}, {L"KB102E", L"-2"}}) {
         PutInstalled(pubNo, version);
-        workshop_.Tree.PutFile(L"C:\\Manuals\\" + pubNo + L"\\contents\\index.html");
+        shop_.Tree.PutFile(L"C:\\Manuals\\" + pubNo + L"\\contents\\index.html");
     }
     for (const auto& test : cases) {
         SCOPED_TRACE(ToUtf8(test.Text));
         if (test.PubNo != nullptr) {
             PutManual(L"Folder 2", test.PubNo, test.Version);
         } else {
-            workshop_.Tree.Deny(L"D:\\Folder 2\\car_info.ci");
+            shop_.Tree.Deny(L"D:\\Folder 2\\car_info.ci");
         }
         EXPECT_FALSE(ScanDiscCatalogue(program_));
         const DiscCatalogue& catalogue = program_.DiscCatalogue;
@@ -222,21 +223,20 @@ TEST_F(CarInfoTest, FirstFaultStopsTheScan) {
 
 TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessagesAMissingDiscWithout) {
     PutManual(L"1", "KA100E", "3");
-    workshop_.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M09.ini",
-                           "[MESSAGE]\r\nM020=no database\r\nM024=stopped\r\n");
+    shop_.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\M09.ini", "[MESSAGE]\r\nM020=no database\r\nM024=stopped\r\n");
     for (const bool inLaterRevision : {true, false}) {
         if (inLaterRevision) {
             PutInstalled(L"KA104E", L"1");
             ASSERT_EQ(program_.CatalogDb->Pcls_MdbExecute(L"UPDATE M_manage SET INSDate='x' WHERE Pub_No='KA104E'"),
                       MdbOk);
         } else {
-            program_.CatalogDb = std::make_unique<clsMDB>(workshop_.Platform);
+            program_.CatalogDb = std::make_unique<clsMDB>(shop_.Platform);
         }
         EXPECT_FALSE(ScanDiscCatalogue(program_));
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
     }
-    workshop_.Tree.DriveOf(L"D:\\")->Present = false;
+    shop_.Tree.DriveOf(L"D:\\")->Present = false;
     EXPECT_FALSE(ScanDiscCatalogue(program_));
     EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"") << "a disc that cannot be listed has no text here";
 }

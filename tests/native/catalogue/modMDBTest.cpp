@@ -4,7 +4,7 @@
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "platform/PlatformError.h"
-#include "tests/native/catalogue/Workshop.h"
+#include "tests/native/catalogue/CatalogueWorkshop.h"
 #include "text/DateText.h"
 #include "text/TextTools.h"
 
@@ -45,11 +45,11 @@ TEST(StatementsTest, TextsAreExactlyThese) {
 }
 
 TEST(StatementsTest, ChangesAreSentInTransactions) {
-    Workshop workshop;
-    JetStandIn jet(workshop);
-    JetStandIn::TakeOver(workshop, Workshop::CurrentDatabase);
-    ASSERT_TRUE(workshop.StartProgram());
-    Program& program = workshop.Program();
+    CatalogueWorkshop shop;
+    JetStandIn jet(shop);
+    JetStandIn::TakeOver(shop, Workshop::MdbPath);
+    ASSERT_TRUE(shop.StartProgram());
+    Program& program = shop.Program();
     const auto sent = [&jet](bool done) {
         EXPECT_TRUE(done);
         return std::exchange(jet.Sent, {});
@@ -72,8 +72,8 @@ TEST(StatementsTest, ChangesAreSentInTransactions) {
 
 class ModMdbTest : public testing::Test {
   protected:
-    Workshop workshop_{SampleRecords(3)};
-    Program& program_ = workshop_.Program();
+    CatalogueWorkshop shop_{SampleRecords(3)};
+    Program& program_ = shop_.Program();
 };
 
 TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
@@ -88,31 +88,31 @@ TEST_F(ModMdbTest, RegistrationReplacesTheRowsOfThePublication) {
                                                 L"0", L"", L"", ManualForm::Archive);
     EXPECT_EQ(FindInstalledRecord(program_, L"k'10"), (Lookup{MdbOk, expected}));
     EXPECT_EQ(program_.Installed, expected);
-    const std::vector<InstalledRecord> rows = workshop_.Rows();
+    const std::vector<InstalledRecord> rows = shop_.Rows();
     ASSERT_EQ(rows.size(), 4u);
     EXPECT_EQ(rows.back().Pdf_flg, L"0");
 }
 
 TEST_F(ModMdbTest, RegistrationCountsWholeOrNotAtAll) {
-    const std::string old = workshop_.Tree.BytesOf(Workshop::CurrentDatabase);
-    const std::vector<InstalledRecord> oldRows = workshop_.Rows();
+    const std::string old = shop_.Tree.BytesOf(Workshop::MdbPath);
+    const std::vector<InstalledRecord> oldRows = shop_.Rows();
     const std::vector<InstalledRecord> others{oldRows[0], oldRows[2]};
     DiscCatalogueRecord manual = DiscRecord();
     manual.Pub_No = SampleRecord(1).Pub_No;
     for (std::size_t n = 1;; ++n) {
-        workshop_.Tree.PutFile(Workshop::CurrentDatabase, old);
-        ASSERT_TRUE(workshop_.StartProgram());
-        workshop_.Faults.FailCall(n);
-        const bool done = RegisterInstalledManual(workshop_.Program(), manual, L"C:\\new", InstallState::New);
-        const bool hit = workshop_.Faults.Hit();
-        workshop_.Faults.Reset();
-        const std::vector<InstalledRecord> rows = workshop_.Rows();
+        shop_.Tree.PutFile(Workshop::MdbPath, old);
+        ASSERT_TRUE(shop_.StartProgram());
+        shop_.Faults.FailCall(n);
+        const bool done = RegisterInstalledManual(shop_.Program(), manual, L"C:\\new", InstallState::New);
+        const bool hit = shop_.Faults.Hit();
+        shop_.Faults.Reset();
+        const std::vector<InstalledRecord> rows = shop_.Rows();
         ASSERT_EQ(rows.size(), 3u) << n;
         if (done || rows != oldRows) {  // an error after the last step is reported although everything was done
             EXPECT_TRUE(rows.back().INSPath == L"C:\\new" && rows.back().Pdf_flg == L"1") << n;
             EXPECT_EQ(std::vector(rows.begin(), rows.end() - 1), others) << n;
         }
-        EXPECT_TRUE(RegisterInstalledManual(workshop_.Program(), manual, L"C:\\again", InstallState::New)) << n;
+        EXPECT_TRUE(RegisterInstalledManual(shop_.Program(), manual, L"C:\\again", InstallState::New)) << n;
         if (!hit) {
             EXPECT_TRUE(done);
             EXPECT_GT(n, 10u);
@@ -124,21 +124,21 @@ TEST_F(ModMdbTest, RegistrationCountsWholeOrNotAtAll) {
 TEST_F(ModMdbTest, UpdatesTouchOneRowOnly) {
     const std::wstring pubNo = SampleRecord(1).Pub_No;
     EXPECT_TRUE(MarkForAdjustment(*program_.CatalogDb, pubNo));
-    workshop_.Tree.SettleAfterPowerCut(FileTree::Unflushed::Lost);  // the mark is on the drive all the same
-    EXPECT_EQ(workshop_.Rows()[1].Adjust_flg, L"1");
+    shop_.Tree.SettleAfterPowerCut(FileTree::Unflushed::Lost);  // the mark is on the drive all the same
+    EXPECT_EQ(shop_.Rows()[1].Adjust_flg, L"1");
     EXPECT_TRUE(ReregisterInstallPath(*program_.CatalogDb, pubNo, L"E:\\new's"));
     std::vector<InstalledRecord> expected = SampleRecords(3);
     expected[1].INSPath = L"E:\\new's";
-    EXPECT_EQ(workshop_.Rows(), expected);
+    EXPECT_EQ(shop_.Rows(), expected);
     EXPECT_TRUE(RemoveInstalledManual(*program_.CatalogDb, pubNo));
     expected.erase(expected.begin() + 1);
-    EXPECT_EQ(workshop_.Rows(), expected);
+    EXPECT_EQ(shop_.Rows(), expected);
     EXPECT_EQ(FindInstalledRecord(program_, pubNo).Status, MdbEnd);
 }
 
 TEST_F(ModMdbTest, LastInstallPathIsThatOfTheLatestDate) {
     EXPECT_EQ(GetLastInstallPath(*program_.CatalogDb), SampleRecord(2).INSPath);
-    Workshop empty;
+    CatalogueWorkshop empty;
     EXPECT_EQ(GetLastInstallPath(*empty.Program().CatalogDb), L"");
     empty.Faults.FailFrom(1);
     EXPECT_EQ(GetLastInstallPath(*empty.Program().CatalogDb), L"");
@@ -147,12 +147,12 @@ TEST_F(ModMdbTest, LastInstallPathIsThatOfTheLatestDate) {
 TEST_F(ModMdbTest, FormIsToldByTheFilesAndByTheTypeTable) {
     InstalledRecord record = SampleRecord(7);
     record.Pdf_flg = L"";
-    Workshop workshop({record});
-    workshop.Tree.PutFile(record.INSPath + L"\\contents\\" + record.Pub_No + L".PDF");
-    ASSERT_EQ(FindInstalledRecord(workshop.Program(), record.Pub_No).Status, MdbOk);
-    EXPECT_EQ(workshop.Program().Installed.InstalledPdfForm, ManualForm::Pdf);
-    ASSERT_EQ(workshop.Rows().size(), 1u);  // listed without a row in the type table
-    EXPECT_EQ(workshop.Rows()[0].Pdf_flg, L"");
+    CatalogueWorkshop shop({record});
+    shop.Tree.PutFile(record.INSPath + L"\\contents\\" + record.Pub_No + L".PDF");
+    ASSERT_EQ(FindInstalledRecord(shop.Program(), record.Pub_No).Status, MdbOk);
+    EXPECT_EQ(shop.Program().Installed.InstalledPdfForm, ManualForm::Pdf);
+    ASSERT_EQ(shop.Rows().size(), 1u);  // listed without a row in the type table
+    EXPECT_EQ(shop.Rows()[0].Pdf_flg, L"");
 }
 
 TEST_F(ModMdbTest, NullsAreReadAsEmptyTextsAndDayZeroOtherDatesAreAnError) {

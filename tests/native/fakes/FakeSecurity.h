@@ -26,6 +26,9 @@ class FakeAccountNames : public AccountNames, private Counted {
                    std::uint32_t& domainSize) override {
         const auto account = Accounts.find(sid);
         nameSize = domainSize = 0;
+        if (Throws) {
+            throw PlatformError("LookupSid", L"", errors::AccessDenied);
+        }
         if (faults_.Fails("AccountNames.LookupSid") || account == Accounts.end()) {
             return false;
         }
@@ -47,6 +50,7 @@ class FakeAccountNames : public AccountNames, private Counted {
         std::wstring Domain;
     };
     std::map<Sid, Account> Accounts;
+    bool Throws = false;  ///< a look-up does
 
     static Sid NtAuthoritySid(const std::vector<std::uint32_t>& subAuthorities) {
         Sid sid{1, static_cast<std::uint8_t>(subAuthorities.size()), 0, 0, 0, 0, 0, 5};

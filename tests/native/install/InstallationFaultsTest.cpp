@@ -4,30 +4,29 @@
 #include <tuple>
 
 #include "app/modFile.h"
-#include "catalogue/modMdbUpgrade.h"
-#include "tests/native/install/Workshop.h"
+#include "tests/native/install/DiscWorkshop.h"
 
 namespace mip {
 namespace {
 
 // A disc with a new manual, an update, a differential update, a PDF manual and a later edition of an installed one.
-void ArrangeDisc(Workshop& workshop) {
-    workshop.PutInstalledManual(L"BBBB1MM", 1);
-    workshop.PutInstalledManual(L"CCCC1MM", 4);
-    workshop.PutInstalledManual(L"EEEE0MM", 7);
-    workshop.PutArchiveManual(L"AAAA1MM", 1);
-    workshop.PutArchiveManual(L"BBBB1MM", 3);
-    workshop.PutArchiveManual(L"CCCC1MM", 5);
-    workshop.PutComparisonSet(L"CCCC1MM", 5);
-    workshop.PutPdfManual(L"DDDD1MM", 1);
-    workshop.PutArchiveManual(L"EEEE2MM", 1);
+void ArrangeDisc(DiscWorkshop& shop) {
+    shop.PutInstalledManual(L"BBBB1MM", 1);
+    shop.PutInstalledManual(L"CCCC1MM", 4);
+    shop.PutInstalledManual(L"EEEE0MM", 7);
+    shop.PutArchiveManual(L"AAAA1MM", 1);
+    shop.PutArchiveManual(L"BBBB1MM", 3);
+    shop.PutArchiveManual(L"CCCC1MM", 5);
+    shop.PutComparisonSet(L"CCCC1MM", 5);
+    shop.PutPdfManual(L"DDDD1MM", 1);
+    shop.PutArchiveManual(L"EEEE2MM", 1);
 }
 
 // An older manager program, and setups that succeed when they are run.
-void ArrangeSetups(Workshop& workshop) {
-    FileTree& tree = workshop.Windows.Tree;
+void ArrangeSetups(DiscWorkshop& shop) {
+    FileTree& tree = shop.Tree;
     tree.Find(L"C:\\Vantor\\Manager.exe")->Modified -= std::chrono::hours(1);
-    workshop.Windows.Processes.On(L"D:\\programs\\man_manager\\setup.exe", [&tree](const std::wstring&) {
+    shop.Processes.On(L"D:\\programs\\man_manager\\setup.exe", [&tree](const std::wstring&) {
         tree.PutFile(L"C:\\Vantor\\Manager.exe", "manager");
         return ScriptedEnd{};
     });
@@ -35,7 +34,7 @@ void ArrangeSetups(Workshop& workshop) {
         const std::wstring setup = std::wstring(L"D:\\programs\\") + name + L"\\setup.exe";
         const std::wstring log = std::wstring(L"C:\\Program Files\\Vantor\\Korvex\\") + folder + L"\\setup.log";
         tree.PutFile(setup);
-        workshop.Windows.Processes.On(setup, [&tree, log](const std::wstring&) {
+        shop.Processes.On(setup, [&tree, log](const std::wstring&) {
             tree.PutFile(log, "0\r\n");
             return ScriptedEnd{};
         });
@@ -43,14 +42,14 @@ void ArrangeSetups(Workshop& workshop) {
 }
 
 /// Whether the files of a row are those of exactly the edition that it names.
-bool IsWhole(Workshop& workshop, const std::wstring& pubNo, const Workshop::Row& row) {
-    FileTree& tree = workshop.Windows.Tree;
+bool IsWhole(DiscWorkshop& shop, const std::wstring& pubNo, const DiscWorkshop::Row& row) {
+    FileTree& tree = shop.Tree;
     if (pubNo == L"DDDD1MM") {
         const std::wstring pdf = row.Path + L"\\contents\\DDDD1MM.pdf";
         return tree.HasFile(pdf) && tree.BytesOf(pdf) == "%PDF-1.4";
     }
     const auto isThere = [&](const std::string& version, bool onlyChangedPage) {
-        const auto pages = Workshop::ManualPages(L"", std::string(pubNo.begin(), pubNo.end()) + " " + version);
+        const auto pages = DiscWorkshop::ManualPages(L"", std::string(pubNo.begin(), pubNo.end()) + " " + version);
         return std::ranges::all_of(pages, [&](const auto& page) {
             const std::wstring path = row.Path + page.first;
             const bool counts = page.first.ends_with(L"engine.html") == onlyChangedPage;
@@ -64,20 +63,20 @@ bool IsWhole(Workshop& workshop, const std::wstring& pubNo, const Workshop::Row&
 }
 
 /// What the next run makes of a row: one that it takes for unusable is installed in full.
-bool CountsAsUsable(Workshop& workshop, const Workshop::Row& row) {
-    return row.AdjustFlag != L"1" && workshop.Windows.Tree.HasFile(row.Path + L"\\contents\\index.html");
+bool CountsAsUsable(DiscWorkshop& shop, const DiscWorkshop::Row& row) {
+    return row.AdjustFlag != L"1" && shop.Tree.HasFile(row.Path + L"\\contents\\index.html");
 }
 
-void ExpectNoRowLies(Workshop& workshop) {
-    for (const auto& [pubNo, row] : workshop.Rows()) {
-        const bool whole = IsWhole(workshop, pubNo, row);
-        EXPECT_TRUE(whole || !CountsAsUsable(workshop, row))
+void ExpectNoRowLies(DiscWorkshop& shop) {
+    for (const auto& [pubNo, row] : shop.Rows()) {
+        const bool whole = IsWhole(shop, pubNo, row);
+        EXPECT_TRUE(whole || !CountsAsUsable(shop, row))
             << std::string(pubNo.begin(), pubNo.end()) << " is recorded as usable, and is not whole";
     }
 }
 
-std::map<std::wstring, std::string> OutsideTheLibrary(Workshop& workshop) {
-    auto files = workshop.Windows.Tree.Snapshot(L"C:\\");
+std::map<std::wstring, std::string> OutsideTheLibrary(DiscWorkshop& shop) {
+    auto files = shop.Tree.Snapshot(L"C:\\");
     std::erase_if(files, [](const auto& file) {
         return file.first.starts_with(L"C:\\Manuals") || file.first.starts_with(L"C:\\Vantor") ||
                file.first.starts_with(L"C:\\man_info") || file.first.starts_with(L"C:\\Program Files\\");
@@ -86,15 +85,15 @@ std::map<std::wstring, std::string> OutsideTheLibrary(Workshop& workshop) {
 }
 
 /// Starts the program anew on the computer as the fault left it, and installs.
-void ExpectNextRunRepairs(Workshop& workshop) {
-    workshop.Windows.Faults.Reset();
-    const Workshop::QuietRun run = workshop.RunQuietly();
+void ExpectNextRunRepairs(DiscWorkshop& shop) {
+    shop.Faults.Reset();
+    const DiscWorkshop::QuietRun run = shop.RunQuietly();
     EXPECT_EQ(run.ExitCode, 0U) << testing::PrintToString(run.Log);
-    const auto rows = workshop.Rows();
+    const auto rows = shop.Rows();
     EXPECT_EQ(rows.size(), 5U);
     EXPECT_FALSE(rows.contains(L"EEEE0MM"));
     for (const auto& [pubNo, row] : rows) {
-        EXPECT_TRUE(IsWhole(workshop, pubNo, row) && row.AdjustFlag == L"0") << std::string(pubNo.begin(), pubNo.end());
+        EXPECT_TRUE(IsWhole(shop, pubNo, row) && row.AdjustFlag == L"0") << std::string(pubNo.begin(), pubNo.end());
     }
 }
 
@@ -110,29 +109,30 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
     std::size_t n = share + 1;
     for (;; n += Shares) {
         SCOPED_TRACE("call " + std::to_string(n));
-        Workshop workshop;
-        ArrangeDisc(workshop);
-        ArrangeSetups(workshop);
-        workshop.Run.CatalogDb.reset();
+        DiscWorkshop shop;
+        ArrangeDisc(shop);
+        ArrangeSetups(shop);
+        shop.Program().CatalogDb.reset();
         // Each of the hundred texts that a start keeps would be a call of its own, and none changes anything.
-        workshop.Windows.Tree.Erase(workshop.Run.Paths.SysDirPath + L"\\M09.ini");
-        const auto outside = OutsideTheLibrary(workshop);
-        Workshop::QuietRun run;
+        shop.Tree.Erase(Workshop::Messages);
+        const auto outside = OutsideTheLibrary(shop);
+        DiscWorkshop::QuietRun run;
         bool cut = false;
-        (workshop.Windows.Faults.*arm)(n);
+        (shop.Faults.*arm)(n);
         try {
-            run = workshop.RunQuietly();
+            run = shop.RunQuietly();
         } catch (const PowerCut&) {
             cut = true;
-            workshop.Windows.Tree.SettleAfterPowerCut(FileTree::Unflushed::EverySecondPage);
+            shop.Tree.SettleAfterPowerCut(FileTree::Unflushed::EverySecondPage);
         }
-        const bool hit = workshop.Windows.Faults.Hit();
-        const std::string operation = workshop.Windows.Faults.HitOperation();
+        const bool hit = shop.Faults.Hit();
+        const std::string operation = shop.Faults.HitOperation();
         SCOPED_TRACE(operation);
-        workshop.Windows.Faults.Reset();
-        RecoverInterruptedUpgrade(workshop.Run);
-        ExpectNoRowLies(workshop);
-        EXPECT_EQ(OutsideTheLibrary(workshop), outside);
+        shop.Faults.Reset();
+        EXPECT_TRUE(shop.StartProgram());
+        shop.Program().CatalogDb.reset();
+        ExpectNoRowLies(shop);
+        EXPECT_EQ(OutsideTheLibrary(shop), outside);
         if (!cut) {
             const bool succeeded = run.ExitCode == 0U;
             EXPECT_TRUE(run.ExitCode) << "an exit code, whatever happens";
@@ -142,10 +142,10 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
             EXPECT_TRUE(succeeded || isTold || hasCause) << testing::PrintToString(run.Log);
             // What cannot be seen counts as not there: a manual without its car_info.ci is no manual.
             if (succeeded && !operation.ends_with(".Exists")) {
-                EXPECT_EQ(workshop.Rows().size(), 5U);
+                EXPECT_EQ(shop.Rows().size(), 5U);
             }
         }
-        ExpectNextRunRepairs(workshop);
+        ExpectNextRunRepairs(shop);
         if (!hit || testing::Test::HasFailure()) {
             break;
         }

@@ -3,138 +3,128 @@
 #include "app/modPdf.h"
 #include "install/modCompanion.h"
 #include "install/modShortcut.h"
-#include "tests/native/install/Workshop.h"
+#include "tests/native/install/DiscWorkshop.h"
 
 namespace mip {
 namespace {
 
 constexpr wchar_t LinkSetup[] = L"D:\\programs\\manual_link\\setup.exe";
+constexpr wchar_t ManagerSetup[] = L"D:\\programs\\man_manager\\setup.exe";
 constexpr wchar_t LinkLog[] = L"C:\\Program Files\\Vantor\\Korvex\\Link\\setup.log";
 
-struct LogCase {
-    const char* Label;
-    std::optional<std::string> Log;
-    bool Succeeds;
-    bool LogStays;
-    bool OldLogIsOpen = false;
-};
-
-class SetupLog : public testing::TestWithParam<LogCase> {};
-
-TEST_P(SetupLog, OfThisRunDecides) {
-    Workshop workshop;
-    workshop.Windows.Tree.PutFile(LinkSetup);
-    workshop.Windows.Tree.PutFile(LinkLog, "0\r\n").OpenHandles = GetParam().OldLogIsOpen ? 1 : 0;
-    workshop.Windows.Processes.On(LinkSetup, [&](const std::wstring&) {
-        workshop.Windows.Clock.Time += std::chrono::seconds(1);
-        if (GetParam().Log) {
-            workshop.Windows.Tree.PutFile(LinkLog, *GetParam().Log).OpenHandles = GetParam().OldLogIsOpen ? 1 : 0;
-        }
-        return ScriptedEnd{};
-    });
-
-    EXPECT_EQ(InstallLinkProgram(workshop.Run, LinkSetup), GetParam().Succeeds);
-
-    EXPECT_EQ(workshop.Windows.Processes.StartedHidden.back(), std::wstring(LinkSetup) + L" 1");
-    EXPECT_EQ(workshop.Windows.Tree.HasFile(LinkLog), GetParam().LogStays);
+TEST(Companions, TheSetupLogOfThisRunDecides) {
+    const struct {
+        const char* Label;
+        std::optional<std::string> Log;
+        bool Succeeds = false;
+        bool LogStays = false;
+        int Handles = 0;  ///< that hold the log, and did so before
+    } cases[] = {{"good", "copying\r\n0\r\n", true},
+                 {"good after errors", "error 5\r\n0", true},
+                 {"failed", "0\r\n3\r\n"},
+                 {"not a number", "done\r\n", false, true},
+                 {"empty", "", false, true},
+                 {"only that of an earlier run", std::nullopt},
+                 {"only an earlier one that stays", std::nullopt, false, true, 1},
+                 {"over an earlier one that stays", "0\r\n", true, true, 1}};
+    for (const auto& given : cases) {
+        SCOPED_TRACE(given.Label);
+        DiscWorkshop shop;
+        shop.Tree.PutFile(LinkSetup);
+        shop.Tree.PutFile(LinkLog, "0\r\n").OpenHandles = given.Handles;
+        shop.Processes.On(LinkSetup, [&](const std::wstring&) {
+            shop.Clock.Time += std::chrono::seconds(1);
+            if (given.Log) {
+                shop.Tree.PutFile(LinkLog, *given.Log).OpenHandles = given.Handles;
+            }
+            return ScriptedEnd{};
+        });
+        EXPECT_EQ(InstallLinkProgram(shop.Program(), LinkSetup), given.Succeeds);
+        EXPECT_EQ(shop.Processes.StartedHidden.back(), std::wstring(LinkSetup) + L" 1");
+        EXPECT_EQ(shop.Tree.HasFile(LinkLog), given.LogStays);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SetupLog,
-                         testing::Values(LogCase{"Good", "copying\r\n0\r\n", true, false},
-                                         LogCase{"GoodAfterErrors", "error 5\r\n0", true, false},
-                                         LogCase{"Failed", "0\r\n3\r\n", false, false},
-                                         LogCase{"NotANumber", "done\r\n", false, true},
-                                         LogCase{"Empty", "", false, true},
-                                         LogCase{"OnlyThatOfAnEarlierRun", std::nullopt, false, false},
-                                         LogCase{"OnlyAnEarlierOneThatStays", std::nullopt, false, true, true},
-                                         LogCase{"OverAnEarlierOneThatStays", "0\r\n", true, true, true}),
-                         [](const auto& testCase) { return testCase.param.Label; });
-
 TEST(Companions, SilentSwitchesAndLogFolders) {
-    Workshop workshop;
-    workshop.Windows.Tree.PutFile(L"D:\\programs\\View\\setup.exe");
-    workshop.Windows.Processes.On(L"D:\\programs\\View\\setup.exe", [&](const std::wstring&) {
-        workshop.Windows.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir",
-                                      L"C:\\My View");
-        workshop.Windows.Tree.PutFile(L"C:\\My View\\setup.log", "0\r\n");
+    DiscWorkshop shop;
+    shop.Tree.PutFile(L"D:\\programs\\View\\setup.exe");
+    shop.Processes.On(L"D:\\programs\\View\\setup.exe", [&](const std::wstring&) {
+        shop.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\VantorView", L"InstallDir", L"C:\\My View");
+        shop.Tree.PutFile(L"C:\\My View\\setup.log", "0\r\n");
         return ScriptedEnd{};
     });
-    EXPECT_TRUE(InstallViewerProgram(workshop.Run, L"D:\\programs\\View\\setup.exe"));
-    EXPECT_TRUE(InstallManagerProgram(workshop.Run, L"D:\\programs\\man_manager\\setup.exe"));
-    EXPECT_EQ(workshop.Windows.Processes.StartedHidden,
+    EXPECT_TRUE(InstallViewerProgram(shop.Program(), L"D:\\programs\\View\\setup.exe"));
+    EXPECT_TRUE(InstallManagerProgram(shop.Program(), ManagerSetup));
+    EXPECT_EQ(shop.Processes.StartedHidden,
               (std::vector<std::wstring>{L"D:\\programs\\View\\setup.exe /VERYSILENT /SP-",
                                          L"D:\\programs\\man_manager\\setup.exe /VERYSILENT /SP-"}));
-    EXPECT_EQ(workshop.Run.Paths.ViewerExePath, L"C:\\My View\\VBrowser.exe") << "where its setup put it";
+    EXPECT_EQ(shop.Program().Paths.ViewerExePath, L"C:\\My View\\VBrowser.exe") << "where its setup put it";
 }
 
 TEST(Companions, SetupThatLosesThePathsHasFailed) {
-    Workshop workshop;
-    workshop.Windows.Processes.On(L"D:\\programs\\man_manager\\setup.exe", [&](const std::wstring&) {
-        workshop.Windows.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir", L"");
+    DiscWorkshop shop;
+    shop.Processes.On(ManagerSetup, [&](const std::wstring&) {
+        shop.Registry.Put(Hive::LocalMachine, L"SOFTWARE\\Vantor\\Korvex\\ManualLink", L"InstallDir", L"");
         return ScriptedEnd{};
     });
-    EXPECT_FALSE(InstallManagerProgram(workshop.Run, L"D:\\programs\\man_manager\\setup.exe"));
-    EXPECT_EQ(workshop.Run.Paths.UnZipTempPath, L"C:\\Vantor\\UnZipTemp");
+    EXPECT_FALSE(InstallManagerProgram(shop.Program(), ManagerSetup));
+    EXPECT_EQ(shop.Program().Paths.UnZipTempPath, L"C:\\Vantor\\UnZipTemp");
 }
 
 TEST(Companions, ManagerShortcutIsMadeOnceAndOnlyWhenAskedFor) {
-    Workshop workshop;
-    workshop.Windows.Shell.SpecialFolders[2] = L"C:\\Menu";
-    workshop.Windows.Tree.PutFolder(L"C:\\Menu");
-    const auto setUp = [&] { return InstallManagerProgram(workshop.Run, L"D:\\programs\\man_manager\\setup.exe"); };
+    DiscWorkshop shop;
+    shop.Shell.SpecialFolders[2] = L"C:\\Menu";
+    shop.Tree.PutFolder(L"C:\\Menu");
+    const auto setUp = [&] { return InstallManagerProgram(shop.Program(), ManagerSetup); };
     EXPECT_TRUE(setUp());
-    EXPECT_TRUE(workshop.Windows.Shell.Shortcuts.empty());
+    EXPECT_TRUE(shop.Shell.Shortcuts.empty());
 
-    workshop.Run.Settings.ShortcutIconFlag = 1;
+    shop.Program().Settings.ShortcutIconFlag = 1;
     EXPECT_TRUE(setUp());
-    const SavedShortcut& saved = workshop.Windows.Shell.Shortcuts.at(L"C:\\Menu\\message 43.lnk");
-    const std::vector<std::pair<std::wstring, std::wstring>> expected{{L"TargetPath", L"C:\\Vantor\\Manager.exe"},
-                                                                      {L"Arguments", L""},
-                                                                      {L"WorkingDirectory", L"C:\\"},
-                                                                      {L"Description", L""},
-                                                                      {L"IconLocation", L""},
-                                                                      {L"Hotkey", L""}};
-    ASSERT_EQ(saved.Properties.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(std::pair(saved.Properties[i].Name, saved.Properties[i].Value), expected[i]);
+    const SavedShortcut& saved = shop.Shell.Shortcuts.at(L"C:\\Menu\\message 43.lnk");
+    std::wstring properties;
+    for (const auto& property : saved.Properties) {
+        properties += property.Name + L"=" + property.Value + L"|";
     }
+    EXPECT_EQ(properties,
+              L"TargetPath=C:\\Vantor\\Manager.exe|Arguments=|WorkingDirectory=C:\\|Description=|"
+              L"IconLocation=|Hotkey=|");
     EXPECT_EQ(saved.WindowStyle, 1);
 
-    workshop.Windows.Shell.Shortcuts.clear();
+    shop.Shell.Shortcuts.clear();
     EXPECT_TRUE(setUp());
-    EXPECT_TRUE(workshop.Windows.Shell.Shortcuts.empty()) << "an existing shortcut is never replaced";
+    EXPECT_TRUE(shop.Shell.Shortcuts.empty()) << "an existing shortcut is never replaced";
 }
 
 TEST(Companions, ManagerIsSetUpOnlyWhenOlderAndThenStamped) {
-    Workshop workshop;
-    ASSERT_TRUE(workshop.Install());
-    EXPECT_TRUE(workshop.Windows.Processes.StartedHidden.empty());
-    EXPECT_FALSE(workshop.Windows.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf"));
+    DiscWorkshop shop;
+    ASSERT_TRUE(shop.Install());
+    EXPECT_TRUE(shop.Processes.StartedHidden.empty());
+    EXPECT_FALSE(shop.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf"));
 
-    workshop.Windows.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified -= std::chrono::hours(1);
-    workshop.Windows.FileVersions.Put(L"C:\\Vantor\\Manager.exe", {0x00020001, 0x00000007});
-    workshop.Windows.Tree.PutFile(L"C:\\Vantor\\mam_man.fdf", "an older and much longer stamp" + std::string(500, ' '),
-                                  attributes::ReadOnly);
-    ASSERT_TRUE(workshop.Install());
-    EXPECT_TRUE(workshop.Run.Outcome.ManagerInstalled);
-    EXPECT_EQ(workshop.Windows.Tree.BytesOf(L"C:\\Vantor\\mam_man.fdf"),
+    shop.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified -= std::chrono::hours(1);
+    shop.FileVersions.Put(L"C:\\Vantor\\Manager.exe", {0x00020001, 0x00000007});
+    shop.Tree.PutFile(L"C:\\Vantor\\mam_man.fdf", "an older and much longer stamp" + std::string(500, ' '),
+                      attributes::ReadOnly);
+    ASSERT_TRUE(shop.Install());
+    EXPECT_TRUE(shop.Program().Outcome.ManagerInstalled);
+    EXPECT_EQ(shop.Tree.BytesOf(L"C:\\Vantor\\mam_man.fdf"),
               "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
               "/F (./message 60) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
 
-    workshop.Windows.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified += std::chrono::hours(1);
-    workshop.Windows.Tree.Erase(L"C:\\Vantor\\mam_man.fdf");
-    ASSERT_TRUE(workshop.Install());
-    EXPECT_FALSE(workshop.Run.Outcome.ManagerInstalled);
-    EXPECT_TRUE(workshop.Windows.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf")) << "a run ended before it was written";
+    shop.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified += std::chrono::hours(1);
+    shop.Tree.Erase(L"C:\\Vantor\\mam_man.fdf");
+    ASSERT_TRUE(shop.Install());
+    EXPECT_FALSE(shop.Program().Outcome.ManagerInstalled);
+    EXPECT_TRUE(shop.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf")) << "a run ended before it was written";
 }
 
 TEST(Companions, UserMayGoOnWithoutAProgramThatFailed) {
-    Workshop workshop;
-    workshop.Windows.Tree.PutFile(LinkSetup);
-    workshop.Windows.MessageBoxes.Answers = {boxes::AnswerYes};
-    EXPECT_TRUE(workshop.Install());
-    EXPECT_EQ(workshop.Windows.MessageBoxes.Shown,
-              (std::vector<ShownBox>{{L"message 90message 91", 308, L"message 34"}}));
+    DiscWorkshop shop;
+    shop.Tree.PutFile(LinkSetup);
+    shop.MessageBoxes.Answers = {boxes::AnswerYes};
+    EXPECT_TRUE(shop.Install());
+    EXPECT_EQ(shop.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 90message 91", 308, L"message 34"}}));
 }
 
 }  // namespace

@@ -11,13 +11,7 @@ namespace {
 class MaintenanceScreenTest : public ScreensTest {
   protected:
     void Install(const std::wstring& pubNo, const std::wstring& pdfForm = L"0", const std::wstring& adjustFlag = L"0") {
-        InstalledRecord record;
-        record.Pub_No = pubNo;
-        record.INSPath = L"C:\\Manuals\\" + pubNo;
-        record.Pdf_flg = pdfForm;
-        record.Adjust_flg = adjustFlag;
-        record.INSDate = windows_.Clock.Now();
-        ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, record));
+        windows_.PutRow(pubNo, 1, L"C:\\Manuals\\" + pubNo, adjustFlag, pdfForm);
     }
     void Put(const std::wstring& path) { windows_.Tree.PutFile(L"C:\\Manuals\\" + path); }
 

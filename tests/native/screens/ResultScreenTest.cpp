@@ -83,7 +83,7 @@ TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {
 TEST_F(ResultScreenTest, AfterAFailureTheInstalledManualsStandOut) {
     AddManual(L"installed").DoneFlag = true;
     AddManual(L"failed").InstallState = InstallState::None;
-    program_.KeptTexts.Messages[L"M106"] = L"@ (installed)";
+    windows_.Tree.PutFile(Workshop::Messages, "[MESSAGE]\r\nM052=message 52\r\nM106=@ (installed)\r\n");
     Load();
     EXPECT_EQ(grid_.CellProperty(1, 1, L"BackColor"), GridValue(0xFFD5AA));
     EXPECT_EQ(grid_.GetText(6, 1), L"message 52 (installed)") << "also for who does not see the colour";
@@ -127,14 +127,14 @@ TEST_F(ResultScreenTest, TheShortcutIsOfferedOnceAndPointsToTheManager) {
     windows_.Shell.SpecialFolders[25] = L"C:\\Desktop";
     program_.Settings.ShortcutIconFlag = 1;
     EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "no manager program";
-    windows_.Tree.PutFile(L"C:\\Manager\\Manager.exe");
+    windows_.Tree.PutFile(L"C:\\Vantor\\Manager.exe");
     program_.Settings.ShortcutIconFlag = 0;
     EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "not wanted by the settings";
     program_.Settings.ShortcutIconFlag = 1;
     EXPECT_TRUE(MayOfferDesktopShortcut(program_));
     MakeDesktopShortcut(program_);
     EXPECT_EQ(windows_.Shell.Shortcuts.at(L"C:\\Desktop\\message 43.lnk").Text(L"TargetPath"),
-              L"C:\\Manager\\Manager.exe");
+              L"C:\\Vantor\\Manager.exe");
     EXPECT_FALSE(MayOfferDesktopShortcut(program_)) << "there is one now";
 }
 

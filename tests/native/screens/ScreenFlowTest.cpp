@@ -1,6 +1,5 @@
 #include "screens/ScreenFlow.h"
 
-#include "catalogue/modMDB.h"
 #include "tests/native/screens/ScreensTest.h"
 
 namespace mip {
@@ -33,29 +32,24 @@ TEST_F(ScreenFlowTest, TheResultButtonEndsTheProgramWhenNothingWasInstalled) {
 }
 
 TEST_F(ScreenFlowTest, TheResultButtonClearsUpAndOpensTheManuals) {
-    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    windows_.Tree.PutFile(L"C:\\Vantor\\UnZipTemp\\rest.html");
     windows_.Tree.PutFile(L"C:\\Manuals\\K1\\contents\\index.html");
-    InstalledRecord manual;
-    manual.Pub_No = L"K1";
-    manual.INSPath = L"C:\\Manuals\\K1";
-    manual.INSDate = windows_.Clock.Now();
-    ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, manual));
-    program_.Identity.FullAccessTrustee = program_.Identity.FolderTrustee = L"Users";
+    windows_.PutRow(L"K1", 1, L"C:\\Manuals\\K1");
     program_.Outcome.ManagerInstalled = true;
     bool servesMessages = false;
     windows_.Clock.OnYield = [&] { servesMessages = windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size() == 1; };
     flow_.CloseResult();
     EXPECT_TRUE(servesMessages) << "after the grant";
-    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp"));
     EXPECT_EQ(screens_.Shown, Names{"menu"});
 }
 
 TEST_F(ScreenFlowTest, AnUnreadableCatalogueIsSaidAndTheTemporaryFolderRemoved) {
-    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    windows_.Tree.PutFile(L"C:\\Vantor\\UnZipTemp\\rest.html");
     EXPECT_EQ(ExitCodeOf([this] { flow_.FailResult(); }), 4U);
     EXPECT_EQ(windows_.MessageBoxes.Shown,
               (std::vector<ShownBox>{{L"MDB READ ERROR", boxes::Exclamation, L"Manual Install Program"}}));
-    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp"));
 }
 
 TEST_F(ScreenFlowTest, AQuietRunEndsWithItsOwnExitCode) {
@@ -63,9 +57,9 @@ TEST_F(ScreenFlowTest, AQuietRunEndsWithItsOwnExitCode) {
     program_.Outcome.ManualsRecorded = 1;
     program_.Switches.VerySilent = true;
     flow_.ChooseScreens();
-    windows_.Tree.PutFile(L"C:\\Library\\UnZipTemp\\rest.html");
+    windows_.Tree.PutFile(L"C:\\Vantor\\UnZipTemp\\rest.html");
     EXPECT_EQ(ExitCodeOf([this] { flow_.ShowResult(); }), 5U);
-    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Library\\UnZipTemp"));
+    EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp"));
     program_.Switches.Remove = L"K9999MM";
     program_.CatalogDb = std::make_unique<clsMDB>(windows_.Platform);
     EXPECT_EQ(ExitCodeOf([this] { flow_.Begin(); }), 1U);

@@ -4,9 +4,8 @@
 
 #include <string>
 
-#include "app/Program.h"
 #include "platform/Security.h"
-#include "tests/native/fakes/CatalogueWindows.h"
+#include "tests/native/fakes/Workshop.h"
 
 namespace mip {
 
@@ -14,23 +13,14 @@ namespace mip {
 inline constexpr std::uint32_t ModifyMask = 0x001301BF;
 inline constexpr std::uint32_t AllMask = 0x001F01FF;
 
-/// A computer whose program has looked up the Users group at start-up.
+/// With drives of other kinds, and a second group.
 class SecurityTest : public testing::Test {
   protected:
     SecurityTest() {
-        SetTrustee(L"Users");
         windows_.Tree.AddDrive({.Name = L"F:", .FileSystem = L"FAT32"});
         windows_.Tree.AddDrive({.Name = L"\\\\server\\share"});
         windows_.AccountNames.Accounts[Administrators] = {L"Administrators", L"BUILTIN"};
         windows_.AccessControl.SystemMessages[errors::AccessDenied] = L"Access is denied.";
-    }
-
-    /// The name as the look-up's buffer holds it.
-    void SetTrustee(const std::wstring& name) {
-        std::wstring buffer(255, L' ');
-        buffer.replace(0, name.size() + 1, name + L'\0');
-        program_.Identity.FullAccessTrustee = buffer;
-        program_.Identity.FolderTrustee = buffer;
     }
 
     FakeAccessControl::List& ListOf(const std::wstring& path) { return windows_.AccessControl.ListOf(path); }
@@ -46,8 +36,8 @@ class SecurityTest : public testing::Test {
     const std::vector<ShownBox> OneAccessDeniedBox = {{L"Access is denied.", boxes::Ok, L"Manual Install Program"}};
     const Sid Users = FakeAccountNames::UsersSid();
     const Sid Administrators = FakeAccountNames::NtAuthoritySid({32, 544});
-    CatalogueWindows windows_;
-    Program program_{windows_.Platform};
+    StartedWorkshop windows_;
+    Program& program_ = windows_.Program();
 };
 
 }  // namespace mip

@@ -100,7 +100,7 @@ TEST_F(SecurityTest, ErrorTextsOfTheNetworkComeFromTheirLibrary) {
     system = {{5, L"system 5"}, {2099, L"system 2099"}, {2102, L"system 2102"}, {3000, std::wstring(L"cut\0off", 7)}};
     const auto text = [this](std::uint32_t code) { return GetApiErrorText(windows_.Platform, code); };
     EXPECT_EQ(text(2102), L"system 2102") << "no library";
-
+    windows_.AccessControl.LibraryMessages[L""] = std::exchange(system, {});
     auto& library = windows_.AccessControl.LibraryMessages[L"C:\\WINNT\\SYSTEM32\\NETMSG.DLL"];
     library = {{5, L"net 5"}, {2099, L"net 2099"}, {2100, L"net 2100"}, {2102, L"net 2102"}, {2999, L"net 2999"}};
     const std::pair<std::uint32_t, std::wstring> cases[] = {
@@ -135,7 +135,7 @@ TEST_F(ModifyAccess, GroupIsKnownByItsLocalNameOnly) {
     windows_.AccountNames.Accounts[Users] = {L"Utilisateurs", L"BUILTIN"};
     ListOf(Folder) = {{{0, ModifyMask, Users}, 3}};
     EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
-    SetTrustee(L"Utilisateurs");
+    program_.Identity.FullAccessTrustee = GetUsersGroupName(windows_.Platform);
     EXPECT_TRUE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
     program_.Identity = {};  // an account without a name is not the group that was not found
     ListOf(Folder) = {{{0, ModifyMask, FakeAccountNames::NtAuthoritySid({21, 7})}, 3}};
@@ -161,36 +161,25 @@ TEST(UsersName, IsTheWholeBufferOfTheLookUp) {
     }
 }
 
-class ThrowingNames : public FakeAccountNames {
-  public:
-    using FakeAccountNames::FakeAccountNames;
-    bool LookupSid(const Sid&, std::wstring&, std::uint32_t&, std::wstring&, std::uint32_t&) override {
-        throw PlatformError("LookupSid", L"", errors::AccessDenied);
-    }
-};
-
-TEST(UsersName, FailuresGiveNoNameAndSayWhatFailed) {
-    InMemoryWindows windows;
-    auto& accounts = windows.AccountNames.Accounts;
-    accounts[FakeAccountNames::UsersSid()].Name = std::wstring(255, L'n');
-    const auto fails = [](Platform& platform, const std::wstring& text) {
-        const UsersGroup group = ResolveUsersGroup(platform);
+TEST_F(SecurityTest, FailedLookUpsOfTheNameGiveNoneAndSayWhatFailed) {
+    auto& names = windows_.AccountNames;
+    names.Accounts[Users].Name = std::wstring(255, L'n');
+    const auto fails = [this](const std::wstring& text) {
+        const UsersGroup group = ResolveUsersGroup(program_.Platform);
         EXPECT_EQ(group.UsersGroupName, L"");
         EXPECT_EQ(group.UsersNameErrorText, text);
     };
-    fails(windows.Platform, L"Users name get return Error");
-    accounts.clear();
-    fails(windows.Platform, L"Users name get return Error");
-    windows.Faults.FailCall(1);
-    fails(windows.Platform, L"SID get program Error");
-
-    ThrowingNames names(windows.Faults);
-    const Platform& whole = windows.Platform;
-    Platform throwing{whole.Files,         whole.Folders,     whole.Volumes,  whole.FileVersions, whole.ProfileFiles,
-                      whole.Registry,      whole.Processes,   whole.Clock,    whole.Computer,     names,
-                      whole.AccessControl, whole.Shell,       whole.Browsers, whole.Archives,     whole.JetEngine,
-                      whole.SqliteEngine,  whole.MessageBoxes};
-    fails(throwing, L"Users name get program Error");
+    fails(L"Users name get return Error");
+    names.Accounts.clear();
+    fails(L"Users name get return Error");
+    windows_.Faults.FailCall(1);
+    fails(L"SID get program Error");
+    names.Throws = true;
+    fails(L"Users name get program Error");
+    for (const wchar_t* trapped :
+         {L"making the SID of the Users group: ", L"looking up the name of the Users group: "}) {
+        EXPECT_NE(program_.Log.Text().find(trapped), std::wstring::npos) << trapped;
+    }
 }
 
 }  // namespace

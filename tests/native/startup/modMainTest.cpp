@@ -6,7 +6,7 @@
 
 #include "app/modSysParameter.h"
 #include "screens/AgreementScreen.h"
-#include "tests/native/startup/Workshop.h"
+#include "tests/native/fakes/Workshop.h"
 
 namespace mip {
 namespace {
@@ -20,41 +20,38 @@ struct StartCase {
     std::optional<std::uint32_t> Exit = std::nullopt;  ///< set when the process ends without a screen
 };
 
-const std::wstring database = std::wstring(Library) + L"\\kvx3.mdb";
-
 /// Every way in which a start fails, in the order of the checks: each case leaves the later checks' faults in place.
 std::vector<StartCase> FailingStarts() {
-    const Arrange noDatabase = [](Workshop& shop) { shop.Windows.Tree.Erase(database); };
-    const Arrange managerRuns = [](Workshop& shop) { shop.Windows.Processes.Running = {L"a.exe", L"Manager.exe"}; };
-    const Arrange refused = [](Workshop& shop) { shop.Engine.Refuse = true; };
-    const Arrange readOnly = [](Workshop& shop) {
-        shop.Windows.Tree.Find(database)->Attributes = attributes::ReadOnly;
+    const Arrange managerRuns = [](auto& shop) { shop.Processes.Running = {L"a.exe", L"Manager.exe"}; };
+    const Arrange readOnly = [](auto& shop) { shop.Tree.Find(Workshop::MdbPath)->Attributes = attributes::ReadOnly; };
+    const Arrange refused = [=](auto& shop) {
+        readOnly(shop);
+        shop.Tree.Find(Workshop::MdbPath)->Bytes = "no catalogue";
     };
-    const Arrange both = [=](Workshop& shop) { managerRuns(shop), refused(shop), readOnly(shop); };
+    const Arrange both = [=](auto& shop) { managerRuns(shop), refused(shop); };
     return {
-        {"settings missing",
-         [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\SysParameter.ini"); },
-         L"System Parameter File None", 1},
-        {"number missing", [](Workshop& shop) { shop.PutSettings("ShortcutIcon=1", ""); }, L"No System Data", 1},
-        {"database missing", [=](Workshop& shop) { both(shop), noDatabase(shop); }, L"no database"},
-        {"manager running", both, L"manager running"},
+        {"settings missing", [](auto& shop) { shop.Tree.Erase(Workshop::SettingsFile); }, L"System Parameter File None",
+         1},
+        {"number missing", [](auto& shop) { shop.PutSettings("ShortcutIcon=0", ""); }, L"No System Data", 1},
+        {"database missing", [=](auto& shop) { both(shop), shop.Tree.Erase(Workshop::MdbPath); }, L"message 19"},
+        {"manager running", both, L"message 70"},
         {"lock file without process list",
-         [](Workshop& shop) {
-             shop.Windows.Processes.Running.reset();
+         [](auto& shop) {
+             shop.Processes.Running.reset();
              shop.PutSettings("kvx3.mdb", "mdbfile.mdb");
-             shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\mdbfile.mdb");
-             shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\ldbfile.ldb");
+             shop.Tree.PutFile(L"C:\\Vantor\\mdbfile.mdb");
+             shop.Tree.PutFile(L"C:\\Vantor\\ldbfile.ldb");
          },
-         L"manager running"},
+         L"message 70"},
         {"capital database name is its own lock file",
-         [](Workshop& shop) {
-             shop.Windows.Processes.Running.reset();
+         [](auto& shop) {
+             shop.Processes.Running.reset();
              shop.PutSettings("kvx3.mdb", "KVX3.MDB");
          },
-         L"manager running"},
-        {"database not opened", [=](Workshop& shop) { refused(shop), readOnly(shop); }, L"not opened"},
-        {"read-only", readOnly, L"read-only"},
-        {"unexpected error", [](Workshop& shop) { shop.Screens.Fail = true; }, L"Unexpected error: no window", 1},
+         L"message 70"},
+        {"database not opened", refused, L"message 20"},
+        {"read-only", readOnly, L"message 67"},
+        {"unexpected error", [](auto& shop) { shop.Run->Screens.Fail = true; }, L"Unexpected error: no window", 1},
     };
 }
 
@@ -63,42 +60,41 @@ TEST(StartUp, EachFailureIsShownAndEndsWithOne) {
         SCOPED_TRACE(given.Label);
         Workshop shop;
         given.Given(shop);
-        shop.Start();
-        EXPECT_EQ(shop.ExitCode, given.Exit);
-        EXPECT_EQ(shop.Program.Outcome.ExitCode, ExitCode::CouldNotStart);
-        EXPECT_EQ(*shop.Engine.OpenConnections, given.Text == L"read-only" ? 1 : 0);
+        shop.Run->Start();
+        EXPECT_EQ(shop.Run->ExitCode, given.Exit);
+        EXPECT_EQ(shop.Program().Outcome.ExitCode, ExitCode::CouldNotStart);
+        EXPECT_EQ(shop.OpenConnections(), given.Text == L"message 67" ? 1 : 0);
         const std::vector<ShownBox> boxes(given.Exit ? 1 : 0, {given.Text, 48, L"Manual Install Program"});
-        EXPECT_EQ(shop.Windows.MessageBoxes.Shown, boxes);
-        EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>(given.Exit ? 0 : 1, "result"));
-        EXPECT_EQ(shop.Program.Outcome.ResultMessage, given.Exit ? L"" : given.Text);
-        EXPECT_EQ(shop.Program.Outcome.ResultSubMessage, given.Exit ? L"" : L"stopped");
+        EXPECT_EQ(shop.MessageBoxes.Shown, boxes);
+        EXPECT_EQ(shop.Run->Screens.Shown, std::vector<std::string>(given.Exit ? 0 : 1, "result"));
+        EXPECT_EQ(shop.Program().Outcome.ResultMessage, given.Exit ? L"" : given.Text);
+        EXPECT_EQ(shop.Program().Outcome.ResultSubMessage, given.Exit ? L"" : L"message 24");
     }
 }
 
 TEST(StartUp, TextsStayWhenTheDiscIsTakenOut) {
     Workshop shop;
-    shop.Windows.Tree.PutFile(std::wstring(SysDir) + L"\\Licence_09.txt", "Terms");
-    shop.Start();
-    shop.Windows.Tree.Erase(SysDir);
-    EXPECT_EQ(GetMessageText(shop.Program, 24), L"stopped");
-    EXPECT_EQ(GetMessageText(shop.Program, 96), L"Bad switch: ");
-    EXPECT_EQ(LoadAgreementText(shop.Program), L"Terms\r\n");
+    shop.Tree.PutFile(L"D:\\programs\\setup\\SysDir\\Licence_09.txt", "Terms");
+    shop.Run->Start();
+    shop.Tree.Erase(L"D:\\programs");
+    EXPECT_EQ(GetMessageText(shop.Program(), 24), L"message 24");
+    EXPECT_EQ(GetMessageText(shop.Program(), 96), L"message 96");
+    EXPECT_EQ(LoadAgreementText(shop.Program()), L"Terms\r\n");
 }
 
 TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
     std::vector<StartCase> cases = FailingStarts();
-    cases.push_back({"no diagnostic program",
-                     [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe"); },
+    cases.push_back({"no diagnostic program", [](auto& shop) { shop.Tree.Erase(L"C:\\Vantor\\KVX3.exe"); },
                      L"diagnostic program is not installed", 3});
     for (const StartCase& given : cases) {
         SCOPED_TRACE(given.Label);
         Workshop shop;
         given.Given(shop);
-        shop.Start({L"/SILENT", L"/ACCEPT", L"/LOG=C:\\mip.log"});
-        EXPECT_EQ(shop.ExitCode, given.Exit.value_or(1));
-        EXPECT_TRUE(shop.Windows.MessageBoxes.Shown.empty());
-        EXPECT_TRUE(shop.Screens.Shown.empty());
-        EXPECT_TRUE(shop.Windows.Browsers.Started.empty());
+        shop.Run->Start({L"/SILENT", L"/ACCEPT", L"/LOG=C:\\mip.log"});
+        EXPECT_EQ(shop.Run->ExitCode, given.Exit.value_or(1));
+        EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
+        EXPECT_TRUE(shop.Run->Screens.Shown.empty());
+        EXPECT_TRUE(shop.Browsers.Started.empty());
         const std::string text(given.Text.begin(), given.Text.end());
         EXPECT_NE(shop.LogText().find("\tstart-up\t\t" + std::string(given.Exit == 3 ? "the " : "") + text),
                   std::string::npos)
@@ -108,10 +104,10 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
 
 TEST(StartUp, AnUnforeseenErrorAfterAQuietInstallationIsNoFailedStart) {
     Workshop shop;
-    shop.Screens.Fail = true;
-    shop.Program.Outcome.RunFinished = true;
-    shop.Start({L"/SILENT", L"/ACCEPT"});
-    EXPECT_EQ(shop.ExitCode, 4u);
+    shop.Run->Screens.Fail = true;
+    shop.Program().Outcome.RunFinished = true;
+    shop.Run->Start({L"/SILENT", L"/ACCEPT"});
+    EXPECT_EQ(shop.Run->ExitCode, 4u);
 }
 
 TEST(StartUp, ArgumentsChooseTheFirstScreen) {
@@ -128,38 +124,38 @@ TEST(StartUp, ArgumentsChooseTheFirstScreen) {
                  {{L"/VERYSILENT", L"/ACCEPT"}, {}, 4}};
     for (const auto& given : cases) {
         Workshop shop;
-        shop.Start(given.Arguments);
-        EXPECT_EQ(shop.Screens.Shown, given.Screens);
-        EXPECT_EQ(shop.ExitCode, given.Exit);
-        EXPECT_EQ(*shop.Engine.OpenConnections, given.Exit ? 0 : 1);
+        shop.Run->Start(given.Arguments);
+        EXPECT_EQ(shop.Run->Screens.Shown, given.Screens);
+        EXPECT_EQ(shop.Run->ExitCode, given.Exit);
+        EXPECT_EQ(shop.OpenConnections(), given.Exit ? 0 : 1);
     }
 }
 
 TEST(StartUp, BadSwitchIsNamedAndLoggedUnlessThisIsASecondInstance) {
     const Arrange nothing = [](Workshop&) {};
-    const Arrange wordless = [](Workshop& shop) { shop.Windows.Tree.Erase(std::wstring(SysDir) + L"\\M09.ini"); };
-    const Arrange second = [](Workshop& shop) { shop.Windows.Computer.PreviousInstance = true; };
+    const Arrange wordless = [](auto& shop) { shop.Tree.Erase(Workshop::Messages); };
+    const Arrange second = [](auto& shop) { shop.Computer.PreviousInstance = true; };
     const struct {
         Arrange Given;
         std::vector<std::wstring> Arguments;
         std::wstring Box;  ///< "" when none is shown
         std::string Log;
     } cases[] = {
-        {nothing, {L"/LOG=C:\\mip.log", L"/FASTER"}, L"Bad switch: /FASTER", "switch: /FASTER"},
+        {nothing, {L"/LOG=C:\\mip.log", L"/FASTER"}, L"message 96/FASTER", "message 96/FASTER"},
         {wordless, {L"/FASTER"}, L"Unknown or incomplete switch: /FASTER", ""},
-        {nothing, {L"/SILENT", L"/LOG=C:\\mip.log"}, L"", "switch: /SILENT"},
+        {nothing, {L"/SILENT", L"/LOG=C:\\mip.log"}, L"", "message 96/SILENT"},
         {nothing, {L"/LOG=D:\\mip.log"}, L"Log file cannot be written: D:\\mip.log", ""},
         {second, {L"/FASTER", L"/LOG=C:\\mip.log"}, L"", ""},
     };
     for (const auto& given : cases) {
         Workshop shop;
         given.Given(shop);
-        shop.Start(given.Arguments);
-        EXPECT_EQ(shop.ExitCode, 1u);
-        EXPECT_EQ(shop.Windows.Computer.PreviousInstanceShown, shop.Windows.Computer.PreviousInstance ? 1 : 0);
-        const auto& shown = shop.Windows.MessageBoxes.Shown;
+        shop.Run->Start(given.Arguments);
+        EXPECT_EQ(shop.Run->ExitCode, 1u);
+        EXPECT_EQ(shop.Computer.PreviousInstanceShown, shop.Computer.PreviousInstance ? 1 : 0);
+        const auto& shown = shop.MessageBoxes.Shown;
         EXPECT_EQ(shown.empty() ? L"" : shown.at(0).Text, given.Box);
-        EXPECT_EQ(shop.Windows.Tree.HasFile(L"C:\\mip.log"), !given.Log.empty());
+        EXPECT_EQ(shop.Tree.HasFile(L"C:\\mip.log"), !given.Log.empty());
         EXPECT_TRUE(given.Log.empty() || shop.LogText().find(given.Log) != std::string::npos) << given.Log;
     }
 }
@@ -172,22 +168,21 @@ TEST(StartUp, DiscRootIsThreeFoldersUp) {
         {L"\\\\server\\discs\\one\\programs\\setup", L"\\\\server\\discs\\", L"\\\\server\\discs\\"}};
     for (const auto& [folder, discRoot, second] : cases) {
         Workshop shop;
-        shop.Windows.Computer.Folder = folder;
-        shop.Windows.Tree.AddDrive({L"\\\\server\\discs"});
-        shop.Windows.Tree.PutFile(folder + L"\\SysDir\\SysParameter.ini",
-                                  shop.Windows.Tree.BytesOf(std::wstring(SysDir) + L"\\SysParameter.ini"));
-        shop.Start();
-        EXPECT_EQ(shop.Program.Paths.DiscRootPath, discRoot) << std::string(folder.begin(), folder.end());
-        EXPECT_EQ(shop.Program.Paths.SecondDiscBase, second);
+        shop.Computer.Folder = folder;
+        shop.Tree.AddDrive({L"\\\\server\\discs"});
+        shop.Tree.PutFile(folder + L"\\SysDir\\SysParameter.ini", shop.Tree.BytesOf(Workshop::SettingsFile));
+        shop.Run->Start();
+        EXPECT_EQ(shop.Program().Paths.DiscRootPath, discRoot) << std::string(folder.begin(), folder.end());
+        EXPECT_EQ(shop.Program().Paths.SecondDiscBase, second);
     }
 }
 
 TEST(StartUp, LearnsLanguageUserAndUsersGroup) {
     for (const bool isChosen : {false, true}) {
         Workshop shop;
-        shop.Windows.Computer.Language = L"0411";
-        shop.Start(isChosen ? std::vector<std::wstring>{L"/LANG=04s"} : std::vector<std::wstring>{});
-        const Identity& identity = shop.Program.Identity;
+        shop.Computer.Language = L"0411";
+        shop.Run->Start(isChosen ? std::vector<std::wstring>{L"/LANG=04s"} : std::vector<std::wstring>{});
+        const Identity& identity = shop.Program().Identity;
         EXPECT_EQ(identity.LanguageCode, isChosen ? L"04S" : L"11");
         EXPECT_EQ(identity.UserName, L"Mechanic");
         EXPECT_TRUE(identity.FolderTrustee.starts_with(std::wstring(L"Users\0", 6)));
@@ -199,51 +194,52 @@ TEST(StartUp, InterruptedUpgradeIsUndoneOnlyWithoutTheManager) {
     for (const bool managerRuns : {false, true}) {
         SCOPED_TRACE(managerRuns);
         Workshop shop;
-        const std::string rows = shop.Windows.Tree.BytesOf(database);
-        shop.Windows.Tree.PutFile(std::wstring(Library) + L"\\BACK_kvx3.mdb", rows);
-        shop.Windows.Tree.PutFile(std::wstring(database) + L".upgrade", "1");
-        shop.Windows.Tree.Erase(database);
+        const std::string rows = shop.Tree.BytesOf(Workshop::MdbPath);
+        shop.Tree.PutFile(L"C:\\Vantor\\BACK_kvx3.mdb", rows);
+        shop.Tree.PutFile(L"C:\\Vantor\\kvx3.mdb.upgrade", "1");
+        shop.Tree.Erase(Workshop::MdbPath);
         if (managerRuns) {
-            shop.Windows.Processes.Running = {L"Manager.exe"};
+            shop.Processes.Running = {L"Manager.exe"};
         }
-        shop.Start();
-        EXPECT_EQ(shop.Screens.Shown, std::vector<std::string>{managerRuns ? "result" : "menu"});
-        EXPECT_EQ(shop.Windows.Tree.HasFile(database), !managerRuns);
+        shop.Run->Start();
+        EXPECT_EQ(shop.Run->Screens.Shown, std::vector<std::string>{managerRuns ? "result" : "menu"});
+        EXPECT_EQ(shop.Tree.HasFile(Workshop::MdbPath), !managerRuns);
     }
 }
 
 TEST(StartPage, WithoutALocalFolderTheProgramEndsAsNotStarted) {
     Workshop shop;
-    shop.Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe");
-    shop.Windows.Tree.DriveOf(L"C:")->ReadOnly = true;
-    shop.Start();
-    EXPECT_EQ(shop.ExitCode, 1u);
-    EXPECT_TRUE(shop.Windows.Browsers.Started.empty());
+    shop.Tree.Erase(L"C:\\Vantor\\KVX3.exe");
+    shop.Tree.DriveOf(L"C:")->ReadOnly = true;
+    shop.Run->Start();
+    EXPECT_EQ(shop.Run->ExitCode, 1u);
+    EXPECT_TRUE(shop.Browsers.Started.empty());
 }
 
 TEST(EndOfProgram, TemporaryFolderGoesUnlessKept) {
-    const std::wstring folder = std::wstring(Library) + L"\\UnZipTemp";
+    const std::wstring folder = L"C:\\Vantor\\UnZipTemp";
     for (const bool isKept : {false, true}) {
         Workshop shop;
-        shop.Start();
-        shop.Windows.Tree.PutFile(folder + L"\\page.html");
-        shop.Program.Outcome.ExitCode = ExitCode::FailedPartWay;
-        EXPECT_THROW(EndProgram(shop.Program, isKept ? TemporaryFolder::Keep : TemporaryFolder::Remove), ProcessEnded);
-        EXPECT_EQ(*shop.Engine.OpenConnections, 0);
-        EXPECT_EQ(shop.Windows.Tree.HasFolder(folder), isKept);
+        shop.Run->Start();
+        shop.Tree.PutFile(folder + L"\\page.html");
+        shop.Program().Outcome.ExitCode = ExitCode::FailedPartWay;
+        EXPECT_THROW(EndProgram(shop.Program(), isKept ? TemporaryFolder::Keep : TemporaryFolder::Remove),
+                     ProcessEnded);
+        EXPECT_EQ(shop.OpenConnections(), 0);
+        EXPECT_EQ(shop.Tree.HasFolder(folder), isKept);
         const std::wstring batch = L"D:\\programs\\setup\\SysDir\\RmDir.bat \"" + folder + L"\"";
-        EXPECT_EQ(shop.Windows.Processes.StartedHidden, std::vector<std::wstring>(isKept ? 0 : 1, batch));
+        EXPECT_EQ(shop.Processes.StartedHidden, std::vector<std::wstring>(isKept ? 0 : 1, batch));
     }
 }
 
 void CheckFaultedStart(Workshop& shop, const std::map<std::wstring, std::string>& before) {
-    const bool ended = shop.ExitCode.has_value();
-    EXPECT_NE(ended, shop.Screens.Shown.size() == 1) << "a screen, or the end of the process";
+    const bool ended = shop.Run->ExitCode.has_value();
+    EXPECT_NE(ended, shop.Run->Screens.Shown.size() == 1) << "a screen, or the end of the process";
     if (ended) {
-        EXPECT_NE(shop.ExitCode, 0u);
-        EXPECT_EQ(*shop.Engine.OpenConnections, 0);
+        EXPECT_NE(shop.Run->ExitCode, 0u);
+        EXPECT_EQ(shop.OpenConnections(), 0);
     }
-    EXPECT_EQ(shop.Windows.Tree.Snapshot(Library), before) << "the library";
+    EXPECT_EQ(shop.Tree.Snapshot(Workshop::InstallDir), before) << "the library";
 }
 
 TEST(StartUp, SurvivesEveryFault) {
@@ -254,12 +250,12 @@ TEST(StartUp, SurvivesEveryFault) {
                 SCOPED_TRACE(calls);
                 Workshop shop;
                 if (bare) {
-                    shop.Windows.Tree.Erase(std::wstring(Library) + L"\\KVX3.exe");
+                    shop.Tree.Erase(L"C:\\Vantor\\KVX3.exe");
                 }
-                const auto before = shop.Windows.Tree.Snapshot(Library);
-                lasting ? shop.Windows.Faults.FailFrom(calls) : shop.Windows.Faults.FailCall(calls);
-                ASSERT_NO_THROW(shop.Start());
-                if (!shop.Windows.Faults.Hit()) {
+                const auto before = shop.Tree.Snapshot(Workshop::InstallDir);
+                lasting ? shop.Faults.FailFrom(calls) : shop.Faults.FailCall(calls);
+                ASSERT_NO_THROW(shop.Run->Start());
+                if (!shop.Faults.Hit()) {
                     break;
                 }
                 CheckFaultedStart(shop, before);

@@ -6,13 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "app/Program.h"
 #include "install/FolderQuestion.h"
 #include "install/InstallationView.h"
 #include "install/ProgressBars.h"
-#include "platform/sqlite/SqliteEngine.h"
-#include "tests/native/fakes/InMemoryWindows.h"
-#include "tests/native/fakes/TreeVfs.h"
+#include "tests/native/fakes/Workshop.h"
 
 namespace mip {
 
@@ -41,15 +38,10 @@ class RecordingView : public InstallationView, public FolderQuestion {
     std::function<std::optional<std::wstring>(const std::wstring& proposal)> OnAskForFolder;
 };
 
-/// A workshop computer with the diagnostic program and an empty catalogue, and a disc without manuals. Every message
-/// reads "message N".
-struct Workshop {
-    Workshop();
+/// With a manager program in the library and its setup on the disc, to which manuals are added.
+struct DiscWorkshop : StartedWorkshop {
+    DiscWorkshop();
 
-    InMemoryWindows Windows;
-    TreeVfs Vfs{Windows.Tree, Windows.Faults};
-    SqliteEngine Engine{Vfs.Name()};
-    Program Run{Windows.Platform};
     RecordingView View;
 
     using Pages = FakeArchives::Entries;
@@ -64,10 +56,6 @@ struct Workshop {
     void PutComparisonSet(const std::wstring& pubNo, int version);
     /// Installs an edition below C:\Manuals and records it.
     void PutInstalledManual(const std::wstring& pubNo, int version);
-    /// Records an edition in a folder.
-    void PutRow(const std::wstring& pubNo, int version, const std::wstring& folder);
-    /// Takes the place of a newly started program: the catalogue is opened anew, nothing else is remembered.
-    void OpenCatalogue(Program& program);
 
     bool Install();
     /// A newly started program from its start to its exit code, without a screen and without a question.
