@@ -70,6 +70,20 @@ std::wstring GetProfileValue(Platform& platform, const std::wstring& file, const
     return platform.Files.Exists(file) ? ReadValue(platform, file, section, key) : L"";
 }
 
+std::vector<std::wstring> GetProfileValues(Platform& platform, const std::wstring& file, const std::wstring& section,
+                                           const std::vector<std::wstring>& keys) {
+    try {
+        std::vector<std::wstring> values = platform.ProfileFiles.ReadStrings(section, keys, file, ProfileBufferSize);
+        for (std::wstring& value : values) {
+            value = CutAtNul(value);
+        }
+        return values;
+    } catch (const std::exception& error) {
+        platform.FaultLog.Trapped("reading " + ToUtf8(file), error);
+        return std::vector<std::wstring>(keys.size());
+    }
+}
+
 std::wstring GetSystemParameter(const Program& program, const std::wstring& key, const std::wstring& section) {
     return GetProfileValue(program.Platform, program.Paths.SysParameterPath, section, key);
 }

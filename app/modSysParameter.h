@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace mip {
 
@@ -15,6 +16,9 @@ inline constexpr wchar_t MessageSection[] = L"MESSAGE";
 /// One value of any initialisation file; "" when file, section or key is absent. At most 255 characters.
 std::wstring GetProfileValue(Platform& platform, const std::wstring& file, const std::wstring& section,
                              const std::wstring& key);
+/// The same for several keys of a section, read together.
+std::vector<std::wstring> GetProfileValues(Platform& platform, const std::wstring& file, const std::wstring& section,
+                                           const std::vector<std::wstring>& keys);
 /// One value of SysParameter.ini.
 std::wstring GetSystemParameter(const Program& program, const std::wstring& key, const std::wstring& section);
 /// One value of the language's message file, or of M09.ini when the language has no file. What cannot be read is taken

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "text/Checked.h"
 #include "text/DateText.h"
@@ -11,7 +12,7 @@ namespace {
 
 struct TextOf {
     std::wstring operator()(std::monostate) const { return {}; }
-    std::wstring operator()(const std::wstring& text) const { return text; }
+    std::wstring operator()(std::wstring&& text) const { return std::move(text); }
     std::wstring operator()(std::int64_t number) const { return std::to_wstring(number); }
     std::wstring operator()(DateTime date) const { return FormatDateTime(date); }
 
@@ -24,8 +25,8 @@ struct TextOf {
 
 }  // namespace
 
-std::wstring FieldText(const FieldValue& value) {
-    return std::visit(TextOf{}, value);
+std::wstring FieldText(FieldValue value) {
+    return std::visit(TextOf{}, std::move(value));
 }
 
 std::int16_t FieldInt16(const FieldValue& value) {

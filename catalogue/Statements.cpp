@@ -36,6 +36,14 @@ std::wstring FindInstalled(const std::wstring& pubNo) {
     return ReadAllInstalled + WherePubNo(pubNo);
 }
 
+std::wstring FindInstalledAmong(const std::vector<std::wstring>& pubNos) {
+    std::wstring list;
+    for (const std::wstring& pubNo : pubNos) {
+        list += (list.empty() ? L"" : L",") + QuoteSql(pubNo);
+    }
+    return std::wstring(ReadAllInstalled) + L" WHERE Pub_No IN (" + list + L") ORDER BY Pub_No";
+}
+
 std::wstring InstalledList() {
     return std::wstring(L"SELECT ") + ListColumns + L" FROM M_manage MM LEFT JOIN M_type MT ON MM.PUB_NO = MT.PUB_NO ";
 }

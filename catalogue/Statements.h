@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/InstalledRecord.h"
 
@@ -17,9 +18,12 @@ namespace mip::statements {
 inline constexpr wchar_t ReadAllInstalled[] = L"SELECT * FROM M_manage";
 inline constexpr wchar_t ReadSystem[] = L"SELECT * FROM M_system";
 inline constexpr wchar_t ReadModelOrder[] = L"SELECT * FROM M_order";
+inline constexpr wchar_t ReadForms[] = L"SELECT PUB_NO,PDF_FLG FROM M_type";
 inline constexpr wchar_t ReadLastInstallPath[] = L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC";
 
 std::wstring FindInstalled(const std::wstring& pubNo);
+/// Those of several publications that are there, by their number; at least one.
+std::wstring FindInstalledAmong(const std::vector<std::wstring>& pubNos);
 /// M_manage with the PDF_FLG that M_type has for each row.
 std::wstring InstalledList();
 

@@ -23,7 +23,7 @@ enum MdbSlot : std::int16_t {
     LookUpSlot = 1,         ///< one publication
     LastPathSlot = 2,       ///< the most recent installation
     SystemSlot = 3,         ///< the layout's version
-    InstalledListSlot = 4,  ///< the rows of M_manage with their forms
+    InstalledListSlot = 4,  ///< the rows of M_manage with their forms, or the forms alone
     ModelOrderSlot = 7,     ///< all rows of M_order
 };
 

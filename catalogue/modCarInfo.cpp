@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "app/Attempt.h"
@@ -14,6 +16,7 @@
 #include "app/modPdf.h"
 #include "app/modSysParameter.h"
 #include "catalogue/RecordFlags.h"
+#include "catalogue/Transaction.h"
 #include "catalogue/modMDB.h"
 #include "catalogue/modModelOrder.h"
 #include "platform/Files.h"
@@ -82,22 +85,27 @@ void CheckReadable(Platform& platform, const std::wstring& file) {
 
 /// Fills the file's nine values in; what the file lacks is empty. Throws DataError when it cannot be read.
 void ReadCatalogueFile(Platform& platform, const std::wstring& file, DiscCatalogueRecord& record) {
-    CheckReadable(platform, file);
-    const auto value = [&](const wchar_t* key) { return GetProfileValue(platform, file, CatalogueSection, key); };
-    record.Pub_No = value(L"Pub_No");
-    record.Version = value(L"Version");
-    record.Model_desc = value(L"Model_desc");
-    record.Model_ID = value(L"Model_ID");
-    record.Lang = value(L"Lang");
-    record.Ldup = value(L"Ldup");
-    record.Year = value(L"Year");
-    record.Kubun = value(L"Kubun");
-    record.Country = value(L"Country");
+    const std::pair<const wchar_t*, std::wstring&> fields[] = {
+        {L"Pub_No", record.Pub_No},     {L"Version", record.Version}, {L"Model_desc", record.Model_desc},
+        {L"Model_ID", record.Model_ID}, {L"Lang", record.Lang},       {L"Ldup", record.Ldup},
+        {L"Year", record.Year},         {L"Kubun", record.Kubun},     {L"Country", record.Country}};
+    std::vector<std::wstring> keys;
+    for (const auto& [key, value] : fields) {
+        keys.emplace_back(key);
+    }
+    std::vector<std::wstring> values = GetProfileValues(platform, file, CatalogueSection, keys);
+    bool isEmpty = true;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        isEmpty = isEmpty && values[index].empty();
+        fields[index].second = std::move(values[index]);
+    }
+    if (isEmpty) {
+        CheckReadable(platform, file);
+    }
 }
 
-/// Looks a publication up. Throws RecordError when the catalogue does not answer.
-Lookup FindEdition(Program& program, const std::wstring& pubNo) {
-    Lookup edition = FindInstalledRecord(program, pubNo);
+/// Throws RecordError when the catalogue has not answered a look-up.
+Lookup Answered(const Program& program, Lookup edition) {
     if (edition.Failed()) {
         throw RecordError(GetMessageText(program, messages::DatabaseNotOpened),
                           GetMessageText(program, messages::WhatNow));
@@ -176,7 +184,7 @@ void FillRecord(Program& program, const std::wstring& folderName, DiscCatalogueR
     if (!lengthError.empty()) {
         throw RecordError(LengthErrorCaption, lengthError);
     }
-    const Lookup edition = FindEdition(program, record.Pub_No);
+    const Lookup edition = Answered(program, FindInstalledRecord(program, record.Pub_No));
     LocateContent(program.Platform, program.Paths, folderName, record);
     record.InstallState = InstallState::Nothing;
     const Decision decision = Classify(program.Platform, record, edition);
@@ -218,6 +226,9 @@ void StopScan(Program& program, const std::wstring& folderName, const RecordErro
 bool ScanDiscCatalogue(Program& program) {
     program.DiscCatalogue.Clear();
     return Attempt(program.Log, "listing the disc's folders", [&] {
+        // For each look-up of its own the engine would lock the file and read it anew.
+        std::optional<Transaction> together;
+        (void)Attempt(program.Log, "beginning the scan's look-ups", [&] { together.emplace(*program.CatalogDb); });
         return std::ranges::all_of(ListManualFolders(program.Platform, program.Paths),
                                    [&](const std::wstring& folder) { return ReadCatalogueRecord(program, folder); });
     });
@@ -277,8 +288,7 @@ bool CheckFieldLength(const std::wstring& value, std::int16_t maximum, bool empt
 }
 
 bool IsSupersededPublication(Program& program, const std::wstring& pubNo) {
-    return std::ranges::any_of(LaterRevisionsOf(pubNo),
-                               [&](const std::wstring& later) { return FindEdition(program, later).Found(); });
+    return Answered(program, FindFirstInstalled(program, LaterRevisionsOf(pubNo))).Found();
 }
 
 }  // namespace mip

@@ -114,9 +114,8 @@ Lookup InstalledRows::TakeRow(MdbStatus status) const {
 InstalledRecord InstalledRows::ReadRow() const {
     InstalledRecord row = ReadColumns(*database_, slot_);
     if (form_ == FormSource::Files) {
-        row.InstalledPdfForm =
-            ManualPdfExists(program_->Platform, row.INSPath, row.Pub_No) ? ManualForm::Pdf : ManualForm::Archive;
-    } else {
+        row.InstalledPdfForm = FormByFiles(program_->Platform, row);
+    } else if (form_ == FormSource::TypeTable) {
         row.Pdf_flg = FieldText(database_->Pcls_MdbGetField(slot_, L"Pdf_flg", EmptyText));
     }
     return row;
@@ -124,6 +123,15 @@ InstalledRecord InstalledRows::ReadRow() const {
 
 Lookup FindInstalledRecord(Program& program, const std::wstring& pubNo) {
     return InstalledRows(program, *program.CatalogDb, LookUpSlot, statements::FindInstalled(pubNo),
+                         InstalledRows::FormSource::Files)
+        .Current();
+}
+
+Lookup FindFirstInstalled(Program& program, const std::vector<std::wstring>& pubNos) {
+    if (pubNos.empty()) {
+        return {MdbEnd, {}};
+    }
+    return InstalledRows(program, *program.CatalogDb, LookUpSlot, statements::FindInstalledAmong(pubNos),
                          InstalledRows::FormSource::Files)
         .Current();
 }
@@ -144,7 +152,11 @@ InstalledRows OpenInstalledList(Program& program, std::int16_t slot) {
 }
 
 InstalledRows ReadAllInstalled(Program& program, clsMDB& database, std::int16_t slot) {
-    return {program, database, slot, statements::ReadAllInstalled, InstalledRows::FormSource::Files};
+    return {program, database, slot, statements::ReadAllInstalled, InstalledRows::FormSource::None};
+}
+
+ManualForm FormByFiles(Platform& platform, const InstalledRecord& record) {
+    return ManualPdfExists(platform, record.INSPath, record.Pub_No) ? ManualForm::Pdf : ManualForm::Archive;
 }
 
 bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual, const std::wstring& installPath,

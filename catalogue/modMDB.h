@@ -9,6 +9,7 @@
 namespace mip {
 
 struct DiscCatalogueRecord;
+struct Platform;
 struct Program;
 enum class InstallState;
 
@@ -27,8 +28,8 @@ struct Lookup {
 /// also goes into Program::Installed.
 class InstalledRows {
   public:
-    /// What tells whether a manual is a PDF: its files on disk, or the row's column of M_type.
-    enum class FormSource { Files, TypeTable };
+    /// What tells whether a manual is a PDF: its files on disk, the row's column of M_type, or nothing.
+    enum class FormSource { Files, TypeTable, None };
 
     InstalledRows(Program& program, clsMDB& database, std::int16_t slot, const std::wstring& query, FormSource form);
 
@@ -59,12 +60,16 @@ class InstalledRows {
 
 /// Looks a publication up.
 [[nodiscard]] Lookup FindInstalledRecord(Program& program, const std::wstring& pubNo);
+/// The first of several publications, which are in order, that is installed.
+[[nodiscard]] Lookup FindFirstInstalled(Program& program, const std::vector<std::wstring>& pubNos);
 /// INSPath of the most recent installation, "" when nothing is installed or the catalogue does not answer.
 std::wstring GetLastInstallPath(clsMDB& database);
 /// The joined list of installed manuals.
 [[nodiscard]] InstalledRows OpenInstalledList(Program& program, std::int16_t slot);
-/// All rows of M_manage, by a gateway of the caller's.
+/// All rows of M_manage, by a gateway of the caller's; without the manuals' forms.
 [[nodiscard]] InstalledRows ReadAllInstalled(Program& program, clsMDB& database, std::int16_t slot);
+/// Whether an installed manual is a PDF, by its files on disk.
+ManualForm FormByFiles(Platform& platform, const InstalledRecord& record);
 
 /// Records a manual of the disc as installed in `installPath`, in one transaction: its old rows go, the new ones come.
 /// `dateChoice` New records InstallTime1, any other InstallTime2. False leaves the catalogue as it was.

@@ -4,12 +4,15 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "app/Attempt.h"
 #include "app/Program.h"
 #include "app/modFile.h"
 #include "app/modShell.h"
 #include "catalogue/DatabaseFiles.h"
+#include "catalogue/FieldValues.h"
+#include "catalogue/Statements.h"
 #include "catalogue/Transaction.h"
 #include "catalogue/UpgradeBackup.h"
 #include "catalogue/modMDB.h"
@@ -78,35 +81,44 @@ std::int16_t ReadCurrentDatabaseVersion(clsMDB* database) {
     return database != nullptr ? ReadDatabaseVersion(*database) : std::int16_t{-1};
 }
 
+/// By the publication number in capitals: the tables are joined without regard to case.
 using FormsByPubNo = std::map<std::wstring, std::wstring>;
 
 /// The form that M_type records for each manual; nothing when they could not be read to the end. A layout without that
 /// table has none; it refuses the query each time, a passing fault does not.
-std::optional<FormsByPubNo> ReadForms(Program& program) {
+std::optional<FormsByPubNo> ReadForms(clsMDB& database) {
     FormsByPubNo forms;
-    InstalledRows rows = OpenInstalledList(program, InstalledListSlot);
-    if (rows.Current().Failed()) {
-        rows = OpenInstalledList(program, InstalledListSlot);
+    MdbStatus status = database.Pcls_MdbCreate(InstalledListSlot, statements::ReadForms);
+    if (status == MdbError) {
+        status = database.Pcls_MdbCreate(InstalledListSlot, statements::ReadForms);
     }
-    if (rows.Current().Failed()) {
+    if (status == MdbError) {
         return forms;
     }
-    for (const InstalledRecord& row : rows) {
-        forms[row.Pub_No] = row.Pdf_flg;
+    const auto field = [&](const wchar_t* column) {
+        return FieldText(database.Pcls_MdbGetField(InstalledListSlot, column, std::wstring()));
+    };
+    for (; status == MdbOk; status = database.Pcls_MdbMoveNext(InstalledListSlot)) {
+        forms[ToUpper(field(L"PUB_NO"))] = field(L"PDF_FLG");
     }
-    return rows.ReachedEnd() ? std::optional(forms) : std::nullopt;
+    return status == MdbEnd ? std::optional(std::move(forms)) : std::nullopt;
 }
 
 /// Carries all rows over in one transaction. False when a row could not be read or inserted.
 bool CopyRows(Program& program, clsMDB& newDatabase) {
-    std::optional<FormsByPubNo> forms = ReadForms(program);
+    const std::optional<FormsByPubNo> forms = ReadForms(*program.CatalogDb);
     if (!forms) {
         return false;
     }
     Transaction transaction(newDatabase);
     InstalledRows rows = ReadAllInstalled(program, *program.CatalogDb, RecordsSlot);
     for (InstalledRecord row : rows) {
-        row.Pdf_flg = (*forms)[row.Pub_No];
+        const auto form = forms->find(ToUpper(row.Pub_No));
+        if (form != forms->end() && !form->second.empty()) {
+            row.Pdf_flg = form->second;
+        } else {
+            row.InstalledPdfForm = FormByFiles(program.Platform, row);
+        }
         if (!InsertInstalledRecord(newDatabase, row)) {
             return false;
         }
@@ -121,7 +133,7 @@ bool CopyRows(Program& program, clsMDB& newDatabase) {
 /// Makes the new database, with all rows, beside the one in use. False, or an exception, when that fails.
 bool FillNewDatabase(Program& program, const UpgradePaths& paths) {
     Platform& platform = program.Platform;
-    DeleteFileForced(platform, JournalOf(paths.NewDatabaseCopy));
+    DeleteFileAtOnce(platform, JournalOf(paths.NewDatabaseCopy));
     CopyFileReplacing(platform, paths.NewDatabaseSource, paths.NewDatabaseCopy);
     PauseSeconds(platform.Clock, 2);
     clsMDB newDatabase(platform);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace mip {
 
@@ -14,6 +15,9 @@ class ProfileFiles {
     /// `capacity` - 1 characters; "" for an absent file, section or key. `capacity` counts the terminating NUL.
     virtual std::wstring ReadString(const std::wstring& section, const std::wstring& key, const std::wstring& file,
                                     std::size_t capacity) = 0;
+    /// The same for several keys of a section in one reading of the file, in the order of the keys.
+    virtual std::vector<std::wstring> ReadStrings(const std::wstring& section, const std::vector<std::wstring>& keys,
+                                                  const std::wstring& file, std::size_t capacity) = 0;
 };
 
 }  // namespace mip

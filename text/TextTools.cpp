@@ -44,6 +44,15 @@ std::wstring Changed(std::wstring_view text, Change change) {
     return result;
 }
 
+/// Most texts are ASCII to their end, and the same in every encoding.
+template <typename Other, typename View>
+Other TakeAscii(View& text) {
+    const auto end = std::ranges::find_if(text, [](auto unit) { return unit < 0 || unit > 0x7F; });
+    Other taken(text.begin(), end);
+    text.remove_prefix(taken.size());
+    return taken;
+}
+
 }  // namespace
 
 std::wstring ReplaceAll(std::wstring_view text, std::wstring_view from, std::wstring_view to) {
@@ -90,7 +99,7 @@ std::wstring CutAtNul(const std::wstring& text) {
 }
 
 std::string ToUtf8(std::wstring_view text) {
-    std::string bytes;
+    std::string bytes = TakeAscii<std::string>(text);
     while (!text.empty()) {
         AppendUtf8(bytes, TakeCodePoint(text));
     }
@@ -98,7 +107,7 @@ std::string ToUtf8(std::wstring_view text) {
 }
 
 std::wstring FromUtf8(std::string_view bytes) {
-    std::wstring text;
+    std::wstring text = TakeAscii<std::wstring>(bytes);
     while (!bytes.empty()) {
         AppendCodePoint(text, TakeUtf8(bytes));
     }

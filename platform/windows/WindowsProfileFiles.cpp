@@ -1,10 +1,55 @@
 #include "platform/windows/WindowsProfileFiles.h"
 
+#include <algorithm>
+#include <string_view>
 #include <vector>
 
 #include <windows.h>
 
 namespace mip {
+
+namespace {
+
+constexpr std::size_t SectionSize = 32 * 1024;  // characters; what the profile services give at most in one call
+constexpr wchar_t Blanks[] = L" \t";
+
+/// The section's lines "key=value", each ended by a NUL, without its comments.
+std::wstring ReadSection(const std::wstring& section, const std::wstring& file) {
+    std::wstring lines(SectionSize, L'\0');
+    lines.resize(GetPrivateProfileSectionW(section.c_str(), lines.data(), SectionSize, file.c_str()));
+    return lines;
+}
+
+std::wstring_view Trimmed(std::wstring_view text) {
+    const std::size_t start = std::min(text.find_first_not_of(Blanks), text.size());
+    return text.substr(start, text.find_last_not_of(Blanks) + 1 - start);
+}
+
+std::wstring_view Unquoted(std::wstring_view value) {
+    const bool isQuoted =
+        value.size() > 1 && value.front() == value.back() && (value.front() == L'"' || value.front() == L'\'');
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+bool IsSameKey(std::wstring_view one, std::wstring_view other) {
+    return CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(), static_cast<int>(other.size()),
+                                TRUE) == CSTR_EQUAL;
+}
+
+/// The value of the first line with that key.
+std::wstring_view FindValue(std::wstring_view lines, std::wstring_view key) {
+    while (!lines.empty()) {
+        const std::wstring_view line = lines.substr(0, lines.find(L'\0'));
+        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+        const std::size_t equals = std::min(line.find(L'='), line.size());
+        if (IsSameKey(Trimmed(line.substr(0, equals)), key)) {
+            return Unquoted(Trimmed(line.substr(std::min(equals + 1, line.size()))));
+        }
+    }
+    return {};
+}
+
+}  // namespace
 
 std::wstring WindowsProfileFiles::ReadString(const std::wstring& section, const std::wstring& key,
                                              const std::wstring& file, std::size_t capacity) {
@@ -12,6 +57,19 @@ std::wstring WindowsProfileFiles::ReadString(const std::wstring& section, const 
     const DWORD length = GetPrivateProfileStringW(section.c_str(), key.c_str(), L"", buffer.data(),
                                                   static_cast<DWORD>(capacity), file.c_str());
     return std::wstring(buffer.data(), length);
+}
+
+std::vector<std::wstring> WindowsProfileFiles::ReadStrings(const std::wstring& section,
+                                                           const std::vector<std::wstring>& keys,
+                                                           const std::wstring& file, std::size_t capacity) {
+    const std::wstring lines = ReadSection(section, file);
+    const bool isWhole = lines.size() < SectionSize - 2;
+    std::vector<std::wstring> values;
+    for (const std::wstring& key : keys) {
+        values.push_back(isWhole ? std::wstring(FindValue(lines, key).substr(0, capacity - 1))
+                                 : ReadString(section, key, file, capacity));
+    }
+    return values;
 }
 
 }  // namespace mip

@@ -5,11 +5,14 @@ namespace {
 
 class ProfileContract : public ContractTest {
   protected:
-    /// The value of key "Key" in section "S" of a file with this content.
+    /// The value of key "Key" in section "S" of a file with this content, which is the same among several.
     std::wstring ValueIn(const std::string& content, std::size_t capacity = 256) {
         const std::wstring file = At(std::to_wstring(++count_) + L".ini");
         files_.Write(file, content);
-        return computer_.ProfileFiles.ReadString(L"S", L"Key", file, capacity);
+        const std::wstring value = computer_.ProfileFiles.ReadString(L"S", L"Key", file, capacity);
+        EXPECT_EQ((std::vector<std::wstring>{L"", value, value}),
+                  computer_.ProfileFiles.ReadStrings(L"S", {L"None", L"Key", L"kEY"}, file, capacity));
+        return value;
     }
 
     int count_ = 0;
@@ -43,6 +46,9 @@ TEST_F(ProfileContract, ValuesAreFoundAndCleaned) {
         {"[S]\r\nOther=1\r\n[T]\r\nKey=no\r\n", L""},
         {"Key=no\r\n", L""},
         {"[S]\r\nKeys=no\r\nMyKey=no\r\n", L""},
+        {"[S]\r\nKey\r\nKey=2\r\n", L""},
+        {"[S]\r\n ; Key=no\r\nOther\r\n\r\n  Key\t=\t'a'\t\r\n", L"a"},
+        {"[S]\r\nOther=1\r\n[S]\r\nKey=later\r\n", L"later"},
         {"", L""}};
     for (const auto& [content, value] : cases) {
         EXPECT_EQ(value, ValueIn(content)) << content;

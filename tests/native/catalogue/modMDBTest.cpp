@@ -28,6 +28,8 @@ constexpr wchar_t InsertOfDiscRecord[] =
 TEST(StatementsTest, TextsAreExactlyThese) {
     const std::pair<std::wstring, const wchar_t*> cases[] = {
         {statements::FindInstalled(L"K'10"), L"SELECT * FROM M_manage WHERE Pub_No = 'K''10'"},
+        {statements::FindInstalledAmong({L"K'1", L"K2"}),
+         L"SELECT * FROM M_manage WHERE Pub_No IN ('K''1','K2') ORDER BY Pub_No"},
         {statements::ReadLastInstallPath, L"SELECT INSPath FROM M_manage ORDER BY INSDate DESC"},
         {statements::InstalledList(),
          L"SELECT  MM.Pub_No AS Pub_No \r\n,Model_desc \r\n,Model_ID \r\n,Version \r\n,[Year] \r\n,Kubun \r\n,Country "

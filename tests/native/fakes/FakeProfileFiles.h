@@ -16,12 +16,20 @@ class FakeProfileFiles : public ProfileFiles, private OnTree {
 
     std::wstring ReadString(const std::wstring& section, const std::wstring& key, const std::wstring& file,
                             std::size_t capacity) override {
-        if (faults_.Fails("ProfileFiles.ReadString") || !tree_.HasFile(file) || capacity == 0) {
+        if (faults_.Fails("ProfileFiles.ReadString") || !tree_.HasFile(file) || tree_.IsDenied(file) || capacity == 0) {
             return L"";
         }
         const std::string bytes = tree_.BytesOf(file);
         const std::wstring text = IsUtf16Profile(bytes) ? Utf16ProfileText(bytes) : computer_.FromSystemCodePage(bytes);
         return ProfileValue(text, section, key).substr(0, capacity - 1);
+    }
+    std::vector<std::wstring> ReadStrings(const std::wstring& section, const std::vector<std::wstring>& keys,
+                                          const std::wstring& file, std::size_t capacity) override {
+        std::vector<std::wstring> values;
+        for (const std::wstring& key : keys) {
+            values.push_back(ReadString(section, key, file, capacity));
+        }
+        return values;
     }
 
   private:
