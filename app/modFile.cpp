@@ -152,6 +152,12 @@ void DeleteFileForced(Platform& platform, const std::wstring& file) {
     }
 }
 
+void DeleteFileAtOnce(Platform& platform, const std::wstring& file) {
+    if (platform.Files.Exists(file) && CodeOf([&] { platform.Files.Remove(file); }) != 0) {
+        DeleteFileForced(platform, file);
+    }
+}
+
 bool IsFileOutdated(Platform& platform, const std::wstring& first, const std::wstring& second) {
     return !platform.Files.Exists(second) ||
            platform.Files.Status(first).Modified < platform.Files.Status(second).Modified;

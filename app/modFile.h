@@ -38,6 +38,8 @@ void CopyFileReplacing(Platform& platform, const std::wstring& source, const std
 void CopyOverExisting(Platform& platform, const std::wstring& source, const std::wstring& destination);
 /// Deletes a file, a read-only one included; absence is no error. Throws PlatformError.
 void DeleteFileForced(Platform& platform, const std::wstring& file);
+/// The same at once: attributes are cleared, with the wait for that, only where they stand in the way.
+void DeleteFileAtOnce(Platform& platform, const std::wstring& file);
 /// True when `second` does not exist or is newer than `first`. Throws PlatformError when `first` cannot be asked.
 bool IsFileOutdated(Platform& platform, const std::wstring& first, const std::wstring& second);
 /// False for a read-only file and when it cannot be asked.

@@ -9,7 +9,7 @@ namespace mip {
 namespace {
 
 bool IsDeleted(Platform& platform, const std::wstring& file) {
-    (void)Attempt(platform.FaultLog, "deleting a file of the upgrade", [&] { DeleteFileForced(platform, file); });
+    (void)Attempt(platform.FaultLog, "deleting a file of the upgrade", [&] { DeleteFileAtOnce(platform, file); });
     return !platform.Files.Exists(file);
 }
 

@@ -49,7 +49,7 @@ std::optional<FileTime> TimeOf(Platform& platform, const std::wstring& file) {
 
 /// An earlier run's log is in the way, but no more: the time tells it from this run's.
 void TryToDelete(Platform& platform, const std::wstring& file) {
-    (void)Attempt(platform.FaultLog, "deleting a setup's log", [&] { DeleteFileForced(platform, file); });
+    (void)Attempt(platform.FaultLog, "deleting a setup's log", [&] { DeleteFileAtOnce(platform, file); });
 }
 
 /// Reads the paths again, as the setup may have moved them.

@@ -93,6 +93,12 @@ TEST_F(FileHelpers, ForcedDeletionTakesReadOnlyFiles) {
     EXPECT_FALSE(tree.HasFile(L"C:\\file.txt"));
     EXPECT_NO_THROW(DeleteFileForced(platform, L"C:\\file.txt"));
     EXPECT_EQ(Sleeps(), 1u);
+    for (const auto& [bits, sleeps] : {std::pair(attributes::Archive, 1u), std::pair(attributes::ReadOnly, 2u)}) {
+        tree.PutFile(L"C:\\file.txt", "old", bits);
+        DeleteFileAtOnce(platform, L"C:\\file.txt");
+        EXPECT_FALSE(tree.HasFile(L"C:\\file.txt"));
+        EXPECT_EQ(Sleeps(), sleeps) << bits;
+    }
 }
 
 TEST_F(FileHelpers, ClearedFolderIsEmptyAndThere) {
