@@ -15,9 +15,15 @@ class ProfileFiles {
     /// `capacity` - 1 characters; "" for an absent file, section or key. `capacity` counts the terminating NUL.
     virtual std::wstring ReadString(const std::wstring& section, const std::wstring& key, const std::wstring& file,
                                     std::size_t capacity) = 0;
-    /// The same for several keys of a section in one reading of the file, in the order of the keys.
+    /// The same for several keys of a section, in their order; in one reading of the file where that can be done.
     virtual std::vector<std::wstring> ReadStrings(const std::wstring& section, const std::vector<std::wstring>& keys,
-                                                  const std::wstring& file, std::size_t capacity) = 0;
+                                                  const std::wstring& file, std::size_t capacity) {
+        std::vector<std::wstring> values;
+        for (const std::wstring& key : keys) {
+            values.push_back(ReadString(section, key, file, capacity));
+        }
+        return values;
+    }
 };
 
 }  // namespace mip

@@ -40,11 +40,14 @@ std::wstring ProfileValue(std::wstring_view text, std::wstring_view section, std
     bool inSection = false;
     for (const std::wstring& each : SplitLines(text)) {
         const std::wstring_view line = Trim(each);
-        const std::size_t equals = line.find(L'=');
+        const std::size_t equals = std::min(line.find(L'='), line.size());
         if (line.starts_with(L'[')) {
+            if (inSection) {
+                break;  // only the first section of a name is read
+            }
             inSection = ToUpper(SectionName(line)) == wantedSection;
-        } else if (inSection && equals != line.npos && ToUpper(Trim(line.substr(0, equals))) == wantedKey) {
-            return std::wstring(WithoutQuotes(Trim(line.substr(equals + 1))));
+        } else if (inSection && ToUpper(Trim(line.substr(0, equals))) == wantedKey) {
+            return std::wstring(WithoutQuotes(Trim(line.substr(std::min(equals + 1, line.size())))));
         }
     }
     return {};

@@ -48,7 +48,7 @@ TEST_F(ProfileContract, ValuesAreFoundAndCleaned) {
         {"[S]\r\nKeys=no\r\nMyKey=no\r\n", L""},
         {"[S]\r\nKey\r\nKey=2\r\n", L""},
         {"[S]\r\n ; Key=no\r\nOther\r\n\r\n  Key\t=\t'a'\t\r\n", L"a"},
-        {"[S]\r\nOther=1\r\n[S]\r\nKey=later\r\n", L"later"},
+        {"[S]\r\nOther=1\r\n[S]\r\nKey=no\r\n", L""},
         {"", L""}};
     for (const auto& [content, value] : cases) {
         EXPECT_EQ(value, ValueIn(content)) << content;

@@ -23,14 +23,6 @@ class FakeProfileFiles : public ProfileFiles, private OnTree {
         const std::wstring text = IsUtf16Profile(bytes) ? Utf16ProfileText(bytes) : computer_.FromSystemCodePage(bytes);
         return ProfileValue(text, section, key).substr(0, capacity - 1);
     }
-    std::vector<std::wstring> ReadStrings(const std::wstring& section, const std::vector<std::wstring>& keys,
-                                          const std::wstring& file, std::size_t capacity) override {
-        std::vector<std::wstring> values;
-        for (const std::wstring& key : keys) {
-            values.push_back(ReadString(section, key, file, capacity));
-        }
-        return values;
-    }
 
   private:
     FakeComputer& computer_;
