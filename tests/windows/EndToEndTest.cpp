@@ -11,6 +11,7 @@
 #include <oleacc.h>
 
 #include "forms/ControlIds.h"
+#include "platform/sqlite/SqliteEngine.h"
 #include "tools/screenshots/WorkshopUser.h"
 
 namespace mip {
@@ -107,6 +108,19 @@ TEST(EndToEnd, ASilentRunInstallsTheSameAndASecondOneFindsNothingToDo) {
     EXPECT_EQ(run(), 0U);
     EXPECT_TRUE(FilesBelow(Manuals) == manuals);
     EXPECT_TRUE(FilesBelow(ManagerFolder) == others) << "the catalogue, the manager, the stamp";
+}
+
+TEST(EndToEnd, AWholeRunNeedsTheKeyboardAloneOrTheMouseAlone) {
+    KeepOnDiscAlone({L"Diagnosis2023_PDF"});
+    for (const Input input : {Input::Keyboard, Input::Mouse}) {
+        SCOPED_TRACE(input == Input::Keyboard ? "keyboard" : "mouse");
+        SqliteEngine().Open(Catalogue)->Execute(L"DELETE FROM M_manage WHERE Pub_No='K8040PD'");
+        const WorkshopUser user(L"/LANG=09", input);
+        user.Agree();
+        EXPECT_EQ(user.WaitForResult(), 1);
+        EXPECT_EQ(user.Leave(), 0U);
+        EXPECT_TRUE(ReadCatalogue().contains(L"K8040PD"));
+    }
 }
 
 TEST(EndToEnd, RefusingTheTermsChangesNothing) {

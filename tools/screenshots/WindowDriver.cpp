@@ -10,6 +10,8 @@ namespace mip {
 namespace {
 
 constexpr wchar_t DialogClass[] = L"#32770";
+/// A hand is slower than the first moments of a screen, in which the system still passes the keyboard to it.
+constexpr DWORD HandDelay = 400;  // milliseconds
 /// The identifier of a message box's text.
 constexpr int MessageTextId = 0xFFFF;
 
@@ -41,9 +43,51 @@ std::vector<HWND> VisibleDialogs(DWORD processId) {
     return search.Found;
 }
 
+void SendKey(WORD key, WORD held = 0) {
+    const auto send = [](WORD code, DWORD flags) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = code;
+        input.ki.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+    };
+    if (held != 0) {
+        send(held, 0);
+    }
+    send(key, 0);
+    send(key, KEYEVENTF_KEYUP);
+    if (held != 0) {
+        send(held, KEYEVENTF_KEYUP);
+    }
+}
+
+void Click(POINT place) {
+    SetCursorPos(place.x, place.y);
+    for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+    }
+}
+
+RECT AreaOf(HWND window) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    return area;
+}
+
+/// The control of a screen that the keyboard is with; null while another one has it.
+HWND FocusOf(HWND screen) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(screen, nullptr), &info);
+    return GetForegroundWindow() == screen ? info.hwndFocus : nullptr;
+}
+
 }  // namespace
 
-WindowDriver::WindowDriver(const std::wstring& commandLine) {
+WindowDriver::WindowDriver(const std::wstring& commandLine, Input input) : input_(input) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
@@ -139,7 +183,38 @@ void WindowDriver::Press(HWND screen, int button) const {
         const HWND control = GetDlgItem(screen, button);
         return control != nullptr && IsWindowVisible(control) != 0 && IsWindowEnabled(control) != 0;
     });
-    PostMessageW(GetDlgItem(screen, button), BM_CLICK, 0, 0);
+    const HWND control = GetDlgItem(screen, button);
+    if (input_ != Input::Messages) {
+        Sleep(HandDelay);
+    }
+    if (input_ == Input::Keyboard) {
+        return PressByKeyboard(screen, control);
+    }
+    if (input_ == Input::Mouse) {
+        const RECT area = AreaOf(control);
+        const POINT middle{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+        WaitUntil("a control to lie open", [&] { return WindowFromPoint(middle) == control; });
+        return Click(middle);
+    }
+    PostMessageW(control, BM_CLICK, 0, 0);
+}
+
+/// Walks to the control with Tab, again where a key came too early for a screen.
+void WindowDriver::PressByKeyboard(HWND screen, HWND control) const {
+    constexpr std::chrono::milliseconds KeyLost{500};
+    HWND last = nullptr;
+    auto sent = std::chrono::steady_clock::now();
+    WaitUntil("the keyboard to come to control " + std::to_string(GetDlgCtrlID(control)), [&] {
+        const HWND focus = FocusOf(screen);
+        const auto now = std::chrono::steady_clock::now();
+        if (focus != nullptr && focus != control && (focus != last || now - sent > KeyLost)) {
+            last = focus;
+            sent = now;
+            SendKey(VK_TAB);
+        }
+        return focus == control;
+    });
+    SendKey(VK_SPACE);
 }
 
 void WindowDriver::Answer(HWND box, int button) const {
@@ -148,6 +223,15 @@ void WindowDriver::Answer(HWND box, int button) const {
 }
 
 void WindowDriver::CloseByTitleBar(HWND screen) const {
+    if (input_ == Input::Keyboard) {
+        return SendKey(VK_F4, VK_MENU);
+    }
+    if (input_ == Input::Mouse) {
+        const RECT area = AreaOf(screen);
+        const int button = GetSystemMetrics(SM_CYSIZE);
+        return Click({area.right - GetSystemMetrics(SM_CXFIXEDFRAME) - button / 2,
+                      area.top + GetSystemMetrics(SM_CYFIXEDFRAME) + button / 2});
+    }
     PostMessageW(screen, WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 

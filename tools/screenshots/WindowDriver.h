@@ -9,6 +9,10 @@
 
 namespace mip {
 
+/// What a user has in hand. Messages reach a control wherever it is; the others do as the device does: keys go to where
+/// the keyboard is, and a click to what lies under the pointer.
+enum class Input { Messages, Keyboard, Mouse };
+
 /// Uses the program as a user does, by its windows, from another process. A wait that is in vain throws
 /// std::runtime_error, which says what was waited for.
 class WindowDriver {
@@ -18,7 +22,7 @@ class WindowDriver {
     static constexpr std::chrono::seconds LongPatience{180};
 
     /// Starts the program.
-    explicit WindowDriver(const std::wstring& commandLine);
+    explicit WindowDriver(const std::wstring& commandLine, Input input = Input::Messages);
     WindowDriver(const WindowDriver&) = delete;
     WindowDriver& operator=(const WindowDriver&) = delete;
     /// Ends the program if it still runs.
@@ -51,6 +55,9 @@ class WindowDriver {
                    std::chrono::seconds patience = Patience) const;
 
   private:
+    void PressByKeyboard(HWND screen, HWND control) const;
+
+    Input input_;
     HANDLE process_ = nullptr;
     DWORD processId_ = 0;
 };

@@ -106,8 +106,8 @@ std::string RunOutside(const std::string& command) {
     return output;
 }
 
-WorkshopUser::WorkshopUser(const std::wstring& switches)
-    : WindowDriver(L"\"" + std::wstring(ProgramFile) + L"\" " + switches) {}
+WorkshopUser::WorkshopUser(const std::wstring& switches, Input input)
+    : WindowDriver(L"\"" + std::wstring(ProgramFile) + L"\" " + switches, input) {}
 
 void WorkshopUser::Agree() const {
     Press(WaitForScreen(ids::cmdStartInstall), ids::cmdStartInstall);

@@ -53,7 +53,7 @@ std::string RunOutside(const std::string& command);
 /// A user of the installed program's screens, from its start to its end.
 class WorkshopUser : public WindowDriver {
   public:
-    explicit WorkshopUser(const std::wstring& switches = L"/LANG=09");
+    explicit WorkshopUser(const std::wstring& switches = L"/LANG=09", Input input = Input::Messages);
 
     /// From the menu through the agreement to the progress screen.
     void Agree() const;
