@@ -108,7 +108,7 @@ int frmResult::Arrange(int left, int top, int width) {
     }
     bottom += Px(14);
     strip_ = Area(left, top, width, std::max(bottom - top, Px(68)));
-    Place(Item(ids::L_NormalMsg), left, top, width, Px(28));
+    Place(Item(ids::L_NormalMsg), left, top, width, strip_.bottom - strip_.top);
     if (!HasRows()) {
         return strip_.bottom;
     }

@@ -79,6 +79,7 @@ TEST_F(AutomationTest, BrowserIsDrivenByTheNamesOfItsObject) {
                     {L"get Browser.ReadyState()", {.Code = RPC_E_SERVERCALL_RETRYLATER}},
                     {L"get Browser.Busy()", {.Code = RPC_E_DISCONNECTED}},
                     {L"get Browser.ReadyState()", {.Code = RPC_E_DISCONNECTED}},
+                    {L"call Browser.Quit()", {}},
                     {L"create Browser", {.Code = E_ACCESSDENIED}}});
     const RegisteredClass internetExplorer(L"InternetExplorer.Application", script_, L"Browser");
     const auto browser = WindowsBrowsers().StartBrowser();
@@ -90,6 +91,7 @@ TEST_F(AutomationTest, BrowserIsDrivenByTheNamesOfItsObject) {
     EXPECT_NE(browser->ReadyState(), 4);
     EXPECT_THROW(browser->IsBusy(), PlatformError) << "it is gone";
     EXPECT_THROW(browser->ReadyState(), PlatformError);
+    browser->Quit();
     EXPECT_EQ(CodeOf([] { WindowsBrowsers().StartBrowser(); }), static_cast<std::uint32_t>(E_ACCESSDENIED));
 }
 
