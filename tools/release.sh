@@ -44,7 +44,7 @@ folder=$work/ManualInstall-$version
 mkdir -p "$folder/setup" "$folder/tools"
 cp "$windows/ManualInstall.exe" "$windows/NOTICES.txt" "$folder/setup/"
 cp -r "$root/disc/SysDir" "$folder/setup/"
-cp "$root/README.md" "$root/CHANGELOG.md" "$root/THIRD-PARTY.md" "$folder/"
+cp "$root/README.md" "$root/CHANGELOG.md" "$root/THIRD-PARTY.md" "$root/docs/publishing.md" "$folder/"
 for tool in mkdisc checkdisc mkcatalogue; do
     cp "$windows/tools/$tool/$tool.exe" "$folder/tools/"
 done
