@@ -178,12 +178,14 @@ TEST(Language, CodesOfIdentifiers) {
     };
     for (const auto& [identifier, code] : cases) {
         EXPECT_EQ(LanguageCodeOf(identifier), code);
+        EXPECT_EQ(ScreenFont(code), std::wstring_view(code) == L"11" ? L"MS Pゴシック" : L"Arial");
     }
     EXPECT_EQ(MakeLcid(MakeLangId(0, 1)), 0x0400u);
 }
 
 TEST(PublicationNumbers, HaveTheEditionAsFifthCharacter) {
     EXPECT_EQ(BaseEditionOf(L"K4713MM"), L"K4710MM");
+    EXPECT_EQ(BaseEditionOf(L"K4719MM"), L"K4710MM");
     EXPECT_EQ(BaseEditionOf(L"K4710MM"), L"");
     EXPECT_EQ(LaterRevisionsOf(L"K4717MM"), (std::vector<std::wstring>{L"K4718MM", L"K4719MM"}));
     for (const wchar_t* bad : {L"K471XMM", L"K471", L"", L"K471\uFF13MM"}) {

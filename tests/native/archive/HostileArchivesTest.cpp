@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/RunLog.h"
 #include "platform/PlatformError.h"
 #include "platform/archive/EmbeddedArchives.h"
 #include "tests/native/archive/ArchiveComputer.h"
@@ -205,8 +206,10 @@ TEST(ArchiveFaults, EveryFailingCallFailsTheExtraction) {
         InMemoryWindows windows;
         windows.Tree.PutFile(L"C:\\a.zip", SmallArchive());
         arm(windows.Faults);
-        const std::int32_t result = windows.Archives.SevenZip(L"x -aoa C:\\a.zip C:\\out", NoFaultLog::Instance());
+        RunLog log(windows.Platform);
+        const std::int32_t result = windows.Archives.SevenZip(L"x -aoa C:\\a.zip C:\\out", log);
         EXPECT_EQ(result == 0, !windows.Faults.Hit()) << windows.Faults.HitOperation();
+        EXPECT_EQ(result == 0, log.Text().find(L"extracting an archive") == std::wstring::npos);
         return windows.Faults.Hit();
     });
     EXPECT_GT(calls, 10u);

@@ -28,7 +28,7 @@ std::string MessagesText() {
 
 void RecordedScreens::Show(const char* name) {
     if (Fail) {
-        throw std::runtime_error("no window");
+        throw PlatformError("window", L"no window", errors::AccessDenied);
     }
     Shown.push_back(name);
 }

@@ -19,7 +19,9 @@ class RecordingView : public InstallationView, public FolderQuestion {
     void SetCaption(const std::wstring& caption) override { Caption = caption; }
     void SetStep(Step step, const std::wstring& caption, StepState state) override { Steps[step] = {caption, state}; }
     void SetBar(Bar bar, const BarState& state) override;
-    void SetManual(const std::wstring&, const std::wstring& position) override { Position = position; }
+    void SetManual(const std::wstring& name, const std::wstring& position) override {
+        Position = name.empty() ? position : name + L": " + position;
+    }
     void SetProgress(const RunProgress& progress) override { Progress = progress; }
     void SetBusyPointer(bool busy) override { Busy = busy; }
     void Repaint() override {}

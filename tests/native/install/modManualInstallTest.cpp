@@ -86,7 +86,8 @@ TEST(Installation, StepsAndBarsShowTheWork) {
                                                                   {L"message 16", StepState::Running},
                                                                   {L"message 17", StepState::Done}}));
     EXPECT_EQ(shop.View.Steps[Step::Programs].first, L"message 11");
-    EXPECT_EQ(positions, (std::set<std::wstring>{L"", L"message 102 1/2", L"message 102 2/2"}));
+    EXPECT_EQ(positions,
+              (std::set<std::wstring>{L"", L"Aria  AAAA1MM: message 102 1/2", L"Aria  BBBB1MM: message 102 2/2"}));
     EXPECT_EQ(shop.View.Progress, (RunProgress{1, false, false}));
     const auto& copy = shop.View.ShownBars[Bar::Copy];
     EXPECT_EQ(copy.front(), (BarState{0, 8, 4, true, true})) << "the first half stands for the extraction";

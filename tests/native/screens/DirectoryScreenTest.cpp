@@ -67,12 +67,14 @@ TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
 }
 
 TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumberAndTheChosenFolderIsNormalised) {
-    windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini", "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\n");
+    windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini",
+                          "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\nM006=go\r\nM031=other\r\nM032=stop\r\n");
     program_.Installation.NoFolderCount = 12;
     const DirectoryTexts texts = LoadDirectoryScreen(program_, Manual());
     EXPECT_EQ(texts.Name, L"Talis (Ver.3)");
     EXPECT_EQ(texts.Instructions[0], L"12 of 12");
     EXPECT_EQ(texts.Frame, L"  Folder  ");
+    EXPECT_EQ(texts.Ok + texts.Change + texts.Cancel, L"gootherstop");
     EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L""), L"C:\\Manuals") << "a cancelled choice";
     EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L"E:\\"), L"E:");
 }

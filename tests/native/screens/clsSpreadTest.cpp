@@ -30,8 +30,12 @@ class SpreadTest : public testing::Test {
         }
         return texts;
     }
+    struct CountedFaults : FaultLog {
+        void Trapped(std::string_view, const std::exception&) override { ++Count; }
+        int Count = 0;
+    } faults_;
     GridModel grid_{3, 3};
-    clsSpread spread_{NoFaultLog::Instance()};
+    clsSpread spread_{faults_};
     std::int16_t handle_ = spread_.SpdIni(grid_);
 };
 
@@ -39,6 +43,7 @@ TEST_F(SpreadTest, HandlesCountFromOneAndAFreedOneIsReused) {
     GridModel second(1, 1);
     GridModel third(1, 1);
     EXPECT_EQ(grid_.GetProperty(L"OperationMode"), GridValue(2)) << "read-only by rows";
+    EXPECT_EQ(faults_.Count, 0) << "it knows all that it is set to";
     EXPECT_EQ(handle_, 1);
     EXPECT_EQ(spread_.SpdIni(second), 2);
     spread_.SpdRelease(1);
@@ -96,6 +101,14 @@ TEST_F(SpreadTest, UnknownHandlesAndWhatTheGridRejectsDoNothing) {
         });
     }
     EXPECT_EQ(Texts(grid_), L"a|b|c/a|b|c/a|b|c");
+}
+
+TEST_F(SpreadTest, ADropDownListShowsItsFirstItemAndIsDrawnOnce) {
+    int drawn = 0;
+    grid_.OnChange([&drawn] { ++drawn; });
+    spread_.SpdCmboSet(handle_, 2, L"one\ttwo");
+    EXPECT_EQ(drawn, 1);
+    EXPECT_EQ(spread_.SpdItemGet(handle_, 1, 2), L"one");
 }
 
 TEST(GridModelTest, RejectsWhatItDoesNotKnow) {

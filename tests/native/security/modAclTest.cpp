@@ -25,6 +25,8 @@ TEST(AccessRights, MasksBecomeLettersAndCountAsGrantOrNot) {
         {"write", 0, 0x00120116, L"W", L"0"},
         {"execute", 0, 0x001200A0, L"X", L"0"},
         {"delete alone", 0, 0x00010000, L"D", L"0"},
+        {"write DAC alone", 0, 0x00040000, L"P", L"0"},
+        {"write owner alone", 0, 0x00080000, L"O", L"0"},
         {"read and execute", 0, 0x001200A9, L"RX", L"0"},
         {"modify", 0, ModifyMask, L"RWXD", L"1"},
         {"modify without delete", 0, ModifyMask & ~0x00010000U, L"RWX", L"0"},
@@ -91,6 +93,7 @@ TEST_F(SecurityTest, EmptyTrusteeFailsWithABoxForOneObjectAndSilentlyForAFolder)
     program_.Identity = {};
     EXPECT_FALSE(GrantModifyToUsers(program_.Platform, program_.Identity, Folder));
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
+    EXPECT_NE(program_.Log.Text().find(L"opening a manual folder to users"), std::wstring::npos);
     EXPECT_FALSE(GrantFullAccess(program_.Platform, program_.Identity, Folder));
     EXPECT_EQ(windows_.MessageBoxes.Shown.at(0).Text, L"No mapping was done.");
 }

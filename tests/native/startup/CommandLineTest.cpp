@@ -40,6 +40,8 @@ TEST(CommandLine, RefusesWhatItCannotFollowAndStillTellsWhereToLog) {
                                            {L"/SILENT /ACCEPT", L""},
                                            {L"/SILENT /CHECK", L""},
                                            {L"/? /SILENT", L""},
+                                           {L"/LANG=0AZ", L""},
+                                           {L"/LANG=9az", L""},
                                            {L"/DIR=\\\\server\\manuals", L""},
                                            {L"/REMOVE=A1 /CHECK", L"/REMOVE=A1"}}) {
         EXPECT_EQ(badSwitchOf(commandLine), bad);

@@ -7,6 +7,7 @@
 #include "app/modSysParameter.h"
 #include "screens/AgreementScreen.h"
 #include "tests/native/fakes/Workshop.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -51,7 +52,8 @@ std::vector<StartCase> FailingStarts() {
          L"message 70"},
         {"database not opened", refused, L"message 20"},
         {"read-only", readOnly, L"message 67"},
-        {"unexpected error", [](auto& shop) { shop.Run->Screens.Fail = true; }, L"Unexpected error: no window", 1},
+        {"unexpected error", [](auto& shop) { shop.Run->Screens.Fail = true; },
+         L"Unexpected error: window failed with code 5\r\nno window", 1},
     };
 }
 
@@ -95,7 +97,7 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
         EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
         EXPECT_TRUE(shop.Run->Screens.Shown.empty());
         EXPECT_TRUE(shop.Browsers.Started.empty());
-        const std::string text(given.Text.begin(), given.Text.end());
+        const std::string text = ToUtf8(ReplaceAll(given.Text, L"\r\n", L"  "));
         EXPECT_NE(shop.LogText().find("\tstart-up\t\t" + std::string(given.Exit == 3 ? "the " : "") + text),
                   std::string::npos)
             << shop.LogText();
