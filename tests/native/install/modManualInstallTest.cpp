@@ -88,6 +88,7 @@ TEST(Installation, StepsAndBarsShowTheWork) {
     EXPECT_EQ(shop.View.Steps[Step::Programs].first, L"message 11");
     EXPECT_EQ(positions,
               (std::set<std::wstring>{L"", L"Aria  AAAA1MM: message 102 1/2", L"Aria  BBBB1MM: message 102 2/2"}));
+    EXPECT_EQ(shop.View.Position, L"") << "at the end";
     EXPECT_EQ(shop.View.Progress, (RunProgress{1, false, false}));
     const auto& copy = shop.View.ShownBars[Bar::Copy];
     EXPECT_EQ(copy.front(), (BarState{0, 8, 4, true, true})) << "the first half stands for the extraction";

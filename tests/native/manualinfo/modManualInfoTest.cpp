@@ -39,6 +39,7 @@ TEST_F(ManualInfo, WithoutALocalFileTheDiscsIsTakenAndFailuresAreSaid) {
     const auto box = [](const wchar_t* text) { return ShownBox{text, 0, L"Manual Install Program"}; };
     EXPECT_TRUE(CheckLocalManualInfo(program).value().MayOpen) << "nothing on the disc";
     EXPECT_EQ(windows.MessageBoxes.Shown, std::vector{box(L"Set Access Error = C:\\man_info\\man_info_do.ci")});
+    EXPECT_NE(program.Log.Text().find(L"copying the manual information"), std::wstring::npos);
     windows.Tree.PutFile(Disc, "anything");
     EXPECT_TRUE(CheckLocalManualInfo(program).value().MayOpen);
     EXPECT_EQ(windows.Tree.BytesOf(Local), "anything");

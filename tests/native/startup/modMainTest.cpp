@@ -97,6 +97,8 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
         EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
         EXPECT_TRUE(shop.Run->Screens.Shown.empty());
         EXPECT_TRUE(shop.Browsers.Started.empty());
+        EXPECT_NE(shop.LogText().find("\tend\t\texit code " + std::to_string(given.Exit.value_or(1))),
+                  std::string::npos);
         const std::string text = ToUtf8(ReplaceAll(given.Text, L"\r\n", L"  "));
         EXPECT_NE(shop.LogText().find("\tstart-up\t\t" + std::string(given.Exit == 3 ? "the " : "") + text),
                   std::string::npos)
