@@ -22,6 +22,7 @@ LOG = DRIVE / "install.log"
 LIBRARY = DRIVE / "Library"
 INSTALL = ["wine", r"D:\programs\setup\ManualInstall.exe", "/VERYSILENT", "/ACCEPT", r"/DIR=C:\Library",
            r"/LOG=C:\install.log"]
+OLD, NEW = 1, 2  # layouts of the catalogue
 
 
 # Starting things
@@ -156,8 +157,10 @@ def rows_sql(count):
     return "\n".join(lines + ["COMMIT;\n"])
 
 
-def make_catalogue(path, kind):
-    quietly(MKCATALOGUE, ROOT / f"samples/catalogue-{kind}.txt", path)
+def make_catalogue(path, layout):
+    description = path.with_suffix(".txt")
+    description.write_text(f"version {layout}\nmodel TLS\tTalis\t1\n")
+    quietly(MKCATALOGUE, description, path)
     return path
 
 
@@ -170,7 +173,7 @@ def measure_scan(rows, count, rounds):
             manual.mkdir(parents=True)
             (manual / "car_info.ci").write_text(car_info(number), newline="")
         (folder / "rows.sql").write_text(rows_sql(count))
-        quietly("sqlite3", "-bail", make_catalogue(computer / "kvx3.mdb", "new"), f".read {folder}/rows.sql")
+        quietly("sqlite3", "-bail", make_catalogue(computer / "kvx3.mdb", NEW), f".read {folder}/rows.sql")
         ours, bare = [], []
         for number in range(rounds):
             scan = tool("catalogue_files", "scan", windows_path(disc) + "\\", windows_path(computer))
@@ -183,23 +186,23 @@ def measure_scan(rows, count, rounds):
 def measure_upgrade(rows, count, rounds):
     with folder_on_drive() as folder:
         (folder / "rows.sql").write_text(rows_sql(count))
-        old = make_catalogue(folder / "old.mdb", "old")
+        old = make_catalogue(folder / "old.mdb", OLD)
         quietly("sqlite3", "-bail", old, f".read {folder}/rows.sql")
         ours, shell, pauses = [], [], 0
         for number in range(rounds):
             disc, computer = folder / f"disc{number}", folder / f"computer{number}"
             disc.mkdir()
             computer.mkdir()
-            make_catalogue(disc / "kvx3new.mdb", "new")
+            make_catalogue(disc / "kvx3new.mdb", NEW)
             shutil.copy(old, computer / "kvx3.mdb")
-            copy = make_catalogue(folder / f"shell{number}.mdb", "new")
+            copy = make_catalogue(folder / f"shell{number}.mdb", NEW)
             shell.append(seconds("sqlite3", "-bail", copy, f".read {folder}/rows.sql"))
             os.sync()
             upgrade = tool("catalogue_files", "upgrade", windows_path(disc) + "\\", windows_path(computer))
             ours.append(upgrade["upgrade"])
             pauses = upgrade["pauses"]
             carried = quietly("sqlite3", computer / "kvx3.mdb", "select count(*), MDB_Version from M_manage, M_system")
-            assert carried.strip() == f"{count}|2", carried
+            assert carried.strip() == f"{count}|{NEW}", carried
     rows.add(f"upgrade, {count} rows (+ {pauses:.0f} s of pauses)", ours, "the sqlite3 shell's inserts", shell, 2)
 
 
