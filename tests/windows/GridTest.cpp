@@ -77,10 +77,13 @@ TEST_F(GridTest, ShowsColoursAndPicturesOfCells) {
 }
 
 TEST_F(GridTest, FindsWhatIsTyped) {
-    for (const wchar_t letter : std::wstring(L"Row77")) {
-        SendMessageW(list_, WM_CHAR, letter, 1);
-    }
-    EXPECT_EQ(grid_.SelectedText(), L"row77\t77\r\n");
+    // The list asks so for what was typed up to now; more than a letter at a time would be judged by the clock.
+    LVFINDINFOW typed{};
+    typed.flags = LVFI_STRING | LVFI_PARTIAL;
+    typed.psz = L"Row77";
+    EXPECT_EQ(SendMessageW(list_, LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&typed)), 76);
+    SendMessageW(list_, WM_CHAR, L'R', 1);
+    EXPECT_EQ(grid_.SelectedText(), L"row2\t2\r\n") << "the next that begins so";
 }
 
 TEST_F(GridTest, ColumnsAreAsWideAsTheirTextsAndTheLastTakesTheRest) {
