@@ -202,9 +202,30 @@ std::string LogText(int message) {
     return {text.begin(), text.end()};
 }
 
+/// Installs what has a folder, and cancels at the first question for one.
+void ExpectCancelled(DWORD exitCode) {
+    const WorkshopUser user;
+    user.Agree();
+    user.WaitForResult([&](HWND directory) {
+        user.Press(directory, ids::B_Cancel);
+        user.Answer(user.WaitForDialogOver(directory), IDYES);
+    });
+    EXPECT_EQ(user.ResultTexts(), FailureTexts(25));
+    EXPECT_EQ(user.Leave(), exitCode);
+}
+
 // Each fault comes earlier in the run than the one before it, so that none need be mended.
-TEST(Failures, SilentlyEachEndsInTimeWithItsStatusAndTheLogSumsItUp) {
-    KeepOnDiscAlone({Halden});
+TEST(Failures, EachExitStatusIsReachedInTimeAndTheLogOfASilentRunSumsItUp) {
+    KeepOnDiscAlone({Brescot, Merivo, Halden});
+    fs::rename(std::wstring(L"D:\\") + Halden, L"C:\\Later");
+    ExpectCancelled(5);
+    ExpectDiscEdition(L"K3420MM", L"5", Brescot);
+    EXPECT_FALSE(ReadCatalogue().contains(L"K2310MM"));
+    ExpectCancelled(2);
+    EXPECT_EQ(WorkshopUser(L"/VERYSILENT /CHECK").WaitForEnd(), 0U);
+    fs::remove_all(std::wstring(L"D:\\") + Merivo);
+    fs::copy(L"C:\\Later", std::wstring(L"D:\\") + Halden, fs::copy_options::recursive);
+
     const std::tuple<std::wstring, std::string, DWORD, std::string> faults[] = {
         {std::wstring(L"D:\\") + Halden + L"\\install\\condense\\manual.zip", "no archive", 4, LogText(23)},
         {L"D:\\programs\\setup\\kvx3new.mdb", "no database", 4, LogText(71)},
