@@ -94,8 +94,6 @@ inline constexpr std::int16_t HelpLog = 113;
 inline constexpr std::int16_t HelpCheck = 114;
 inline constexpr std::int16_t HelpRemove = 115;
 inline constexpr std::int16_t HelpHelp = 116;
-/// The highest number.
-inline constexpr std::int16_t Last = HelpHelp;
 /// All numbers.
 inline constexpr std::int16_t All[] = {6,   9,   10,  11,  12,  13,  14,  15,  16,  17,  18,  19,  20,  21,  22,  23,
                                        24,  25,  27,  28,  29,  30,  31,  32,  33,  34,  35,  37,  38,  43,  52,  53,

@@ -27,13 +27,18 @@ void RemoveForced(Platform& platform, const std::wstring& file) {
     platform.Files.Remove(file);
 }
 
-/// True when there is nothing, or nothing more, for the batch file to remove.
-bool RemoveEmptyFolder(Platform& platform, const std::wstring& folder) {
-    if (!platform.Folders.Exists(folder)) {
+/// False, and a line in the log, for a path with a quote, which would end the batch file's argument.
+bool CanBeArgument(Platform& platform, const std::wstring& folder) {
+    if (folder.find(L'"') == std::wstring::npos) {
         return true;
     }
-    return IsEmptyFolder(platform, folder) &&
-           Attempt(platform.FaultLog, "removing an empty folder", [&] { platform.Folders.Remove(folder); });
+    const std::invalid_argument error("a quote ends the batch file's argument: " + ToUtf8(folder));
+    platform.FaultLog.Trapped("removing a folder", error);
+    return false;
+}
+
+bool RunRemovalBatch(Platform& platform, const Paths& paths, const std::wstring& folder) {
+    return RunAndWait(platform, paths.RmDirBatPath + L" \"" + folder + L"\"");
 }
 
 }  // namespace
@@ -72,14 +77,17 @@ std::wstring TrimFolderPath(const std::wstring& path) {
     return path.ends_with(L'\\') || afterColon ? path.substr(0, path.size() - 1) : path;
 }
 
-void ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder) {
+bool ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder) {
     if (platform.Folders.Exists(folder)) {
         if (IsEmptyFolder(platform, folder)) {
-            return;
+            return true;
         }
-        RemoveFolder(platform, paths, folder);
+        if (CanBeArgument(platform, folder)) {
+            RunRemovalBatch(platform, paths, folder);
+        }
     }
     MakeFolder(platform, folder);
+    return IsEmptyFolder(platform, folder);
 }
 
 bool IsEmptyFolder(Platform& platform, const std::wstring& folder) {
@@ -92,12 +100,13 @@ bool IsEmptyFolder(Platform& platform, const std::wstring& folder) {
 }
 
 bool RemoveFolder(Platform& platform, const Paths& paths, const std::wstring& folder) {
-    if (folder.find(L'"') != std::wstring::npos) {
-        const std::invalid_argument error("a quote ends the batch file's argument: " + ToUtf8(folder));
-        platform.FaultLog.Trapped("removing a folder", error);
+    if (!CanBeArgument(platform, folder)) {
         return false;
     }
-    return RemoveEmptyFolder(platform, folder) || RunAndWait(platform, paths.RmDirBatPath + L" \"" + folder + L"\"");
+    const auto removeEmpty = [&] { platform.Folders.Remove(folder); };
+    return !platform.Folders.Exists(folder) ||
+           (IsEmptyFolder(platform, folder) && Attempt(platform.FaultLog, "removing an empty folder", removeEmpty)) ||
+           RunRemovalBatch(platform, paths, folder);
 }
 
 bool MakeFolder(Platform& platform, const std::wstring& folder) {

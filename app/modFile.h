@@ -20,9 +20,9 @@ std::wstring JoinPath(std::wstring_view folder, std::wstring_view name);
 /// A trailing backslash, or a character after a colon, removed: D:\ gives D:.
 std::wstring TrimFolderPath(const std::wstring& path);
 
-/// Empties a folder by the removal batch file and creates it again; an empty one stays as it is. Errors are ignored:
-/// IsEmptyFolder tells.
-void ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
+/// Empties a folder by the removal batch file and creates it again; an empty one stays as it is. True when it is there
+/// and empty.
+bool ClearFolder(Platform& platform, const Paths& paths, const std::wstring& folder);
 /// True for a folder that holds nothing, links included; false also when it cannot be listed.
 bool IsEmptyFolder(Platform& platform, const std::wstring& folder);
 /// Removes a folder, one that holds something by the removal batch file, for which it waits; false when that could not

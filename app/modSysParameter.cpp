@@ -1,6 +1,9 @@
 #include "app/modSysParameter.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <utility>
 
 #include "app/Messages.h"
 #include "app/Program.h"
@@ -100,9 +103,14 @@ std::wstring GetMessageIniValue(const Program& program, const std::wstring& sect
 
 void KeepMessageTexts(Program& program) {
     const std::wstring file = FindMessageFile(program);
-    for (std::int16_t number = 1; !file.empty() && number <= messages::Last; ++number) {
-        const std::wstring key = MessageKey(number);
-        program.KeptTexts.Messages[key] = ReadValue(program.Platform, file, MessageSection, key);
+    if (file.empty()) {
+        return;
+    }
+    std::vector<std::wstring> keys;
+    std::ranges::transform(messages::All, std::back_inserter(keys), MessageKey);
+    std::vector<std::wstring> texts = GetProfileValues(program.Platform, file, MessageSection, keys);
+    for (std::size_t index = 0; index < keys.size(); ++index) {
+        program.KeptTexts.Messages[keys[index]] = std::move(texts[index]);
     }
 }
 

@@ -93,10 +93,7 @@ bool ManualWorker::InstallAllManuals() {
 
 /// What an interrupted run has left in the temporary folder goes even when this one has nothing to install.
 void ManualWorker::RemoveLeftovers() {
-    const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    if (program_.Platform.Folders.Exists(temporary)) {
-        (void)RemoveFolder(program_.Platform, program_.Paths, temporary);
-    }
+    (void)RemoveFolder(program_.Platform, program_.Paths, program_.Paths.UnZipTempPath);
 }
 
 bool ManualWorker::InstallSelected(DiscCatalogueRecord& manual) {
@@ -133,9 +130,8 @@ void ManualWorker::CopyPlainManual(DiscCatalogueRecord& manual) {
 
 /// What an earlier manual or run has left takes room, and would be copied along with an archive's files.
 void ManualWorker::EmptyTemporaryFolder(const DiscCatalogueRecord& manual) {
-    const std::wstring& temporary = program_.Paths.UnZipTempPath;
-    ClearFolder(program_.Platform, program_.Paths, temporary);
-    if (manual.PdfForm != ManualForm::Pdf && !IsEmptyFolder(program_.Platform, temporary)) {
+    const bool isEmpty = ClearFolder(program_.Platform, program_.Paths, program_.Paths.UnZipTempPath);
+    if (!isEmpty && manual.PdfForm != ManualForm::Pdf) {
         throw Failure(messages::ExtractionFailed, "the temporary folder cannot be emptied");
     }
 }

@@ -88,7 +88,8 @@ bool IsGoingToBeMoved(const Program& program, const ManualFacts& facts, const st
 
 /// Bytes that the manual takes: a PDF manual's files once, an archive's contents where they are extracted and, when
 /// they are going to be copied from there, where the manual goes.
-BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const ManualFacts& facts) {
+BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& root,
+                         const ManualFacts& facts) {
     Platform& platform = program.Platform;
     BytesByDrive needed;
     AddBytes(platform, needed, program.Paths.MdbPath, CatalogueBytes);
@@ -99,7 +100,7 @@ BytesByDrive NeededBytes(const Program& program, const DiscCatalogueRecord& manu
     const ArchiveFacts archive = platform.Archives.Inspect(ExtractionOf(program.Paths, manual));
     const auto bytes = static_cast<double>(archive.BytesOnDrive);
     AddBytes(platform, needed, program.Paths.UnZipTempPath, bytes);
-    const std::wstring placed = JoinPath(program.Installation.InstallPath, archive.OnlyFolder);
+    const std::wstring placed = JoinPath(root, archive.OnlyFolder);
     if (archive.OnlyFolder.empty() || !IsGoingToBeMoved(program, facts, placed)) {
         AddBytes(platform, needed, facts.Target, bytes);
     }
@@ -119,9 +120,10 @@ BytesByDrive NeededForDifferences(Platform& platform, const std::wstring& source
 }
 
 /// What goes counts in the manual's favour, but only a drive that is short makes it worth counting.
-void AddRoomForManual(const Program& program, const DiscCatalogueRecord& manual, ManualFacts& facts) {
+void AddRoomForManual(const Program& program, const DiscCatalogueRecord& manual, const std::wstring& root,
+                      ManualFacts& facts) {
     Platform& platform = program.Platform;
-    BytesByDrive needed = NeededBytes(program, manual, facts);
+    BytesByDrive needed = NeededBytes(program, manual, root, facts);
     BytesByDrive free = FreeBytes(platform, needed);
     for (const auto& edition : {facts.Installed, facts.Base}) {
         if (edition && edition->MayGo && !HaveFree(needed, free)) {
@@ -200,7 +202,7 @@ ManualFacts LookAtManual(Program& program, const DiscCatalogueRecord& manual, co
         facts.Installed = EditionIn(program, manual.Pub_No, manual.InstalledPath);
     }
     facts.Base = FindBaseEdition(program, manual.Pub_No);
-    LookForRoom(program.Platform, [&] { AddRoomForManual(program, manual, facts); });
+    LookForRoom(program.Platform, [&] { AddRoomForManual(program, manual, root, facts); });
     return facts;
 }
 

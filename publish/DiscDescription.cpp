@@ -258,11 +258,8 @@ std::size_t ManualDescription::LineOf(const std::wstring& key) const {
 }
 
 DiscDescription ParseDiscDescription(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF")) {
-        bytes.remove_prefix(3);
-    }
     Parser parser;
-    for (const std::wstring& line : SplitLines(FromUtf8(bytes))) {
+    for (const std::wstring& line : SplitUtf8Lines(bytes)) {
         parser.ReadLine(line);
     }
     return parser.Finish();

@@ -34,20 +34,27 @@ void AppendUtf16(std::string& bytes, char32_t unit) {
 
 }  // namespace
 
+std::optional<std::wstring_view> ProfileLineValue(std::wstring_view line, std::wstring_view upperKey) {
+    const std::size_t equals = std::min(line.find(L'='), line.size());
+    if (ToUpper(Trim(line.substr(0, equals))) != upperKey) {
+        return std::nullopt;
+    }
+    return WithoutQuotes(Trim(line.substr(std::min(equals + 1, line.size()))));
+}
+
 std::wstring ProfileValue(std::wstring_view text, std::wstring_view section, std::wstring_view key) {
     const std::wstring wantedSection = ToUpper(section);
     const std::wstring wantedKey = ToUpper(key);
     bool inSection = false;
     for (const std::wstring& each : SplitLines(text)) {
         const std::wstring_view line = Trim(each);
-        const std::size_t equals = std::min(line.find(L'='), line.size());
         if (line.starts_with(L'[')) {
             if (inSection) {
                 break;  // only the first section of a name is read
             }
             inSection = ToUpper(SectionName(line)) == wantedSection;
-        } else if (inSection && ToUpper(Trim(line.substr(0, equals))) == wantedKey) {
-            return std::wstring(WithoutQuotes(Trim(line.substr(std::min(equals + 1, line.size())))));
+        } else if (const auto value = inSection ? ProfileLineValue(line, wantedKey) : std::nullopt) {
+            return std::wstring(*value);
         }
     }
     return {};

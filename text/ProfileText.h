@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,8 @@ namespace mip {
 /// such key in such a section, case does not matter, surrounding blanks and one pair of quotes are taken away, a line
 /// that begins with a semicolon says nothing. "" when section or key is absent.
 std::wstring ProfileValue(std::wstring_view text, std::wstring_view section, std::wstring_view key);
+/// The value in a line "key = value" when it is that key's, which is given in capitals; by the same rules.
+std::optional<std::wstring_view> ProfileLineValue(std::wstring_view line, std::wstring_view upperKey);
 /// The text of an initialisation file as those services see it: UTF-16 behind the mark FF FE. They know no other mark.
 /// False for a file that is in the computer's code page.
 bool IsUtf16Profile(std::string_view bytes);

@@ -127,4 +127,9 @@ std::vector<std::wstring> SplitLines(std::wstring_view text) {
     return lines;
 }
 
+std::vector<std::wstring> SplitUtf8Lines(std::string_view bytes) {
+    constexpr std::string_view Mark = "\xEF\xBB\xBF";
+    return SplitLines(FromUtf8(bytes.substr(bytes.starts_with(Mark) ? Mark.size() : 0)));
+}
+
 }  // namespace mip

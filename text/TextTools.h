@@ -22,5 +22,7 @@ std::string ToUtf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view bytes);
 /// The lines of a text, without their CR LF or LF; a last line without an end counts when it is not empty.
 std::vector<std::wstring> SplitLines(std::wstring_view text);
+/// The lines of a UTF-8 text, which may begin with the mark EF BB BF.
+std::vector<std::wstring> SplitUtf8Lines(std::string_view bytes);
 
 }  // namespace mip

@@ -6,12 +6,14 @@
 
 #include <windows.h>
 
+#include "text/ProfileText.h"
+#include "text/TextTools.h"
+
 namespace mip {
 
 namespace {
 
 constexpr std::size_t SectionSize = 32 * 1024;  // characters; what the profile services give at most in one call
-constexpr wchar_t Blanks[] = L" \t";
 
 /// The section's lines "key=value", each ended by a NUL, without its comments.
 std::wstring ReadSection(const std::wstring& section, const std::wstring& file) {
@@ -20,30 +22,14 @@ std::wstring ReadSection(const std::wstring& section, const std::wstring& file) 
     return lines;
 }
 
-std::wstring_view Trimmed(std::wstring_view text) {
-    const std::size_t start = std::min(text.find_first_not_of(Blanks), text.size());
-    return text.substr(start, text.find_last_not_of(Blanks) + 1 - start);
-}
-
-std::wstring_view Unquoted(std::wstring_view value) {
-    const bool isQuoted =
-        value.size() > 1 && value.front() == value.back() && (value.front() == L'"' || value.front() == L'\'');
-    return isQuoted ? value.substr(1, value.size() - 2) : value;
-}
-
-bool IsSameKey(std::wstring_view one, std::wstring_view other) {
-    return CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(), static_cast<int>(other.size()),
-                                TRUE) == CSTR_EQUAL;
-}
-
 /// The value of the first line with that key.
-std::wstring_view FindValue(std::wstring_view lines, std::wstring_view key) {
+std::wstring_view FindValue(std::wstring_view lines, const std::wstring& key) {
+    const std::wstring upperKey = ToUpper(key);
     while (!lines.empty()) {
         const std::wstring_view line = lines.substr(0, lines.find(L'\0'));
         lines.remove_prefix(std::min(line.size() + 1, lines.size()));
-        const std::size_t equals = std::min(line.find(L'='), line.size());
-        if (IsSameKey(Trimmed(line.substr(0, equals)), key)) {
-            return Unquoted(Trimmed(line.substr(std::min(equals + 1, line.size()))));
+        if (const auto value = ProfileLineValue(line, upperKey)) {
+            return *value;
         }
     }
     return {};

@@ -25,7 +25,7 @@ description() {
     manual Kombi2024_PDF K1030PD 1 EN Kombi pdf handbook.pdf
 }
 
-# make VERSION OPTIONS...: disc VERSION, found clean as a folder and as an image.
+# make VERSION OPTIONS...: disc VERSION, found clean as a folder and as an image, and the same in both.
 make() {
     local disc=$work/disc$1
     description "$1" >"$work/disc$1.txt"
@@ -34,6 +34,10 @@ make() {
         "$disc.txt" "$disc"
     "$native/tools/checkdisc/checkdisc" "$disc"
     "$native/tools/checkdisc/checkdisc" "$disc.iso"
+    rm -rf "$work/image"
+    xorriso -osirrox on -indev "$disc.iso" -extract / "$work/image" >"$work/xorriso.log" 2>&1 || die "$(cat "$work/xorriso.log")"
+    chmod -R u+w "$work/image"
+    diff -r "$disc" "$work/image"
 }
 
 # install VERSION: prints the program's log.

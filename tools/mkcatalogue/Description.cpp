@@ -91,11 +91,8 @@ class Parser {
 }  // namespace
 
 Description ParseDescription(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF")) {
-        bytes.remove_prefix(3);
-    }
     Parser parser;
-    for (const std::wstring& line : SplitLines(FromUtf8(bytes))) {
+    for (const std::wstring& line : SplitUtf8Lines(bytes)) {
         parser.ReadLine(line);
     }
     return parser.Finish();

@@ -103,7 +103,7 @@ TEST_F(FileHelpers, ForcedDeletionTakesReadOnlyFiles) {
 
 TEST_F(FileHelpers, ClearedFolderIsEmptyAndThere) {
     tree.PutFile(L"C:\\Temp\\UnZip\\deep\\page.html");
-    ClearFolder(platform, shop.Program().Paths, L"C:\\Temp\\UnZip");
+    EXPECT_TRUE(ClearFolder(platform, shop.Program().Paths, L"C:\\Temp\\UnZip"));
     EXPECT_EQ(tree.Snapshot(L"C:\\Temp").size(), 1u);
     EXPECT_TRUE(tree.HasFolder(L"C:\\Temp\\UnZip"));
     EXPECT_EQ(shop.Processes.StartedHidden.back(), shop.Program().Paths.RmDirBatPath + L" \"C:\\Temp\\UnZip\"");

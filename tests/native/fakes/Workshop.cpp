@@ -16,7 +16,7 @@ constexpr char SettingsText[] =
 
 std::string MessagesText() {
     std::string text = "[MESSAGE]\r\n";
-    for (int number = 1; number <= messages::Last; ++number) {
+    for (const std::int16_t number : messages::All) {
         const std::string digits = std::to_string(number);
         const char* filled = number == messages::ManualOfManuals ? " @1/@2" : "";
         text += "M" + std::string(3 - digits.size(), '0') + digits + "=message " + digits + filled + "\r\n";
