@@ -15,6 +15,7 @@
 #include "install/modShortcut.h"
 #include "platform/FileVersions.h"
 #include "platform/Files.h"
+#include "platform/MessageBoxes.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
 
@@ -106,6 +107,13 @@ bool InstallLinkProgram(Program& program, const std::wstring& setupPath) {
 bool InstallViewerProgram(Program& program, const std::wstring& setupPath) {
     return Attempt(program.Log, SettingUp,
                    [&] { return RunLoggedSetup(program, setupPath + L" /VERYSILENT /SP-", ViewerLog); });
+}
+
+bool GoesOnWithoutCompanion(const Program& program) {
+    const int answer = program.Platform.MessageBoxes.Show(
+        GetMessageText(program, messages::CompanionFailed) + GetMessageText(program, messages::GoOnWithoutCompanion),
+        boxes::Exclamation | boxes::YesNo | boxes::SecondButtonDefault, GetMessageText(program, messages::Caption));
+    return answer != boxes::AnswerNo;
 }
 
 std::wstring ReadLastLine(Platform& platform, const std::wstring& file) {

@@ -18,6 +18,9 @@ struct Program;
 /// The same for the viewer.
 [[nodiscard]] bool InstallViewerProgram(Program& program, const std::wstring& setupPath);
 
+/// Asks whether the installation goes on although a companion program could not be set up.
+[[nodiscard]] bool GoesOnWithoutCompanion(const Program& program);
+
 /// The last line of a text file, "" for an empty one. Throws PlatformError.
 std::wstring ReadLastLine(Platform& platform, const std::wstring& file);
 

@@ -16,7 +16,6 @@
 #include "platform/Clock.h"
 #include "platform/Computer.h"
 #include "platform/Files.h"
-#include "platform/MessageBoxes.h"
 #include "platform/ScopeGuard.h"
 
 namespace mip {
@@ -175,10 +174,7 @@ bool InstallationDriver::SetUpCompanion(const std::wstring& name, bool (*install
     if (installed) {
         return true;
     }
-    const int answer = program_.Platform.MessageBoxes.Show(
-        GetMessageText(program_, messages::CompanionFailed) + GetMessageText(program_, messages::GoOnWithoutCompanion),
-        boxes::Exclamation | boxes::YesNo | boxes::SecondButtonDefault, GetMessageText(program_, messages::Caption));
-    return answer != boxes::AnswerNo;
+    return GoesOnWithoutCompanion(program_);
 }
 
 bool InstallationDriver::StepCatalogue() {

@@ -1,13 +1,13 @@
 // Goes through every screen of the program as a user would and asks for a picture of each:
 //     tour.exe PROGRAM PICTURE_FOLDER [ARGUMENTS OF THE PROGRAM]
-// A picture is asked for by a file NAME.request in the folder, which holds the part of the screen that is meant; it is
-// taken when the file is gone. The exit code is 0 when the program came to its proper end.
+// screenshots.py takes them. The exit code is 0 when the program came to its proper end.
 
 #include <cstdio>
 #include <stdexcept>
 #include <string>
 
 #include "forms/ControlIds.h"
+#include "tools/screenshots/Photographer.h"
 #include "tools/screenshots/WindowDriver.h"
 
 #include <commctrl.h>
@@ -19,7 +19,7 @@ namespace {
 
 class Tour {
   public:
-    Tour(const std::wstring& program, std::wstring folder) : driver_(program), folder_(std::move(folder)) {}
+    Tour(const std::wstring& program, const std::wstring& folder) : driver_(program), photographer_(folder) {}
 
     /// Returns the program's exit code.
     DWORD Go() {
@@ -115,24 +115,11 @@ class Tour {
         SetCursorPos(2, 2);  // out of the way
         driver_.WaitUntil("everything to be painted", [&] { return IsPainted(window); });
         Sleep(300);
-        RECT area{};
-        GetWindowRect(window, &area);
-        const std::wstring request = folder_ + L"\\" + name + L".request";
-        const std::wstring unfinished = folder_ + L"\\" + name + L".new";
-        FILE* file = _wfopen(unfinished.c_str(), L"wb");
-        if (file == nullptr) {
-            throw std::runtime_error("the folder for the pictures cannot be written");
-        }
-        std::fprintf(file, "%ld %ld %ld %ld\n", area.left, area.top, area.right - area.left, area.bottom - area.top);
-        std::fclose(file);
-        MoveFileExW(unfinished.c_str(), request.c_str(), MOVEFILE_REPLACE_EXISTING);
-        driver_.WaitUntil("the picture",
-                          [&] { return GetFileAttributesW(request.c_str()) == INVALID_FILE_ATTRIBUTES; });
-        std::printf("%ls\n", name.c_str());
+        photographer_.Take(window, name);
     }
 
     WindowDriver driver_;
-    std::wstring folder_;
+    Photographer photographer_;
     bool sawDirectory_ = false;
     bool sawWork_ = false;
 };

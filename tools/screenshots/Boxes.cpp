@@ -1,0 +1,150 @@
+// Shows every message box of the program as the program does, and has a picture taken of each:
+//     boxes.exe SYSDIR PICTURE_FOLDER [ARGUMENTS OF THE PROGRAM]
+// SYSDIR has the message files. The computer around is one in memory, on which everything fails that a box tells of.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/Messages.h"
+#include "app/modSysParameter.h"
+#include "catalogue/clsMDB.h"
+#include "install/modCompanion.h"
+#include "platform/windows/WindowsMessageBoxes.h"
+#include "screens/DirectoryScreen.h"
+#include "screens/MenuScreen.h"
+#include "screens/modBrowser.h"
+#include "tests/native/fakes/Workshop.h"
+#include "tools/screenshots/Photographer.h"
+
+#include <shellapi.h>
+
+namespace mip {
+
+namespace {
+
+/// Shows a box, has a picture taken of it and gives the last of its answers.
+class PhotographedBoxes : public MessageBoxes {
+  public:
+    explicit PhotographedBoxes(const std::wstring& folder) : photographer_(folder) {}
+
+    int Show(const std::wstring& text, int style, const std::wstring& title) override {
+        caption_ = title;
+        shown_ = this;
+        const UINT_PTR timer = SetTimer(nullptr, 0, PaintingTime, OnTimer);
+        const int answer = WindowsMessageBoxes().Show(text, style, title);
+        KillTimer(nullptr, timer);
+        return answer;
+    }
+
+    std::wstring Name;  ///< of the picture
+
+  private:
+    static constexpr UINT PaintingTime = 500;  // milliseconds
+
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) { shown_->TakePicture(); }
+
+    void TakePicture() const {
+        const HWND box = FindWindowW(L"#32770", caption_.c_str());
+        if (box == nullptr) {
+            return;
+        }
+        try {
+            photographer_.Take(box, Name);
+        } catch (const std::runtime_error& failure) {
+            std::printf("boxes: %s\n", failure.what());
+            ExitProcess(1);
+        }
+        PostMessageW(box, WM_COMMAND, GetDlgItem(box, IDNO) != nullptr ? IDNO : IDOK, 0);
+    }
+
+    static inline PhotographedBoxes* shown_ = nullptr;
+    Photographer photographer_;
+    std::wstring caption_;
+};
+
+Platform WithBoxes(const Platform& computer, MessageBoxes& boxes) {
+    return {.Files = computer.Files,
+            .Folders = computer.Folders,
+            .Volumes = computer.Volumes,
+            .FileVersions = computer.FileVersions,
+            .ProfileFiles = computer.ProfileFiles,
+            .Registry = computer.Registry,
+            .Processes = computer.Processes,
+            .Clock = computer.Clock,
+            .Computer = computer.Computer,
+            .AccountNames = computer.AccountNames,
+            .AccessControl = computer.AccessControl,
+            .Shell = computer.Shell,
+            .Browsers = computer.Browsers,
+            .Archives = computer.Archives,
+            .JetEngine = computer.JetEngine,
+            .SqliteEngine = computer.SqliteEngine,
+            .MessageBoxes = boxes};
+}
+
+/// Puts the delivered files where the program looks for them.
+void PutFilesOf(const std::filesystem::path& folder, FileTree& tree) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        std::ifstream file(entry.path(), std::ios::binary);
+        tree.PutFile(L"D:\\programs\\setup\\SysDir\\" + entry.path().filename().wstring(),
+                     {std::istreambuf_iterator<char>(file), {}});
+    }
+}
+
+void ShowAll(const std::wstring& sysDir, PhotographedBoxes& boxes, const std::vector<std::wstring>& arguments) {
+    Workshop shop;
+    PutFilesOf(sysDir, shop.Tree);
+    const Platform computer = WithBoxes(shop.Platform, boxes);
+    const auto start = [&](const std::wstring& name, std::vector<std::wstring> more) {
+        boxes.Name = name;
+        more.insert(more.end(), arguments.begin(), arguments.end());
+        Process(computer).Start(more);
+    };
+    start(L"b1-switches", {L"/?"});
+    start(L"b2-bad-switch", {L"/SPEED=9"});
+
+    Process process(computer);
+    process.Start(arguments);
+    Program& program = process.Program;
+    program.WindowTitle = GetMessageText(program, messages::Caption);
+    shop.Shell.OpenResult = 2;
+    boxes.Name = L"b3-guide-not-opened";
+    OpenInstallationGuide(program);
+    boxes.Name = L"b4-start-page-not-opened";
+    ReportStartPage(program, Opening::Failed);
+    DiscCatalogueRecord manual;
+    boxes.Name = L"b5-no-room";
+    static_cast<void>(ConfirmFolder(program, manual, L"X:\\on no drive"));
+    boxes.Name = L"b6-cancel";
+    static_cast<void>(CancelFolder(program));
+    boxes.Name = L"b7-companion-failed";
+    static_cast<void>(GoesOnWithoutCompanion(program));
+}
+
+int Run(int count, wchar_t** arguments) {
+    if (count < 3) {
+        std::puts("say SYSDIR PICTURE_FOLDER [ARGUMENTS]");
+        return 2;
+    }
+    SetProcessDPIAware();
+    PhotographedBoxes boxes(arguments[2]);
+    ShowAll(arguments[1], boxes, {arguments + 3, arguments + count});
+    return 0;
+}
+
+}  // namespace
+
+}  // namespace mip
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    int count = 0;
+    wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    const int status = mip::Run(count, arguments);
+    LocalFree(arguments);
+    return status;
+}
