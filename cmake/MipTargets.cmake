@@ -72,8 +72,10 @@ function(mip_declare_test executable prefix)
 endfunction()
 
 # mip_native_test(catalogue ATest.cpp LIBS mip_fakes): the executable native_catalogue, its tests "native.catalogue.*".
+# The address sanitizer keeps less of each allocation, which makes it twice as fast; without these options it says more.
 function(mip_native_test name)
-    mip_declare_test(native_${name} native.${name}. ${ARGN})
+    mip_declare_test(native_${name} native.${name}. ${ARGN}
+        PROPERTIES ENVIRONMENT "ASAN_OPTIONS=malloc_context_size=1:quarantine_size_mb=16")
 endfunction()
 
 # The same for a test that runs as a Windows program under Wine. These tests share one registry, one set of drives and

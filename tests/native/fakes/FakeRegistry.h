@@ -13,6 +13,9 @@ class FakeRegistry : public Registry, private Counted {
   public:
     using Counted::Counted;
 
+    /// By hive and key, then by name, the names in capitals: a value's name and text.
+    using Keys = std::map<std::pair<Hive, std::wstring>, std::map<std::wstring, std::pair<std::wstring, std::wstring>>>;
+
     std::optional<std::wstring> ReadString(Hive hive, const std::wstring& key, const std::wstring& name) override {
         const auto& values = keys_[{hive, ToUpper(key)}];
         const auto found = values.find(ToUpper(name));
@@ -51,10 +54,10 @@ class FakeRegistry : public Registry, private Counted {
         auto& entry = keys_[{hive, ToUpper(key)}].try_emplace(ToUpper(name), name, L"").first->second;
         entry.second = value;
     }
+    const Keys& All() const { return keys_; }
 
   private:
-    /// By hive and key, then by name, the names in capitals: a value's name and text.
-    std::map<std::pair<Hive, std::wstring>, std::map<std::wstring, std::pair<std::wstring, std::wstring>>> keys_;
+    Keys keys_;
 };
 
 }  // namespace mip

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 #include "app/modFile.h"
@@ -84,6 +85,12 @@ std::map<std::wstring, std::string> OutsideTheLibrary(DiscWorkshop& shop) {
     return files;
 }
 
+/// Most faults leave the computer in one of a few states. Whether this one is met for the first time.
+bool IsFirstOfItsKind(DiscWorkshop& shop) {
+    static std::set<std::pair<std::map<std::wstring, std::string>, FakeRegistry::Keys>> met;
+    return met.emplace(shop.Tree.Snapshot(L"C:\\"), shop.Registry.All()).second;
+}
+
 /// Starts the program anew on the computer as the fault left it, and installs.
 void ExpectNextRunRepairs(DiscWorkshop& shop) {
     shop.Faults.Reset();
@@ -145,7 +152,9 @@ TEST_P(InstallationFaults, LeaveNoRowThatLiesAndAreRepairedByTheNextRun) {
                 EXPECT_EQ(shop.Rows().size(), 5U);
             }
         }
-        ExpectNextRunRepairs(shop);
+        if (IsFirstOfItsKind(shop) || !hit) {
+            ExpectNextRunRepairs(shop);
+        }
         if (!hit || testing::Test::HasFailure()) {
             break;
         }
