@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Inside a Wine session: gives the computer the system's colours for high contrast: high-contrast.sh black|white.
+# Inside a Wine session: gives the computer the system's colours for high contrast: high-contrast.sh black|white. Wine's
+# one theme has colours of its own and goes.
 set -euo pipefail
 case $1 in
     black) page='0 0 0' text='255 255 255' chosen='26 235 255' chosen_text='0 0 0' grey='63 242 63' ;;
@@ -17,5 +18,6 @@ trap 'rm -f "$file"' EXIT
     printf '"%s"="'"$chosen"'"\n' Hilight MenuHilight HotTrackingColor
     printf '"%s"="'"$chosen_text"'"\n' HilightText
     printf '"%s"="'"$grey"'"\n' GrayText
+    printf '[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\ThemeManager]\n"ThemeActive"="0"\n'
 } >"$file"
 wine regedit /S "Z:${file//\//\\}"
