@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -11,6 +12,13 @@ namespace mip {
 
 constexpr unsigned UsCodePage = 437;
 constexpr unsigned JapaneseCodePage = 932;
+
+/// Of very many cases each so-manieth is tried, all of them where the files are in memory.
+#ifdef _WIN32
+constexpr std::size_t Stride = 7;
+#else
+constexpr std::size_t Stride = 1;
+#endif
 
 /// Relative path of every file with its content, and of every folder (with a backslash at its end).
 using Tree = std::map<std::wstring, std::string>;
