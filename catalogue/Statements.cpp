@@ -6,7 +6,12 @@
 namespace mip {
 
 std::wstring QuoteSql(const std::wstring& value) {
-    return L"'" + ReplaceAll(value, L"'", L"''") + L"'";
+    std::wstring quoted = L"'";
+    quoted.reserve(value.size() + 2);
+    for (const wchar_t character : value) {
+        quoted.append(character == L'\'' ? 2 : 1, character);
+    }
+    return quoted += L'\'';
 }
 
 }  // namespace mip
@@ -57,7 +62,10 @@ std::wstring DeleteType(const std::wstring& pubNo) {
 }
 
 std::wstring InsertInstalled(const InstalledRecord& record) {
-    std::wstring text = std::wstring(L"INSERT INTO M_manage") + InsertColumns + L" VALUES(\n";
+    constexpr std::size_t UsualLength = 512;
+    std::wstring text;
+    text.reserve(UsualLength);
+    text.append(L"INSERT INTO M_manage").append(InsertColumns).append(L" VALUES(\n");
     for (const std::wstring* value :
          {&record.Pub_No, &record.Model_desc, &record.Model_ID, &record.Version, &record.Year, &record.Kubun,
           &record.Country, &record.Lang, &record.Ldup, &record.INSUser}) {
@@ -65,7 +73,7 @@ std::wstring InsertInstalled(const InstalledRecord& record) {
     }
     text += L"Cdate(" + QuoteSql(FormatDateTime(record.INSDate)) + L"),\n";
     text += ListedValue(record.INSPath) + ListedValue(record.Adjust_flg);
-    return text + QuoteSql(record.Memo_txt) + L")\n";
+    return text.append(QuoteSql(record.Memo_txt)).append(L")\n");
 }
 
 std::wstring InsertNewType(const std::wstring& pubNo, const std::wstring& pdfFlag) {

@@ -30,7 +30,10 @@ DatabaseEngine& EngineOf(Platform& platform, const std::wstring& databasePath) {
 }
 
 FieldValue OrDefault(FieldValue value, const FieldValue& defaultValue) {
-    return std::holds_alternative<std::monostate>(value) ? defaultValue : value;
+    if (std::holds_alternative<std::monostate>(value)) {
+        return defaultValue;
+    }
+    return value;
 }
 
 }  // namespace

@@ -169,10 +169,9 @@ bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual
          statements::InsertInstalled(record), statements::InsertNewType(record.Pub_No, record.Pdf_flg)});
 }
 
-bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record) {
-    const std::wstring form = record.Pdf_flg.empty() ? FlagOf(record.InstalledPdfForm) : record.Pdf_flg;
+bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record, const std::wstring& pdfFlag) {
     return ExecuteAll(database,
-                      {statements::InsertInstalled(record), statements::InsertCarriedType(record.Pub_No, form)});
+                      {statements::InsertInstalled(record), statements::InsertCarriedType(record.Pub_No, pdfFlag)});
 }
 
 bool RemoveInstalledManual(clsMDB& database, const std::wstring& pubNo) {

@@ -75,8 +75,8 @@ ManualForm FormByFiles(Platform& platform, const InstalledRecord& record);
 /// `dateChoice` New records InstallTime1, any other InstallTime2. False leaves the catalogue as it was.
 [[nodiscard]] bool RegisterInstalledManual(Program& program, const DiscCatalogueRecord& manual,
                                            const std::wstring& installPath, InstallState dateChoice);
-/// Inserts the rows of a record that another database held.
-[[nodiscard]] bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record);
+/// Inserts the rows of a record that another database held, with the flag of the manual's form.
+[[nodiscard]] bool InsertInstalledRecord(clsMDB& database, const InstalledRecord& record, const std::wstring& pdfFlag);
 [[nodiscard]] bool RemoveInstalledManual(clsMDB& database, const std::wstring& pubNo);
 /// When it returns true the mark is on the drive, so that what is done to the manual's files may follow.
 [[nodiscard]] bool MarkForAdjustment(clsMDB& database, const std::wstring& pubNo);

@@ -12,6 +12,7 @@
 #include "app/modShell.h"
 #include "catalogue/DatabaseFiles.h"
 #include "catalogue/FieldValues.h"
+#include "catalogue/RecordFlags.h"
 #include "catalogue/Statements.h"
 #include "catalogue/Transaction.h"
 #include "catalogue/UpgradeBackup.h"
@@ -112,14 +113,11 @@ bool CopyRows(Program& program, clsMDB& newDatabase) {
     }
     Transaction transaction(newDatabase);
     InstalledRows rows = ReadAllInstalled(program, *program.CatalogDb, RecordsSlot);
-    for (InstalledRecord row : rows) {
-        const auto form = forms->find(ToUpper(row.Pub_No));
-        if (form != forms->end() && !form->second.empty()) {
-            row.Pdf_flg = form->second;
-        } else {
-            row.InstalledPdfForm = FormByFiles(program.Platform, row);
-        }
-        if (!InsertInstalledRecord(newDatabase, row)) {
+    for (const InstalledRecord& row : rows) {
+        const auto recorded = forms->find(ToUpper(row.Pub_No));
+        const bool isRecorded = recorded != forms->end() && !recorded->second.empty();
+        if (!InsertInstalledRecord(newDatabase, row,
+                                   isRecorded ? recorded->second : FlagOf(FormByFiles(program.Platform, row)))) {
             return false;
         }
     }

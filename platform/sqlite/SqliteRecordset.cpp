@@ -1,5 +1,7 @@
 #include "platform/sqlite/SqliteRecordset.h"
 
+#include <algorithm>
+
 #include "text/Checked.h"
 #include "text/DateText.h"
 #include "text/TextTools.h"
@@ -61,7 +63,7 @@ SqliteRecordset::SqliteRecordset(sqlite3* database, const std::wstring& sql) {
         }
     }
     for (int column = 0; column < columns; ++column) {
-        columns_.emplace_back(sqlite3_column_name(statement.get(), column));
+        columns_.push_back(ToUpperAscii(FromUtf8(sqlite3_column_name(statement.get(), column))));
     }
 }
 
@@ -71,13 +73,11 @@ void SqliteRecordset::MoveNext() {
 }
 
 FieldValue SqliteRecordset::Field(const std::wstring& name) {
-    const std::string wanted = ToUtf8(name);
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
-        if (sqlite3_stricmp(columns_[column].c_str(), wanted.c_str()) == 0) {
-            return Field(static_cast<std::int32_t>(column));
-        }
+    const auto column = std::ranges::find(columns_, ToUpperAscii(name));
+    if (column == columns_.end()) {
+        throw PlatformError("Field", name, SQLITE_RANGE);
     }
-    throw PlatformError("Field", name, SQLITE_RANGE);
+    return Field(static_cast<std::int32_t>(column - columns_.begin()));
 }
 
 FieldValue SqliteRecordset::Field(std::int32_t index) {

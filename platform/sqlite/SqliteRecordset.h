@@ -23,8 +23,8 @@ class SqliteRecordset : public Recordset {
   private:
     void RequireRow();
 
-    std::vector<std::string> columns_;
-    std::vector<FieldValue> cells_;  ///< row by row
+    std::vector<std::wstring> columns_;  ///< names in ASCII capitals
+    std::vector<FieldValue> cells_;      ///< row by row
     std::size_t row_ = 0;
 };
 

@@ -26,7 +26,7 @@ class CarInfoTest : public testing::Test {
         record.Version = version;
         record.INSPath = L"C:\\Manuals\\" + pubNo;
         record.Adjust_flg = adjust;
-        ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, record));
+        ASSERT_TRUE(InsertInstalledRecord(*program_.CatalogDb, record, L"0"));
     }
 
     const DiscCatalogueRecord& Scanned(const std::wstring& folder) {

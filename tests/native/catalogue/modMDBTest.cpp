@@ -68,7 +68,7 @@ TEST(StatementsTest, ChangesAreSentInTransactions) {
               (Texts{L"(begin)", L"UPDATE M_manage SET  Adjust_flg = '1'  WHERE Pub_No = 'K''10'", L"(commit)"}));
     EXPECT_EQ(sent(RemoveInstalledManual(*program.CatalogDb, L"K'10")),
               (Texts{removal[0], removal[1], removal[2], L"(commit)"}));
-    EXPECT_EQ(sent(InsertInstalledRecord(*program.CatalogDb, program.Installed)),
+    EXPECT_EQ(sent(InsertInstalledRecord(*program.CatalogDb, program.Installed, L"1")),
               (Texts{InsertOfDiscRecord, L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( 'K''10','1')"}));
 }
 

@@ -94,9 +94,8 @@ void Workshop::PutRow(const std::wstring& pubNo, int version, const std::wstring
     record.Version = std::to_wstring(version);
     record.INSPath = folder;
     record.Adjust_flg = adjustFlag;
-    record.Pdf_flg = pdfForm;
     record.INSDate = Clock.Now();
-    if (!InsertInstalledRecord(*Program().CatalogDb, record)) {
+    if (!InsertInstalledRecord(*Program().CatalogDb, record, pdfForm)) {
         throw std::runtime_error("the catalogue took no row");
     }
 }
