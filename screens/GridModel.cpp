@@ -56,19 +56,9 @@ bool IsOfCell(const std::wstring& name) {
     throw std::invalid_argument(what);
 }
 
-std::wstring TextOf(const GridValue& value) {
-    if (const auto* number = std::get_if<std::int32_t>(&value)) {
-        return std::to_wstring(*number);
-    }
-    if (const auto* text = std::get_if<std::wstring>(&value)) {
-        return *text;
-    }
-    Reject("cells hold texts and whole numbers");
-}
-
 /// The item at a position of a list whose items are separated by tabs; "" outside it.
 std::wstring ListItem(std::wstring_view list, std::int32_t position) {
-    for (; position > 0 && !list.empty(); --position) {
+    for (; position > 0; --position) {
         const auto end = list.find(L'\t');
         list.remove_prefix(end == std::wstring_view::npos ? list.size() : end + 1);
     }
@@ -79,7 +69,7 @@ std::wstring ListItem(std::wstring_view list, std::int32_t position) {
 
 GridModel::GridModel(std::int32_t rows, std::int32_t cols) : properties_(FirstProperties()) {
     properties_[L"MaxCols"] = cols;
-    SetProperty(L"MaxRows", rows);
+    Resize(rows);
 }
 
 void GridModel::SetProperty(const std::wstring& name, const GridValue& value) {
@@ -122,8 +112,8 @@ GridValue GridModel::GetProperty(const std::wstring& name, std::int32_t index) c
     return index == 0 ? headerHeight_ : rowHeight_;
 }
 
-void GridModel::SetText(std::int32_t col, std::int32_t row, const GridValue& value) {
-    At(col, row).Text = TextOf(value);
+void GridModel::SetText(std::int32_t col, std::int32_t row, const std::wstring& text) {
+    At(col, row).Text = text;
     Changed();
 }
 

@@ -13,7 +13,7 @@ namespace mip {
 
 /// What a list shows: cells and properties. Row 0 is the header; the other rows have one height. For the user it is
 /// read-only.
-class GridModel final : public SpreadGrid {
+class GridModel : public SpreadGrid {
   public:
     static constexpr double DefaultRowHeight = 18;  ///< points
     static constexpr std::int32_t PictureCell = 9;
@@ -28,7 +28,7 @@ class GridModel final : public SpreadGrid {
     GridValue GetProperty(const std::wstring& name) const override;
     void SetProperty(const std::wstring& name, std::int32_t index, const GridValue& value) override;
     GridValue GetProperty(const std::wstring& name, std::int32_t index) const override;
-    void SetText(std::int32_t col, std::int32_t row, const GridValue& value) override;
+    void SetText(std::int32_t col, std::int32_t row, const std::wstring& text) override;
     std::wstring GetText(std::int32_t col, std::int32_t row) const override;
 
     /// A line with a tab between columns; of the header and all rows.

@@ -60,21 +60,23 @@ void SetReDraw(FaultLog& log, SpreadForm& form, bool reDraw) {
 }  // namespace
 
 std::int16_t clsSpread::SpdIni(SpreadGrid& grid) {
-    const std::size_t slot = FreeSlot();
-    grids_[slot].Grid = &grid;
+    std::int16_t handle = 1;
+    while (grids_.contains(handle)) {
+        ++handle;
+    }
+    RegisteredGrid& registered = grids_[handle];
+    registered.Grid = &grid;
     Operate(log_, [&] {
-        grids_[slot].InitialRowHeight = grid.GetProperty(L"RowHeight", 1);
+        registered.InitialRowHeight = grid.GetProperty(L"RowHeight", 1);
         for (const auto& [name, value] : StandardSettings) {
             grid.SetProperty(name, value);
         }
     });
-    return static_cast<std::int16_t>(slot);
+    return handle;
 }
 
 void clsSpread::SpdRelease(std::int16_t handle) {
-    if (Find(handle) != nullptr) {
-        grids_[static_cast<std::size_t>(handle)] = {};
-    }
+    grids_.erase(handle);
 }
 
 void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t col, std::int32_t row, std::int32_t col2,
@@ -98,13 +100,11 @@ void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t co
         if (rows != Default) {
             grid.SetProperty(L"MaxRows", rows);
         }
-        if (Number(grid, L"MaxRows") > 0) {
-            grid.SetProperty(L"Row", 1);
-            grid.SetProperty(L"Row2", 1);
-            grid.SetProperty(L"BlockMode", true);
-            grid.SetProperty(L"Action", ActionActivateCell);
-            grid.SetProperty(L"BlockMode", false);
-        }
+        grid.SetProperty(L"Row", 1);
+        grid.SetProperty(L"Row2", 1);
+        grid.SetProperty(L"BlockMode", true);
+        grid.SetProperty(L"Action", ActionActivateCell);
+        grid.SetProperty(L"BlockMode", false);
     });
 }
 
@@ -169,7 +169,7 @@ void clsSpread::SpdCmboSet(std::int16_t handle, std::int32_t col, const std::wst
         grid.SetProperty(L"Col", col);
         grid.SetProperty(L"Row", row == Default ? 1 : row);
         grid.SetProperty(L"Col2", col);
-        grid.SetProperty(L"Row2", row2 < 0 ? Number(grid, L"MaxRows") : row2);
+        grid.SetProperty(L"Row2", row2 == Default ? Number(grid, L"MaxRows") : row2);
         grid.SetProperty(L"BlockMode", true);
         grid.SetProperty(L"TypeComboBoxList", list);
         grid.SetProperty(L"BlockMode", false);
@@ -186,22 +186,9 @@ void clsSpread::SplListingEnd(SpreadForm& form) const {
     SetReDraw(log_, form, true);
 }
 
-std::size_t clsSpread::FreeSlot() {
-    for (std::size_t slot = 1; slot < grids_.size(); ++slot) {
-        if (grids_[slot].Grid == nullptr) {
-            return slot;
-        }
-    }
-    grids_.emplace_back();
-    return grids_.size() - 1;
-}
-
 const clsSpread::RegisteredGrid* clsSpread::Find(std::int16_t handle) const {
-    if (handle < 1 || static_cast<std::size_t>(handle) >= grids_.size()) {
-        return nullptr;
-    }
-    const RegisteredGrid& registered = grids_[static_cast<std::size_t>(handle)];
-    return registered.Grid == nullptr ? nullptr : &registered;
+    const auto found = grids_.find(handle);
+    return found == grids_.end() ? nullptr : &found->second;
 }
 
 }  // namespace mip

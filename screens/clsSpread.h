@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -53,11 +54,10 @@ class clsSpread {
         GridValue InitialRowHeight;
     };
 
-    std::size_t FreeSlot();
     const RegisteredGrid* Find(std::int16_t handle) const;
 
     FaultLog& log_;
-    std::vector<RegisteredGrid> grids_{1};  ///< slot 0 is never handed out
+    std::map<std::int16_t, RegisteredGrid> grids_;  ///< by handle, from 1
 };
 
 }  // namespace mip
