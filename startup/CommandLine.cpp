@@ -26,8 +26,7 @@ bool IsAnyText(const std::wstring& value) {
 }
 
 bool IsAbsoluteFolder(const std::wstring& value) {
-    const bool onDrive = value.size() > 2 && value[1] == L':' && value[2] == L'\\';
-    return IsAnyText(value) && (onDrive || value.starts_with(L"\\\\"));
+    return IsAnyText(value) && (value.find(L":\\") == 1 || value.starts_with(L"\\\\"));
 }
 
 /// Two or three letters or digits: the code names the message file.
@@ -54,7 +53,7 @@ constexpr std::array valueSwitches{
 };
 
 std::wstring WithoutQuotes(const std::wstring& value) {
-    const bool quoted = value.size() > 1 && value.starts_with(L'"') && value.ends_with(L'"');
+    const bool quoted = value.starts_with(L'"') && value.ends_with(L'"');
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 

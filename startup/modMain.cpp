@@ -30,8 +30,6 @@
 namespace mip {
 namespace {
 
-constexpr std::int16_t NoFailure = 0;
-
 [[noreturn]] void EndWith(Program& program, ExitCode code) {
     program.Outcome.ExitCode = code;
     EndProgram(program, TemporaryFolder::Keep);
@@ -148,8 +146,8 @@ void KeepTexts(Program& program) {
     EndProgram(program, TemporaryFolder::Keep);
 }
 
-/// The number of the message that says why the catalogue database cannot be used, or NoFailure.
-std::int16_t OpenCatalogue(Program& program) {
+/// The number of the message that says why the catalogue database cannot be used, if so.
+std::optional<std::int16_t> OpenCatalogue(Program& program) {
     Paths& paths = program.Paths;
     program.CatalogDb = std::make_unique<clsMDB>(program.Platform);
     paths.MdbPath = JoinPath(paths.ManualInstallDir, program.Settings.Kvx3MdbName);
@@ -168,13 +166,15 @@ std::int16_t OpenCatalogue(Program& program) {
     if (!program.CatalogDb->Pcls_MdbOpen(paths.MdbPath)) {
         return messages::DatabaseNotOpened;
     }
-    return IsFileWritable(program.Platform, paths.MdbPath) ? NoFailure : messages::DatabaseReadOnly;
+    if (!IsFileWritable(program.Platform, paths.MdbPath)) {
+        return messages::DatabaseReadOnly;
+    }
+    return std::nullopt;
 }
 
 void ShowFailure(Program& program, ScreenFlow& flow, std::int16_t message) {
     Outcome& outcome = program.Outcome;
     FailRun(program, message);
-    outcome.ResultKind = false;
     outcome.ExitCode = ExitCode::CouldNotStart;
     program.Log.Write(L"start-up", L"", outcome.ResultMessage + L' ' + outcome.ResultSubMessage);
     flow.ShowResult();
@@ -196,12 +196,10 @@ void StartUp(Program& program, ScreenFlow& flow, const std::vector<std::wstring>
         EndWithStartPage(program, flow);
     }
     KeepTexts(program);
-    program.DiscCatalogue.Clear();
-    const std::int16_t failure = OpenCatalogue(program);
-    if (failure == NoFailure) {
-        flow.Begin();
+    if (const auto failure = OpenCatalogue(program)) {
+        ShowFailure(program, flow, *failure);
     } else {
-        ShowFailure(program, flow, failure);
+        flow.Begin();
     }
 }
 

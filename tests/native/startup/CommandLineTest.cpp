@@ -8,12 +8,12 @@ namespace mip {
 namespace {
 
 TEST(CommandLine, ReadsEverySwitch) {
-    const Switches switches = ReadSwitches(
-        SplitArguments(L"  /verysilent /Accept /DIR=\"C:\\My Manuals\\\"\t/LANG=04t \"/LOG=C:\\a b.log\""));
+    const Switches switches =
+        ReadSwitches(SplitArguments(L"  /verysilent /Accept /DIR=\"C:\\My Manuals\\\"\t/LANG=4t \"/LOG=C:\\a b.log\""));
     Switches expected;
     expected.VerySilent = expected.Accept = true;
     expected.Directory = L"C:\\My Manuals\\";
-    expected.Language = L"04T";
+    expected.Language = L"4T";
     expected.LogFile = L"C:\\a b.log";
     EXPECT_EQ(switches, expected);
     EXPECT_EQ(ReadSwitches({L"/REMOVE=\"A=b\"", L"/SILENT"}).Remove, L"A=b");
@@ -32,7 +32,8 @@ TEST(CommandLine, RefusesWhatItCannotFollowAndStillTellsWhereToLog) {
         }
     };
     for (const wchar_t* bad : {L"/FAST", L"SILENTLY", L"/SILENT", L"/VERYSILENT", L"/CHECK=1", L"/DIR", L"/DIR=",
-                               L"/DIR=manuals", L"/REMOVE=", L"/LANG=../x", L"/LANG=9"}) {
+                               L"/DIR=manuals", L"/DIR=C:x", L"/DIR=ab\\c", L"/REMOVE=", L"/LANG=../x", L"/LANG=9",
+                               L"/LANG=9:", L"/LANG=A[", L"/LANG=a{", L"/LANG=0409"}) {
         EXPECT_EQ(badSwitchOf(bad), bad);
     }
     for (const auto& [commandLine, bad] : {std::pair{L"/CHECK /X /Y", L"/X"},
@@ -42,11 +43,12 @@ TEST(CommandLine, RefusesWhatItCannotFollowAndStillTellsWhereToLog) {
                                            {L"/? /SILENT", L""},
                                            {L"/LANG=0AZ", L""},
                                            {L"/LANG=9az", L""},
+                                           {L"/DIR=C:\\", L""},
                                            {L"/DIR=\\\\server\\manuals", L""},
                                            {L"/REMOVE=A1 /CHECK", L"/REMOVE=A1"}}) {
         EXPECT_EQ(badSwitchOf(commandLine), bad);
     }
-    for (const wchar_t* bad : {L"", L"SILENT", L"/REMOVE=\"\"", L"/REMOVE=\"", L"/LOG=\""}) {
+    for (const wchar_t* bad : {L"", L"SILENT", L"/REMOVE=\"\"", L"/REMOVE=\"", L"/REMOVE=\"A1", L"/LOG=\""}) {
         EXPECT_THROW(ReadSwitches({bad}), BadSwitch) << bad;
     }
 }

@@ -99,7 +99,8 @@ TEST(StartUp, QuietRunLogsTheFailureAndShowsNothing) {
         EXPECT_TRUE(shop.Browsers.Started.empty());
         EXPECT_NE(shop.LogText().find("\tend\t\texit code " + std::to_string(given.Exit.value_or(1))),
                   std::string::npos);
-        const std::string text = ToUtf8(ReplaceAll(given.Text, L"\r\n", L"  "));
+        EXPECT_TRUE(shop.LogText().starts_with("2024-05-06 07:08:09\tstart-up\t\tstarted\r\n"));
+        const std::string text = ToUtf8(ReplaceAll(given.Text, L"\r\n", L"  ") + (given.Exit ? L"" : L" message 24"));
         EXPECT_NE(shop.LogText().find("\tstart-up\t\t" + std::string(given.Exit == 3 ? "the " : "") + text),
                   std::string::npos)
             << shop.LogText();
@@ -112,6 +113,7 @@ TEST(StartUp, AnUnforeseenErrorAfterAQuietInstallationIsNoFailedStart) {
     shop.Program().Outcome.RunFinished = true;
     shop.Run->Start({L"/SILENT", L"/ACCEPT"});
     EXPECT_EQ(shop.Run->ExitCode, 4u);
+    EXPECT_NE(shop.Program().Log.Text().find(L"starting up, or running quietly"), std::wstring::npos);
 }
 
 TEST(StartUp, ArgumentsChooseTheFirstScreen) {
@@ -132,10 +134,15 @@ TEST(StartUp, ArgumentsChooseTheFirstScreen) {
         EXPECT_EQ(shop.Run->Screens.Shown, given.Screens);
         EXPECT_EQ(shop.Run->ExitCode, given.Exit);
         EXPECT_EQ(shop.OpenConnections(), given.Exit ? 0 : 1);
+        EXPECT_EQ(shop.Program().WindowTitle, given.Exit == 4u ? L"message 34" : L"");
+        EXPECT_EQ(shop.Program().Outcome.ResultMessage, given.Exit == 4u ? L"message 18" : L"");
     }
 }
 
-TEST(StartUp, BadSwitchIsNamedAndLoggedUnlessThisIsASecondInstance) {
+TEST(StartUp, HelpIsGivenAndABadSwitchNamedAndLoggedUnlessThisIsASecondInstance) {
+    const wchar_t help[] =
+        L"message 108\r\n\r\nmessage 109\r\nmessage 110\r\nmessage 111\r\nmessage 112\r\nmessage 113\r\n"
+        L"message 114\r\nmessage 115\r\nmessage 116";
     const Arrange nothing = [](Workshop&) {};
     const Arrange wordless = [](auto& shop) { shop.Tree.Erase(Workshop::Messages); };
     const Arrange second = [](auto& shop) { shop.Computer.PreviousInstance = true; };
@@ -149,13 +156,14 @@ TEST(StartUp, BadSwitchIsNamedAndLoggedUnlessThisIsASecondInstance) {
         {wordless, {L"/FASTER"}, L"Unknown or incomplete switch: /FASTER", ""},
         {nothing, {L"/SILENT", L"/LOG=C:\\mip.log"}, L"", "message 96/SILENT"},
         {nothing, {L"/LOG=D:\\mip.log"}, L"Log file cannot be written: D:\\mip.log", ""},
+        {nothing, {L"/?"}, help, ""},
         {second, {L"/FASTER", L"/LOG=C:\\mip.log"}, L"", ""},
     };
     for (const auto& given : cases) {
         Workshop shop;
         given.Given(shop);
         shop.Run->Start(given.Arguments);
-        EXPECT_EQ(shop.Run->ExitCode, 1u);
+        EXPECT_EQ(shop.Run->ExitCode, given.Arguments[0] == L"/?" ? 0u : 1u);
         EXPECT_EQ(shop.Computer.PreviousInstanceShown, shop.Computer.PreviousInstance ? 1 : 0);
         const auto& shown = shop.MessageBoxes.Shown;
         EXPECT_EQ(shown.empty() ? L"" : shown.at(0).Text, given.Box);
@@ -191,6 +199,7 @@ TEST(StartUp, LearnsLanguageUserAndUsersGroup) {
         EXPECT_EQ(identity.UserName, L"Mechanic");
         EXPECT_TRUE(identity.FolderTrustee.starts_with(std::wstring(L"Users\0", 6)));
         EXPECT_EQ(identity.FullAccessTrustee, identity.FolderTrustee);
+        EXPECT_EQ(shop.Program().ProcessNames, (std::vector<std::wstring>{L"", L"System", L"explorer.exe"}));
     }
 }
 
@@ -211,13 +220,19 @@ TEST(StartUp, InterruptedUpgradeIsUndoneOnlyWithoutTheManager) {
     }
 }
 
-TEST(StartPage, WithoutALocalFolderTheProgramEndsAsNotStarted) {
-    Workshop shop;
-    shop.Tree.Erase(L"C:\\Vantor\\KVX3.exe");
-    shop.Tree.DriveOf(L"C:")->ReadOnly = true;
-    shop.Run->Start();
-    EXPECT_EQ(shop.Run->ExitCode, 1u);
-    EXPECT_TRUE(shop.Browsers.Started.empty());
+TEST(StartPage, IsNotShownWithoutALocalFolderOrToWhoRefusesAnOlderDisc) {
+    for (const bool isRefused : {false, true}) {
+        Workshop shop;
+        shop.Tree.Erase(L"C:\\Vantor\\KVX3.exe");
+        if (isRefused) {
+            shop.Tree.PutFile(L"C:\\man_info\\man_info_do.ci", "unreadable");
+            shop.MessageBoxes.Answers = {boxes::AnswerNo};
+        }
+        shop.Tree.DriveOf(L"C:")->ReadOnly = true;
+        shop.Run->Start();
+        EXPECT_EQ(shop.Run->ExitCode, isRefused ? 3u : 1u);
+        EXPECT_TRUE(shop.Browsers.Started.empty());
+    }
 }
 
 TEST(EndOfProgram, TemporaryFolderGoesUnlessKept) {
