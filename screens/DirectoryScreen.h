@@ -22,6 +22,8 @@ struct DirectoryTexts {
     std::wstring Cancel;
     std::wstring Frame;
     std::wstring FolderQuestion;  ///< title of the folder browser
+
+    bool operator==(const DirectoryTexts&) const = default;
 };
 
 DirectoryTexts LoadDirectoryScreen(const Program& program, const DiscCatalogueRecord& manual);

@@ -23,8 +23,11 @@ constexpr wchar_t ColourHighlighted[] = L"0";
 constexpr wchar_t ColourPlain[] = L"1";
 
 std::wstring FiveDigits(std::int32_t number) {
-    const std::wstring digits = std::to_wstring(number);
-    return digits.size() < 5 ? std::wstring(5 - digits.size(), L'0') + digits : digits;
+    std::wstring digits = std::to_wstring(number);
+    while (digits.size() < 5) {
+        digits.insert(0, 1, L'0');
+    }
+    return digits;
 }
 
 /// A year that is not a number is compared as the text that it is.

@@ -62,7 +62,7 @@ class FakeShell : public Shell, private OnTree {
     }
 
     std::vector<OpenedDocument> Opened;
-    std::intptr_t OpenResult = 42;
+    std::intptr_t OpenResult = showCommands::LowestSuccess;
     std::map<int, std::wstring> SpecialFolders;
     /// By the path as it was given.
     std::map<std::wstring, SavedShortcut> Shortcuts;

@@ -42,7 +42,7 @@ TEST_F(DirectoryScreenTest, TheProgramFilesDriveKeepsAReserve) {
                                        {L"\\\\server\\share\\Manuals", 400'000'000},
                                        {L"no drive", 0},
                                        {L"Q:\\Manuals", 0}}) {
-        EXPECT_EQ(GetUsableFreeSpace(windows_.Platform, program_.Paths, folder), free) << folder;
+        EXPECT_EQ(GetUsableFreeSpace(program_.Platform, program_.Paths, folder), free) << folder;
     }
 }
 
@@ -55,26 +55,30 @@ TEST_F(DirectoryScreenTest, APdfManualNeedsItsOwnSizeAndAnyOtherAFixedOne) {
     EXPECT_EQ(required(), 20'000'000);
     windows_.Tree.Deny(L"D:\\K1210MM\\contents\\K1210MM.pdf");
     EXPECT_EQ(required(), 10'000'000) << "a file that cannot be asked";
+    EXPECT_EQ(GetFileSize(program_.Platform, PdfSourcePath(program_.Paths, Manual())), 0);
+    EXPECT_TRUE(Logged(L"asking for a file's size"));
 }
 
-TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefused) {
+TEST_F(DirectoryScreenTest, AFolderWithoutRoomIsRefusedAndACancelIsAskedAbout) {
     SetFree(L"C:\\", 499'999'999);
     EXPECT_FALSE(ConfirmFolder(program_, Manual(), L"C:\\Other"));
     EXPECT_EQ(windows_.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 22", boxes::Information, L"title"}}));
     SetFree(L"C:\\", 500'000'000);
     EXPECT_TRUE(ConfirmFolder(program_, Manual(), L"C:\\Other"));
     EXPECT_EQ(windows_.MessageBoxes.Shown.size(), 1U);
+    windows_.MessageBoxes.Answers = {boxes::AnswerNo, boxes::AnswerYes};
+    EXPECT_TRUE(!CancelFolder(program_) && program_.Outcome.ResultMessage.empty() && CancelFolder(program_));
+    EXPECT_EQ(program_.Outcome.ResultMessage, L"message 25");
 }
 
 TEST_F(DirectoryScreenTest, TheTextsNameTheManualAndItsNumberAndTheChosenFolderIsNormalised) {
-    windows_.Tree.PutFile(program_.Paths.SysDirPath + L"\\M09.ini",
-                          "[MESSAGE]\r\nM059=@ of @\r\nM033=Folder\r\nM006=go\r\nM031=other\r\nM032=stop\r\n");
+    std::string messages = windows_.Tree.BytesOf(Workshop::Messages);
+    windows_.Tree.PutFile(Workshop::Messages, messages.replace(messages.find("message 59"), 10, "@ of @"));
     program_.Installation.NoFolderCount = 12;
-    const DirectoryTexts texts = LoadDirectoryScreen(program_, Manual());
-    EXPECT_EQ(texts.Name, L"Talis (Ver.3)");
-    EXPECT_EQ(texts.Instructions[0], L"12 of 12");
-    EXPECT_EQ(texts.Frame, L"  Folder  ");
-    EXPECT_EQ(texts.Ok + texts.Change + texts.Cancel, L"gootherstop");
+    const DirectoryTexts expected{L"message 34",     L"Talis (Ver.3)", {L"12 of 12", L"message 27", L"message 28"},
+                                  L"message 31",     L"message 6",     L"message 32",
+                                  L"  message 33  ", L"message 21"};
+    EXPECT_EQ(LoadDirectoryScreen(program_, Manual()), expected);
     EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L""), L"C:\\Manuals") << "a cancelled choice";
     EXPECT_EQ(ChangedFolder(L"C:\\Manuals", L"E:\\"), L"E:");
 }

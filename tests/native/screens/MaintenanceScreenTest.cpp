@@ -3,6 +3,7 @@
 #include "catalogue/modMDB.h"
 #include "screens/AgreementScreen.h"
 #include "screens/MenuScreen.h"
+#include "screens/modBrowser.h"
 #include "tests/native/screens/ScreensTest.h"
 
 namespace mip {
@@ -42,6 +43,10 @@ TEST_F(MaintenanceScreenTest, AManualWithoutItsFilesIsMarkedFirstAndDeletedAtThe
     Put(L"NOINDEX\\index.html");
     EXPECT_TRUE(CheckInstalledManuals(program_));
     EXPECT_EQ(MarksOf(all), L"WHOLE 0|NOINDEX 1|NOCONTENTS gone|NOTHING gone|PDF 1|NOPDF gone|");
+    windows_.Tree.Erase(L"C:\\Manuals\\WHOLE");
+    windows_.Tree.DriveOf(L"C:")->ReadOnly = true;
+    EXPECT_FALSE(CheckInstalledManuals(program_));
+    EXPECT_TRUE(Logged(L"\tNOINDEX\tmarked\r\n") && Logged(L"\tNOPDF\trow removed\r\n"));
 }
 
 TEST_F(MaintenanceScreenTest, RemovingOneManualTakesFolderAndRowAndOtherwiseTheExitCodeTells) {
@@ -60,7 +65,7 @@ TEST_F(MaintenanceScreenTest, RemovingOneManualTakesFolderAndRowAndOtherwiseTheE
     EXPECT_EQ(MarksOf({L"K1210MM", L"K2310MM"}), L"K1210MM gone|K2310MM 0|");
     EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Manuals\\K1210MM"));
     EXPECT_TRUE(windows_.Tree.HasFolder(L"C:\\Manuals\\K2310MM"));
-    EXPECT_EQ(windows_.Clock.Sleeps.front(), std::chrono::seconds(1));
+    EXPECT_EQ(windows_.Clock.Sleeps, std::vector<std::chrono::milliseconds>(5, std::chrono::seconds(1)));
 
     windows_.Tree.Erase(program_.Paths.RmDirBatPath);
     EXPECT_TRUE(RemoveOneManual(program_, L"C:\\Manuals\\K2310MM", L"K2310MM"));
@@ -71,6 +76,7 @@ TEST_F(MaintenanceScreenTest, RemovingOneManualTakesFolderAndRowAndOtherwiseTheE
     program_.CatalogDb = std::make_unique<clsMDB>(windows_.Platform);
     RunMaintenance(program_);
     EXPECT_EQ(program_.Outcome.ExitCode, ExitCode::FailedPartWay) << "catalogue closed";
+    EXPECT_TRUE(Logged(L"\tK9999MM\tnot installed\r\n") && Logged(L"\tK1210MM\tdone\r\n"));
 }
 
 using OtherScreensTest = ScreensTest;
@@ -85,6 +91,7 @@ TEST_F(OtherScreensTest, TheAgreementIsThatOfTheLanguageElseTheEnglishOne) {
     EXPECT_EQ(LoadAgreementText(program_), L"同\r\n");
     windows_.Tree.Deny(folder + L"\\Licence_11.txt");
     EXPECT_EQ(LoadAgreementText(program_), L"") << "a file that cannot be read is no reason for another language";
+    EXPECT_TRUE(Logged(L"reading the terms of use"));
 }
 
 TEST_F(OtherScreensTest, TheGuideIsOpenedByTheShellAndAFailureIsSaid) {
@@ -93,7 +100,9 @@ TEST_F(OtherScreensTest, TheGuideIsOpenedByTheShellAndAFailureIsSaid) {
     EXPECT_TRUE(windows_.MessageBoxes.Shown.empty());
     windows_.Shell.OpenResult = 31;
     OpenInstallationGuide(program_);
-    EXPECT_EQ(windows_.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 88", boxes::Exclamation, L"title"}}));
+    ReportStartPage(program_, Opening::Failed);
+    EXPECT_EQ(windows_.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 88", boxes::Exclamation, L"title"},
+                                                                  {L"message 104", boxes::Exclamation, L"title"}}));
 }
 
 }  // namespace

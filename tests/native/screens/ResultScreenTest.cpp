@@ -32,6 +32,7 @@ TEST_F(ResultScreenTest, ManualsAreListedByOrderThenYearThenKindThenPlaceOnTheDi
     Add(L"order 100", 100, L"2001", L"");
     Add(L"order 9, 2020", 9, L"2020", L"b");
     Add(L"order 9, year 999", 9, L"999", L"z");
+    Add(L"order 9, year 01x", 9, L"01x", L"");
     Add(L"order 9, 2020, kind a", 9, L"2020", L"a");
     Add(L"order 9, 2020 again", 9, L"2020", L"b");
     Add(L"order 9, no year", 9, L"MY", L"b");
@@ -40,8 +41,9 @@ TEST_F(ResultScreenTest, ManualsAreListedByOrderThenYearThenKindThenPlaceOnTheDi
     for (const DiscCatalogueRecord& manual : program_.DiscCatalogue.Records) {
         sorted.push_back(manual.Pub_No);
     }
-    EXPECT_EQ(sorted, (std::vector<std::wstring>{L"", L"order 9, year 999", L"order 9, 2020, kind a", L"order 9, 2020",
-                                                 L"order 9, 2020 again", L"order 9, no year", L"order 100"}));
+    EXPECT_EQ(sorted,
+              (std::vector<std::wstring>{L"", L"order 9, year 999", L"order 9, year 01x", L"order 9, 2020, kind a",
+                                         L"order 9, 2020", L"order 9, 2020 again", L"order 9, no year", L"order 100"}));
     program_.DiscCatalogue = {};
     for (int i = 1; i <= 120; ++i) {
         Add(std::to_wstring(i), 1, L"2020", L"");
@@ -58,11 +60,19 @@ TEST_F(ResultScreenTest, TheListShowsWhatWasChosenForInstallation) {
     talis.Version = L"3";
     AddManual(L"not chosen").InstallFlag = Selection::UpToDate;
     AddManual(L"superseded").InstallFlag = Selection::Superseded;
+    Add(L"K1", -1, L"2019", L"");
+    int drawn = 0;
+    grid_.OnChange([&drawn] { ++drawn; });
     program_.Identity.LanguageCode = L"11";
     const std::wstring header = L"message 35\tmessage 37\tmessage 38\tmessage 68\tmessage 69\tmessage 55\r\n";
-    EXPECT_EQ(Load(), header + L"Talis\t整備書\tEN\tK1210MM\t3\tmessage 52\r\n");
+    EXPECT_EQ(Load(), header + L"\t\t\tK1\t\tmessage 52\r\nTalis\t整備書\tEN\tK1210MM\t3\tmessage 52\r\n");
+    const int drawnForTwo = std::exchange(drawn, 0);
     program_.Identity.LanguageCode = L"09";
+    program_.DiscCatalogue.Records[1].InstallFlag = Selection::UpToDate;
     EXPECT_EQ(Load(), header + L"Talis\t2019\tEN\tK1210MM\t3\tmessage 52\r\n") << "a second listing replaces the first";
+    EXPECT_EQ(drawn, drawnForTwo) << "all rows at once";
+    program_.DiscCatalogue.Clear();
+    EXPECT_EQ(Load(), header);
 }
 
 TEST_F(ResultScreenTest, AManualWithoutStateKeepsTheStatusOfTheRowBefore) {

@@ -37,7 +37,9 @@ TEST_F(ScreenFlowTest, TheResultButtonClearsUpAndOpensTheManuals) {
     windows_.PutRow(L"K1", 1, L"C:\\Manuals\\K1");
     program_.Outcome.ManagerInstalled = true;
     bool servesMessages = false;
-    windows_.Clock.OnYield = [&] { servesMessages = windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size() == 1; };
+    windows_.Clock.OnYield = [&] {
+        servesMessages = windows_.AccessControl.ListOf(L"C:\\Manuals\\K1").size() == 1 && screens_.Shown.empty();
+    };
     flow_.CloseResult();
     EXPECT_TRUE(servesMessages) << "after the grant";
     EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp"));
@@ -60,6 +62,9 @@ TEST_F(ScreenFlowTest, AQuietRunEndsWithItsOwnExitCode) {
     windows_.Tree.PutFile(L"C:\\Vantor\\UnZipTemp\\rest.html");
     EXPECT_EQ(ExitCodeOf([this] { flow_.ShowResult(); }), 5U);
     EXPECT_FALSE(windows_.Tree.HasFolder(L"C:\\Vantor\\UnZipTemp"));
+    EXPECT_EQ(flow_.AskForFolder({}, L"C:\\Manuals"), L"C:\\Manuals");
+    program_.Outcome.RunFinished = true;
+    EXPECT_EQ(ExitCodeOf([this] { flow_.CloseMenu(); }), 5U);
     program_.Switches.Remove = L"K9999MM";
     program_.CatalogDb = std::make_unique<clsMDB>(windows_.Platform);
     EXPECT_EQ(ExitCodeOf([this] { flow_.Begin(); }), 1U);

@@ -36,6 +36,8 @@ class ScreensTest : public testing::Test {
         return {};
     }
 
+    bool Logged(const wchar_t* text) const { return program_.Log.Text().find(text) != std::wstring::npos; }
+
     StartedWorkshop windows_;
     Program& program_ = windows_.Program();
 };

@@ -22,9 +22,10 @@ class DiscIndex : public testing::Test {
     }
 
     Opening Open(const std::function<bool()>& isStopped = [] { return false; }) {
-        return ShowDiscIndex(windows_.Platform, program_.Paths, isStopped);
+        return ShowDiscIndex(program_.Platform, program_.Paths, isStopped);
     }
 
+    bool Logged(const wchar_t* routine) const { return program_.Log.Text().find(routine) != std::wstring::npos; }
     InMemoryWindows windows_;
     Program program_{windows_.Platform};
 };
@@ -46,18 +47,21 @@ TEST_F(DiscIndex, WhenViewerOrBrowserFailsTheShellOpensThePage) {
         Open();
         windows_.Faults.FailCall(windows_.Faults.Calls());  // its start is the last of the calls
     };
-    const std::function<void()> failures[] = {[this] { windows_.Browsers.NewBrowser.RefusesPages = true; },
-                                              [this] { windows_.Browsers.CanStart = false; }, failTheViewer};
-    for (const auto& arrange : failures) {
+    const std::pair<std::function<void()>, const wchar_t*> failures[] = {
+        {[this] { windows_.Browsers.NewBrowser.RefusesPages = true; }, L"sending the browser to the start page"},
+        {[this] { windows_.Browsers.CanStart = false; }, L"starting a browser"},
+        {failTheViewer, L"starting the viewer"}};
+    for (const auto& [arrange, routine] : failures) {
         arrange();
         windows_.Shell.Opened.clear();
         Open();
         EXPECT_EQ(windows_.Shell.Opened, (std::vector<OpenedDocument>{{L"Open", Page, 1}}));
+        EXPECT_TRUE(Logged(routine));
         EXPECT_TRUE(windows_.Browsers.Started.empty() || windows_.Browsers.Started.back()->Quit);
         windows_.Shell.OpenResult = 31;
         arrange();
         EXPECT_EQ(Open(), Opening::Failed) << "nor does the shell";
-        windows_.Shell.OpenResult = 42;
+        windows_.Shell.OpenResult = showCommands::LowestSuccess;
     }
 }
 
@@ -71,15 +75,12 @@ TEST_F(DiscIndex, NewBrowserIsShownWhenItHasLoadedThePageOfTheDrive) {
     EXPECT_EQ(browser.Navigated, std::vector<std::wstring>{Page});
     EXPECT_TRUE(browser.Shown);
     EXPECT_EQ(windows_.Clock.Yields, 5) << "the message loop is served at each look";
-    EXPECT_EQ(windows_.Clock.Sleeps.size(), 5u) << "the processor is spared";
+    EXPECT_EQ(windows_.Clock.Sleeps, std::vector(5, std::chrono::milliseconds(10))) << "the processor is spared";
+    EXPECT_TRUE(Logged(L"looking through the open windows"));
 }
 
 TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
-    const struct {
-        const wchar_t* Type;
-        const wchar_t* Address;
-        bool Reused;
-    } cases[] = {
+    const std::tuple<const wchar_t*, const wchar_t*, bool> cases[] = {
         {L"HTMLDocument", L"file://d:\\PROGRAMS\\setup\\INDEX.HTML", true},
         {L"HTMLDocument", L"file:///D:/programs/setup/index.html#top", true},
         {L"HTMLDocument", L"file:///D:/index.html", true},  // at the root, where it was sent
@@ -88,42 +89,38 @@ TEST_F(DiscIndex, OpenWindowWithTheStartPageIsReused) {
         {L"IShellFolderViewDual", L"D:\\programs\\setup\\index.html", false},
         {L"", L"", false},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(testing::PrintToString(each.Address));
+    for (const auto& [kind, place, isReused] : cases) {
+        SCOPED_TRACE(testing::PrintToString(place));
         windows_.Browsers.Open.clear();
         windows_.Browsers.Started.clear();
         for (const auto& [type, address] :
-             {std::pair<std::wstring, std::wstring>{L"HTMLDocument", L"about:blank"}, {each.Type, each.Address}}) {
+             {std::pair<std::wstring, std::wstring>{L"HTMLDocument", L"about:blank"}, {kind, place}}) {
             windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>());
             windows_.Browsers.Open.back()->DocumentType = type;
             windows_.Browsers.Open.back()->Address = address;
         }
         Open();
-        EXPECT_EQ(windows_.Browsers.Open[1]->Shown, each.Reused);
-        EXPECT_EQ(windows_.Browsers.Started.size(), each.Reused ? 0u : 1u);
+        EXPECT_EQ(windows_.Browsers.Open[1]->Shown, isReused);
+        EXPECT_EQ(windows_.Browsers.Started.size(), isReused ? 0u : 1u);
     }
 }
 
 TEST_F(DiscIndex, AWaitIsGivenUpAfterAMinuteOrByTheUserAndLeavesNoBrowserBehind) {
-    const struct {
-        bool Reused;
-        bool Stopped;
-        Opening Result;
-    } cases[] = {{false, false, Opening::Failed}, {true, false, Opening::Failed}, {false, true, Opening::Stopped}};
-    for (const auto& each : cases) {
-        SCOPED_TRACE(testing::Message() << each.Reused << each.Stopped);
+    for (const auto& [isReused, isStopped, result] :
+         {std::tuple{false, false, Opening::Failed}, {true, false, Opening::Failed}, {false, true, Opening::Stopped}}) {
+        SCOPED_TRACE(testing::Message() << isReused << isStopped);
         windows_.Browsers.NewBrowser.ReadyPolls = 1'000'000;
         windows_.Browsers.Open.clear();
-        if (each.Reused) {
+        if (isReused) {
             windows_.Browsers.Open.push_back(std::make_shared<ScriptedBrowser>(windows_.Browsers.NewBrowser));
             windows_.Browsers.Open.back()->Address = Page;
         }
         windows_.Clock.Yields = 0;
         const DateTime start = windows_.Clock.Now();
-        EXPECT_EQ(Open([&] { return each.Stopped && windows_.Clock.Yields == 7; }), each.Result);
-        EXPECT_EQ(windows_.Clock.Now() - start, std::chrono::seconds(each.Stopped ? 0 : 60));
-        const auto& browser = each.Reused ? windows_.Browsers.Open.back() : windows_.Browsers.Started.back();
-        EXPECT_EQ(browser->Quit, !each.Reused);
+        EXPECT_EQ(Open([&, stops = isStopped] { return stops && windows_.Clock.Yields == 7; }), result);
+        EXPECT_EQ(windows_.Clock.Now() - start, std::chrono::seconds(isStopped ? 0 : 60));
+        const auto& browser = isReused ? windows_.Browsers.Open.back() : windows_.Browsers.Started.back();
+        EXPECT_EQ(browser->Quit, !isReused);
         EXPECT_FALSE(browser->Shown);
     }
 }
@@ -139,6 +136,7 @@ TEST_F(DiscIndex, BrowserClosedWhileItLoadsEndsTheWait) {
         EXPECT_EQ(windows_.Clock.Yields, 7);
         EXPECT_FALSE(windows_.Browsers.Started.at(0)->Shown);
     }
+    EXPECT_TRUE(Logged(L"showing the browser"));
     EXPECT_TRUE(windows_.Shell.Opened.empty()) << "who closed the browser does not want the page";
 }
 
