@@ -248,7 +248,7 @@ void ManualWorker::ExtractManual(DiscCatalogueRecord& manual) {
         throw Failure(messages::ManualFailed, "the archive has no top-level folder");
     }
     const std::int32_t count = CountFiles(program_.Platform, temporary);
-    if (count == 0 || count == -1) {
+    if (count <= 0) {
         throw Failure(messages::ManualFailed, "the archive brought no files");
     }
     manual.InstalledPath = JoinPath(program_.Installation.InstallPath, extracted.Subfolders.back());
@@ -360,12 +360,11 @@ CopyProgress ManualWorker::CopyBarProgress() {
     };
 }
 
-/// Records the manual as installed once its files are on the drive. When the catalogue database's file is gone, message
-/// 24 takes the place of 67 in the first result text and the second keeps what it had.
+/// Records the manual as installed once its files are on the drive. When the catalogue database's file is gone, the
+/// first result text only asks what to do now and the second keeps what it had.
 void ManualWorker::Record(const DiscCatalogueRecord& manual) {
     program_.Platform.Volumes.Flush(manual.InstalledPath);
     if (!program_.Platform.Files.Exists(program_.Paths.MdbPath)) {
-        program_.Outcome.ResultMessage = GetMessageText(program_, messages::DatabaseReadOnly);
         program_.Outcome.ResultMessage = GetMessageText(program_, messages::WhatNow);
         throw std::runtime_error("the catalogue database's file is gone");
     }

@@ -211,9 +211,7 @@ ManualFacts LookAtDifferences(Platform& platform, const DiscCatalogueRecord& man
     facts.IsDifferential = true;
     facts.Target = JoinPath(manual.InstalledPath, L"contents");
     facts.Differences = CountFiles(platform, manual.ComparePath);
-    if (facts.Differences > 0) {
-        LookForRoom(platform, [&] { AddRoomForDifferences(platform, manual, facts); });
-    }
+    LookForRoom(platform, [&] { AddRoomForDifferences(platform, manual, facts); });
     return facts;
 }
 

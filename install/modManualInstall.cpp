@@ -58,7 +58,6 @@ void InstallationDriver::FormLoad() {
 }
 
 bool InstallationDriver::RunInstallation() {
-    program_.Outcome.ResultKind = false;
     program_.Outcome.InstallCancelled = false;
     program_.Outcome.ManagerInstalled = false;
     program_.Outcome.ManualsRecorded = 0;

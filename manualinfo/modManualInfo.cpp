@@ -26,7 +26,7 @@ constexpr wchar_t UserInfoFile[] = L"man_info_us.ci";
 struct Comparison {
     bool Result = true;
     bool CopyNeeded = false;
-    std::vector<std::wstring> OlderEntryLines;
+    std::vector<std::wstring> OlderEntryLines{};
 };
 
 std::wstring OnDisc(const Paths& paths, const wchar_t* name) {
@@ -68,7 +68,7 @@ Comparison CompareManualInfo(const Program& program) try {
     return comparison;
 } catch (const std::exception& error) {
     program.Platform.FaultLog.Trapped("comparing the manual information", error);
-    return {false, false, {}};
+    return {.Result = false};
 }
 
 /// False, after a box, when the folder is not there and cannot be made.
