@@ -25,8 +25,9 @@ class FakeAccountNames : public AccountNames, private Counted {
     bool LookupSid(const Sid& sid, std::wstring& name, std::uint32_t& nameSize, std::wstring& domain,
                    std::uint32_t& domainSize) override {
         const auto account = Accounts.find(sid);
+        const bool isBeyond = nameSize > name.size() || domainSize > domain.size();
         nameSize = domainSize = 0;
-        if (Throws) {
+        if (Throws || isBeyond) {
             throw PlatformError("LookupSid", L"", errors::AccessDenied);
         }
         if (faults_.Fails("AccountNames.LookupSid") || account == Accounts.end()) {
@@ -88,7 +89,7 @@ class FakeAccessControl : public AccessControl, private OnTree {
         const auto account = std::ranges::find_if(accounts_.Accounts, [&](const auto& known) {
             return ToUpper(known.second.Name) == ToUpper(CutAtNul(entry.Trustee));
         });
-        if (account == accounts_.Accounts.end()) {
+        if (account == accounts_.Accounts.end() || entry.AccessMode != ExplicitAccess().AccessMode) {
             throw PlatformError("MergeEntry", entry.Trustee, NoneMapped);
         }
         List merged = dynamic_cast<const HeldList&>(current).Entries;

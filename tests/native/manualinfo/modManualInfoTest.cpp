@@ -45,6 +45,10 @@ TEST_F(ManualInfo, WithoutALocalFileTheDiscsIsTakenAndFailuresAreSaid) {
     EXPECT_EQ(windows.Tree.BytesOf(Local), "anything");
     EXPECT_EQ(windows.AccessControl.ListOf(Local).size(), 1u);
     EXPECT_EQ(windows.MessageBoxes.Shown.size(), 1u);
+    program.Identity.FullAccessTrustee.clear();
+    windows.Tree.Erase(Local);
+    EXPECT_TRUE(CheckLocalManualInfo(program)) << "the system says what fails";
+    EXPECT_EQ(windows.MessageBoxes.Shown.back(), box(L"Set Access Error = C:\\man_info\\man_info_do.ci"));
     windows.Tree.Erase(L"C:\\man_info");
     windows.Tree.DriveOf(L"C:")->ReadOnly = true;
     EXPECT_FALSE(CheckLocalManualInfo(program));
@@ -84,6 +88,9 @@ TEST_F(ManualInfo, ComparisonDecidesAboutQuestionAndCopy) {
         EXPECT_EQ(check.MayOpen, given.MayOpen);
         EXPECT_EQ(windows.Tree.BytesOf(Local), given.Copied ? given.Disc : given.Local);
     }
+    EXPECT_NE(program.Log.Text().find(L"comparing the manual information: "), std::wstring::npos);
+    EXPECT_EQ(windows.Clock.Sleeps, std::vector(8, std::chrono::milliseconds{1000})) << "two for each copy";
+    EXPECT_EQ(windows.Clock.Yields, 8);
 }
 
 TEST_F(ManualInfo, QuestionNamesTheOlderEntriesInAnyEncoding) {

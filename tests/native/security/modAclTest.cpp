@@ -46,18 +46,15 @@ TEST(AccessRights, MasksBecomeLettersAndCountAsGrantOrNot) {
 TEST_F(SecurityTest, OnlyNtfsVolumesOnDriveLettersCount) {
     windows_.Tree.AddDrive({.Name = L"G:", .FileSystem = L"ntfs"});
     windows_.Tree.AddDrive({.Name = L"H:", .FileSystem = L"NTF"});
-    const std::pair<const wchar_t*, bool> cases[] = {{L"C:\\Manuals", true},
-                                                     {L"c:\\", true},
-                                                     {L"G:\\x", true},
-                                                     {L"H:\\x", false},
-                                                     {L"F:\\x", false},
-                                                     {L"Q:\\absent", false},
-                                                     {L"\\\\server\\share\\x", false},
-                                                     {L"Manuals", false},
-                                                     {L"", false}};
+    windows_.Tree.AddDrive({.Name = L"I:", .FileSystem = L"NTFS 5"});
+    const std::pair<const wchar_t*, bool> cases[] = {
+        {L"C:\\Manuals", true}, {L"c:\\", true},   {L"G:\\x", true},       {L"H:\\x", false},
+        {L"I:\\x", true},       {L"F:\\x", false}, {L"Q:\\absent", false}, {L"\\\\server\\share\\x", false},
+        {L"Manuals", false},    {L"", false}};
     for (const auto& [path, counts] : cases) {
-        EXPECT_EQ(IsNtfsVolume(windows_.Platform, path), counts) << ::testing::PrintToString(path);
+        EXPECT_EQ(IsNtfsVolume(program_.Platform, path), counts) << ::testing::PrintToString(path);
     }
+    EXPECT_NE(program_.Log.Text().find(L"asking for the file system: "), std::wstring::npos);
 }
 
 TEST_F(SecurityTest, FullAccessReplacesTheUsersEntryOnNtfsOnly) {
@@ -85,6 +82,7 @@ TEST_F(SecurityTest, FailedFullAccessShowsOnlyTheSystemsText) {
         EXPECT_EQ(windows_.MessageBoxes.Shown, OneAccessDeniedBox) << failing;
         EXPECT_TRUE(ListOf(L"C:\\Kvx\\mam_man.fdf").empty()) << failing;
     }
+    EXPECT_NE(program_.Log.Text().find(L"granting full access: "), std::wstring::npos);
 }
 
 TEST_F(SecurityTest, EmptyTrusteeFailsWithABoxForOneObjectAndSilentlyForAFolder) {
@@ -149,6 +147,7 @@ TEST_F(ModifyAccess, FolderThatCannotBeAskedIsReportedAndCountsAsWithout) {
     windows_.AccessControl.FailWith = [](const std::string&, const std::wstring&) { return errors::AccessDenied; };
     EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
     EXPECT_EQ(windows_.MessageBoxes.Shown, OneAccessDeniedBox);
+    EXPECT_NE(program_.Log.Text().find(L"reading a folder's access list: "), std::wstring::npos);
 }
 
 TEST(UsersName, IsTheWholeBufferOfTheLookUp) {
