@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "app/modFolderCopy.h"
-#include "install/ProgressBars.h"
 #include "install/modUnZip.h"
 #include "tests/native/fakes/InMemoryWindows.h"
 
@@ -127,24 +126,6 @@ TEST(ExtractArchive, CommandLineIsBuiltWithoutQuotesAroundTheArchiveAndAnErrorIs
               std::vector<std::wstring>{L"x -aoa -hide D:\\m\\manual.zip \"C:\\My Temp\\u\\\""});
     windows.Archives.OnSevenZip = [](const std::wstring&) -> std::int32_t { throw std::bad_alloc(); };
     EXPECT_NE(ExtractArchive(windows.Platform, L"a.zip", L"\"C:\\t\\\""), 0);
-}
-
-TEST(ProgressBars, CreepNoFurtherThanTheirLimit) {
-    struct : InstallationView {
-        void SetCaption(const std::wstring&) override {}
-        void SetStep(Step, const std::wstring&, StepState) override {}
-        void SetBar(Bar, const BarState&) override {}
-        void SetManual(const std::wstring&, const std::wstring&) override {}
-        void SetProgress(const RunProgress&) override {}
-        void SetBusyPointer(bool) override {}
-        void Repaint() override {}
-    } view;
-    ProgressBars bars(view);
-    bars.Start(Bar::Copy, 0, 10, 2);
-    for (const float expected : {4.0F, 4.0F}) {
-        bars.Creep(Bar::Copy, 2, 4);
-        EXPECT_EQ(bars.State(Bar::Copy).Value, expected);
-    }
 }
 
 }  // namespace

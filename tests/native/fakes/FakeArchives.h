@@ -25,10 +25,11 @@ class FakeArchives : public Archives {
     /// Calls `OnSevenZip` when the test has set it.
     std::int32_t SevenZip(const std::wstring& commandLine, FaultLog& log) override {
         CommandLines.push_back(commandLine);
+        WhileReading();
         return OnSevenZip ? OnSevenZip(commandLine) : embedded_.SevenZip(commandLine, log);
     }
     ArchiveFacts Inspect(const std::wstring& commandLine) override { return embedded_.Inspect(commandLine); }
-    ArchiveFacts Test(const std::wstring& commandLine) override { return embedded_.Test(commandLine); }
+    ArchiveFacts Test(const std::wstring& commandLine) override { return WhileReading(), embedded_.Test(commandLine); }
 
     /// Puts an archive there, with these entries ("folder\name", or "folder\" for a folder of its own).
     void Put(const std::wstring& path, const Entries& entries) {
@@ -42,6 +43,7 @@ class FakeArchives : public Archives {
     }
 
     std::function<std::int32_t(const std::wstring& commandLine)> OnSevenZip;
+    std::function<void()> WhileReading = [] {};  ///< what others do while an archive is extracted or tested
     std::vector<std::wstring> CommandLines;
 
   private:

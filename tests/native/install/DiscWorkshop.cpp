@@ -15,15 +15,34 @@ std::string Narrow(const std::wstring& text) {
 
 }  // namespace
 
+void RecordingView::Tell(const std::wstring& word) {
+    if (const auto seconds = (clock_.Time - last_) / std::chrono::seconds(1); seconds != 0) {
+        Story += " +" + std::to_string(seconds) + "s";
+    }
+    last_ = clock_.Time;
+    Story += (Story.empty() ? "" : " ") + Narrow(word);
+}
+
+void RecordingView::SetStep(Step step, const std::wstring& caption, StepState state) {
+    Tell(L"\n" + std::to_wstring(static_cast<int>(step)) + L": " + caption + L" " + L"->+"[static_cast<int>(state)]);
+}
+
 void RecordingView::SetBar(Bar bar, const BarState& state) {
     Bars[bar] = state;
-    if (state.Visible) {
-        ShownBars[bar].push_back(state);
-    }
+    const auto number = [](float value) { return L"," + std::to_wstring(static_cast<int>(value)); };
+    const std::wstring shown = state.Visible ? number(state.Min) + number(state.Value) + number(state.Max) : L"-";
+    Tell(L"ZCP"[static_cast<int>(bar)] + shown + (state.Visible == state.Enabled ? L"" : L"?"));
+}
+
+void RecordingView::SetProgress(const RunProgress& progress) {
+    Progress = progress;
+    Tell(std::to_wstring(static_cast<int>(progress.Part * 1000)) + (progress.Writing ? L"w" : L"") +
+         (progress.Failed ? L"f" : L""));
 }
 
 std::optional<std::wstring> RecordingView::AskForFolder(const DiscCatalogueRecord&, const std::wstring& proposal) {
     EXPECT_FALSE(Busy);
+    Tell(L"asked: " + proposal);
     ++FoldersAsked;
     return OnAskForFolder ? OnAskForFolder(proposal) : proposal;
 }

@@ -13,38 +13,42 @@
 
 namespace mip {
 
-/// What the progress screen was told, in order; the folder question is answered by `OnAskForFolder`.
+/// Writes down what the progress screen is told and when; the folder question is answered by `OnAskForFolder`.
 class RecordingView : public InstallationView, public FolderQuestion {
   public:
-    void SetCaption(const std::wstring& caption) override { Caption = caption; }
-    void SetStep(Step step, const std::wstring& caption, StepState state) override { Steps[step] = {caption, state}; }
+    explicit RecordingView(const FakeClock& clock) : clock_(clock), last_(clock.Time) {}
+
+    void SetCaption(const std::wstring& caption) override { Tell(L"title: " + caption); }
+    void SetStep(Step step, const std::wstring& caption, StepState state) override;
     void SetBar(Bar bar, const BarState& state) override;
     void SetManual(const std::wstring& name, const std::wstring& position) override {
-        Position = name.empty() ? position : name + L": " + position;
+        Tell(L"\n[" + name + L": " + position + L"]");
     }
-    void SetProgress(const RunProgress& progress) override { Progress = progress; }
-    void SetBusyPointer(bool busy) override { Busy = busy; }
-    void Repaint() override {}
+    void SetProgress(const RunProgress& progress) override;
+    void SetBusyPointer(bool busy) override { Tell((Busy = busy) ? L"busy" : L"idle"); }
+    void Repaint() override { Tell(L"!"); }
     std::optional<std::wstring> AskForFolder(const DiscCatalogueRecord& manual, const std::wstring& proposal) override;
 
-    using ShownStep = std::pair<std::wstring, StepState>;  ///< caption and state
+    /// Adds a word to the story, and the seconds since the last one.
+    void Tell(const std::wstring& word);
 
-    std::wstring Caption;
-    std::map<Step, ShownStep> Steps;
+    std::string Story;  ///< a line for each step and manual
     std::map<Bar, BarState> Bars;
-    std::map<Bar, std::vector<BarState>> ShownBars;  ///< every state in which a bar could be seen
     bool Busy = false;
-    std::wstring Position;
     RunProgress Progress;
     int FoldersAsked = 0;
     std::function<std::optional<std::wstring>(const std::wstring& proposal)> OnAskForFolder;
+
+  private:
+    const FakeClock& clock_;
+    decltype(FakeClock::Time) last_;
 };
 
 /// With a manager program in the library and its setup on the disc, to which manuals are added.
 struct DiscWorkshop : StartedWorkshop {
     DiscWorkshop();
 
-    RecordingView View;
+    RecordingView View{Clock};
 
     using Pages = FakeArchives::Entries;
 

@@ -3,7 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "app/DiscCatalogue.h"
+#include "app/Failure.h"
 #include "app/Messages.h"
+#include "catalogue/clsMDB.h"
+#include "install/Preflight.h"
+#include "tests/native/install/DiscWorkshop.h"
 
 namespace mip {
 namespace {
@@ -93,6 +97,58 @@ TEST(ManualPlan, FollowsFromTheFacts) {
         EXPECT_EQ(plan.Refusal, given.Refusal);
         EXPECT_EQ(plan.Reason.empty(), given.Refusal == 0);
     }
+}
+
+TEST(Preflight, CountsWhatEachDriveNeedsAndHas) {
+    constexpr double Pages = 4 * 4096;
+    constexpr double Least = 256 * 1024;
+    const std::wstring lib = L"C:\\Manuals";
+    const struct {
+        const char* Label;
+        std::wstring PubNo, Root, Installed;
+        BytesByDrive Needed;
+        double Free = 1'000'000;
+    } cases[] = {
+        {"renamed to where nothing is", L"AAAA1MM", lib, L"", {{L"C:", Least + Pages}}},
+        {"copied to another drive", L"AAAA1MM", L"e:\\Lib", L"", {{L"C:", Least + Pages}, {L"E:", Pages}}},
+        {"copied over a folder", L"FFFF1MM", lib, L"", {{L"C:", Least + 2 * Pages}}},
+        {"copied without a folder", L"BBBB1MM", lib, L"", {{L"C:", Least + 2 * 4096}}},
+        {"renamed over its edition", L"FFFF1MM", lib, lib + L"\\ffff1mm", {{L"C:", Least + Pages}}},
+        {"no edition is there", L"GGGG1MM", lib, lib + L"\\GGGG1MM", {{L"C:", Least + 2 * Pages}}},
+        {"what goes makes room", L"AAAA1MM", lib, lib + L"\\FFFF1MM", {{L"C:", Least}}, Least + Pages - 1},
+        {"just enough room", L"AAAA1MM", lib, lib + L"\\FFFF1MM", {{L"C:", Least + Pages}}, Least + Pages},
+        {"PDF", L"DDDD1MM", L"E:\\Lib", L"", {{L"C:", Least}, {L"E:", 2 * 4096}}},
+    };
+    DiscWorkshop shop;
+    shop.Tree.AddDrive({.Name = L"E:"});
+    for (const wchar_t* pubNo : {L"AAAA1MM", L"BBBB1MM", L"FFFF1MM", L"GGGG1MM"}) {
+        shop.PutArchiveManual(pubNo, 2);
+    }
+    shop.Archives.Put(L"D:\\BBBB1MM\\install\\condense\\manual.zip", {{L"read me.txt", "page"}});
+    shop.PutPdfManual(L"DDDD1MM", 1);
+    shop.PutInstalledManual(L"FFFF1MM", 1);
+    shop.Tree.PutFile(lib + L"\\GGGG1MM\\note.txt");
+    DiscCatalogueRecord manual;
+    for (const auto& given : cases) {
+        SCOPED_TRACE(given.Label);
+        manual.Pub_No = manual.FolderName = given.PubNo;
+        manual.InstalledPath = given.Installed;
+        manual.PdfForm = given.PubNo == L"DDDD1MM" ? ManualForm::Pdf : ManualForm::Archive;
+        manual.SourcePath = L"D:\\" + given.PubNo +
+                            (manual.PdfForm == ManualForm::Pdf ? L"\\contents" : L"\\install\\condense\\manual.zip");
+        shop.Tree.DriveOf(L"C:")->FreeBytes = static_cast<std::uint64_t>(given.Free);
+        const ManualFacts facts = LookAtManual(shop.Program(), manual, given.Root);
+        EXPECT_EQ(facts.NeededBytes, given.Needed);
+        EXPECT_EQ(facts.FreeBytes.at(L"C:"), given.Free);
+        EXPECT_EQ(facts.FreeBytes.size(), given.Needed.size());
+    }
+    shop.PutComparisonSet(L"FFFF1MM", 2);
+    shop.Tree.PutFile(L"D:\\FFFF1MM\\install\\compare\\pictures\\new.svg", std::string(4097, ' '));
+    manual.InstalledPath = lib + L"\\FFFF1MM";
+    manual.ComparePath = L"D:\\FFFF1MM\\install\\compare";
+    EXPECT_EQ(LookAtDifferences(shop.Platform, manual).NeededBytes, (BytesByDrive{{L"C:", 2 * 4096}})) << "one is new";
+    shop.Program().CatalogDb = std::make_unique<clsMDB>(shop.Platform);
+    EXPECT_THROW(LookAtManual(shop.Program(), manual, lib), Failure) << "the catalogue does not answer";
 }
 
 }  // namespace

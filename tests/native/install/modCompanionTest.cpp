@@ -74,12 +74,14 @@ TEST(Companions, SetupThatLosesThePathsHasFailed) {
 TEST(Companions, ManagerShortcutIsMadeOnceAndOnlyWhenAskedFor) {
     DiscWorkshop shop;
     shop.Shell.SpecialFolders[2] = L"C:\\Menu";
-    shop.Tree.PutFolder(L"C:\\Menu");
     const auto setUp = [&] { return InstallManagerProgram(shop.Program(), ManagerSetup); };
     EXPECT_TRUE(setUp());
     EXPECT_TRUE(shop.Shell.Shortcuts.empty());
 
     shop.Program().Settings.ShortcutIconFlag = 1;
+    EXPECT_TRUE(setUp()) << "without a menu";
+    EXPECT_NE(shop.Program().Log.Text().find(L"making a shortcut: "), std::wstring::npos);
+    shop.Tree.PutFolder(L"C:\\Menu");
     EXPECT_TRUE(setUp());
     const SavedShortcut& saved = shop.Shell.Shortcuts.at(L"C:\\Menu\\message 43.lnk");
     std::wstring properties;
@@ -103,11 +105,15 @@ TEST(Companions, ManagerIsSetUpOnlyWhenOlderAndThenStamped) {
     EXPECT_FALSE(shop.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf"));
 
     shop.Tree.Find(L"C:\\Vantor\\Manager.exe")->Modified -= std::chrono::hours(1);
-    shop.FileVersions.Put(L"C:\\Vantor\\Manager.exe", {0x00020001, 0x00000007});
+    shop.FileVersions.Put(L"C:\\Vantor\\Manager.exe", {0x00020001, 0x00030007});
+    EXPECT_EQ(GetFileVersionNumbers(shop.Platform, L"C:\\Vantor\\Manager.exe"), (FileVersionNumbers{2, 1, 3, 7}));
     shop.Tree.PutFile(L"C:\\Vantor\\mam_man.fdf", "an older and much longer stamp" + std::string(500, ' '),
                       attributes::ReadOnly);
     ASSERT_TRUE(shop.Install());
     EXPECT_TRUE(shop.Program().Outcome.ManagerInstalled);
+    EXPECT_NE(shop.Program().Log.Text().find(L"\tmanager\t\tset up\r\n"), std::wstring::npos);
+    EXPECT_NE(shop.Program().Log.Text().find(L"\tversion stamp\t\twritten\r\n"), std::wstring::npos);
+    EXPECT_EQ(shop.AccessControl.ListOf(L"C:\\Vantor\\mam_man.fdf").size(), 1U);
     EXPECT_EQ(shop.Tree.BytesOf(L"C:\\Vantor\\mam_man.fdf"),
               "%FDF-1.2\r\n1 0 obj\r\n<<\r\n/FDF << /Fields [\r\n<< /V (Ver 2.1.7)/T (ver_mam_man)>> ]\r\n"
               "/F (./message 60) >>\r\n>>\r\nendobj\r\ntrailer\r\n<<\r\n/Root 1 0 R\r\n\r\n>>\r\n%%EOF\r\n");
@@ -116,15 +122,20 @@ TEST(Companions, ManagerIsSetUpOnlyWhenOlderAndThenStamped) {
     shop.Tree.Erase(L"C:\\Vantor\\mam_man.fdf");
     ASSERT_TRUE(shop.Install());
     EXPECT_FALSE(shop.Program().Outcome.ManagerInstalled);
-    EXPECT_TRUE(shop.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf")) << "a run ended before it was written";
+    ASSERT_TRUE(shop.Tree.HasFile(L"C:\\Vantor\\mam_man.fdf")) << "a run ended before it was written";
+    const FileTime written = shop.Tree.Find(L"C:\\Vantor\\mam_man.fdf")->Modified;
+    ASSERT_TRUE(shop.Install());
+    EXPECT_EQ(shop.Tree.Find(L"C:\\Vantor\\mam_man.fdf")->Modified, written) << "it said so already";
 }
 
 TEST(Companions, UserMayGoOnWithoutAProgramThatFailed) {
     DiscWorkshop shop;
     shop.Tree.PutFile(LinkSetup);
-    shop.MessageBoxes.Answers = {boxes::AnswerYes};
+    shop.Tree.PutFile(L"D:\\programs\\View\\setup.exe");
+    shop.MessageBoxes.Answers = {boxes::AnswerYes, boxes::AnswerYes};
     EXPECT_TRUE(shop.Install());
-    EXPECT_EQ(shop.MessageBoxes.Shown, (std::vector<ShownBox>{{L"message 90message 91", 308, L"message 34"}}));
+    EXPECT_NE(shop.Program().Log.Text().find(L"\tView\t\tfailed\r\n"), std::wstring::npos);
+    EXPECT_EQ(shop.MessageBoxes.Shown, std::vector(2, ShownBox{L"message 90message 91", 308, L"message 34"}));
 }
 
 }  // namespace
