@@ -15,8 +15,6 @@ namespace {
 
 // The reading library holds about 120 bytes of every entry; this keeps the whole extraction below 32 MiB.
 constexpr std::uint64_t MaximumEntries = 200'000;
-constexpr std::uint64_t MaximumDirectory = 256ULL * 1024 * 1024;
-constexpr std::uint64_t MaximumTotal = 1ULL << 50U;
 constexpr std::uint64_t MaximumDeflateRatio = 1032;  // what deflate yields at best
 constexpr unsigned Utf8CodePage = 65001;
 constexpr std::uint16_t EncryptionFlags = 1U << 0U | 1U << 6U | 1U << 13U;
@@ -127,7 +125,7 @@ class ApprovedEntries::TopLevelFolders {
 
 ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, Pacer& pacer) : system_(system) {
     const ZipDirectory directory = FindZipDirectory(archive);
-    if (directory.Records > MaximumEntries || directory.Size > MaximumDirectory) {
+    if (directory.Records > MaximumEntries) {
         throw BadArchive("counting the archive's entries");
     }
     entries_.reserve(static_cast<std::size_t>(directory.Records));
@@ -159,8 +157,8 @@ void ApprovedEntries::Add(const ZipRecord& record, const ZipDirectory& directory
     packedSize_ += record.CompressedSize + LocalHeaderSize;
     totalSize_ += record.Size;
     if ((record.Flags & EncryptionFlags) != 0 || IsSpecial(record) || !IsPossibleSize(record) ||
-        record.CompressedSize > directory.Offset || packedSize_ > directory.Offset || record.Size > MaximumTotal ||
-        totalSize_ > MaximumTotal || entries_.size() == MaximumEntries) {
+        record.CompressedSize > directory.Offset || packedSize_ > directory.Offset ||
+        entries_.size() == MaximumEntries) {
         throw BadArchive("checking an entry's record", path);
     }
     const EntryKind kind = IsFolder(record, name) ? EntryKind::Folder : EntryKind::File;

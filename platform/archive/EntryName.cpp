@@ -45,7 +45,7 @@ bool IsAcceptablePart(std::wstring_view part) {
 }  // namespace
 
 std::wstring CheckedEntryName(std::wstring_view name) {
-    std::wstring path(name.substr(0, MaximumName + 1));
+    std::wstring path(name);
     std::ranges::replace(path, L'/', L'\\');
     if (path.ends_with(L'\\')) {
         path.pop_back();

@@ -38,7 +38,7 @@ std::size_t StartOfLastArgument(std::wstring_view text) {
 }
 
 std::wstring_view WithoutSurroundingQuotes(std::wstring_view text) {
-    const bool isQuoted = text.size() > 1 && text.starts_with(L'"') && text.ends_with(L'"');
+    const bool isQuoted = text.starts_with(L'"') && text.ends_with(L'"');
     return isQuoted ? text.substr(1, text.size() - 2) : text;
 }
 

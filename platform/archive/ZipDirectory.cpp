@@ -12,15 +12,15 @@ namespace mip {
 
 namespace {
 
-constexpr std::string_view RecordSignature("PK\x01\x02", 4);
-constexpr std::string_view EndSignature("PK\x05\x06", 4);
-constexpr std::string_view End64Signature("PK\x06\x06", 4);
-constexpr std::string_view Locator64Signature("PK\x06\x07", 4);
+constexpr std::string_view RecordSignature = "PK\x01\x02";
+constexpr std::string_view EndSignature = "PK\x05\x06";
+constexpr std::string_view End64Signature = "PK\x06\x06";
+constexpr std::string_view Locator64Signature = "PK\x06\x07";
 constexpr std::size_t RecordSize = 46;
 constexpr std::size_t EndSize = 22;
 constexpr std::size_t End64Size = 56;
 constexpr std::size_t Locator64Size = 20;
-constexpr std::size_t SearchedTail = 16 * 1024;  // where the reading library, too, looks for the end record
+constexpr std::size_t SearchedTail = 16 * 1024 - 1;  // where the reading library, too, looks for the end record
 constexpr std::uint16_t Zip64Field = 0x0001;
 constexpr std::uint16_t UnicodePathField = 0x7075;
 constexpr std::uint16_t Utf8Flag = 1U << 11U;

@@ -96,7 +96,7 @@ TEST_F(ArchivesContract, AManualHasAFileBelowEachTopLevelFolder) {
                  {{{L"M\\a", "page"}, {L"N\\"}}, false},
                  {{{L"M\\"}, {L"M\\contents\\"}, {L"M\\contents\\a"}}, true, L"M"},
                  {{{L"M\\a\\b"}, {L"M\\a\\c"}, {L"N\\a"}}, true},
-                 {{{L"N\\"}, {L"M\\a"}, {L"N\\a"}}, true},
+                 {{{L"N\\"}, {L"M\\a"}, {L"N\\a"}, {L"M\\b"}}, true},
                  {{{L"M\\a"}, {L"index.html"}}, true},
                  {{{L"M\\a", "file"}, {L"M\\a.files\\b", "file"}, {L"M\\ab\\a", "file"}}, true, L"M"}};
     int number = 0;

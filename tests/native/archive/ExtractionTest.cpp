@@ -41,6 +41,9 @@ class Extraction : public testing::Test {
     ArchiveFacts Test(const std::string& zip) {
         return EmbeddedArchives(computer_->System(), windows_.Clock).Test(CommandFor(zip));
     }
+    ArchiveFacts Inspect(const std::vector<ZipItem>& items) {
+        return EmbeddedArchives(computer_->System(), windows_.Clock).Inspect(CommandFor(BuildZip(items)));
+    }
     Tree Extracted() { return computer_->TreeOf(computer_->At(L"out")); }
 
     std::unique_ptr<ArchiveComputer> computer_ = MakeArchiveComputer();
@@ -56,7 +59,7 @@ TEST_F(Extraction, WritesWhatThePackerPacked) {
                   {.Name = "M/empty.txt", .Deflate = false},
                   {.Name = "M/empty folder/", .Deflate = false, .Attributes = 0x10},
                   {.Name = "N/without/folder entries.txt", .Content = "n"},
-                  {.Name = "N/sizes follow.txt", .Content = "s", .SizesFollowData = true},
+                  {.Name = "N/sizes follow.txt", .Content = "s", .SizesFollowData = true, .Comment = "of the packer"},
                   {.Name = "N/zip64.txt", .Content = "z64", .Zip64 = true},
                   {.Name = "N\\by\\backslash.txt", .Content = "b"},
                   {.Name = "U/read only.sh", .Content = "u", .Host = UnixHost, .Attributes = 0100444U << 16U}});
@@ -70,6 +73,24 @@ TEST_F(Extraction, WritesWhatThePackerPacked) {
     }
     EXPECT_EQ(Extracted(), expected);
     EXPECT_EQ(Test(zip), (ArchiveFacts{2 * SizeInClusters(large.size()) + 5 * SizeInClusters(1), 8, true}));
+}
+
+TEST_F(Extraction, UnusualRecordsAreReadAsTheyAreMeant) {
+    const std::string tail(40, 'x');
+    EXPECT_EQ(Inspect({{.Name = "read-only", .Content = "x", .Attributes = 0x21},
+                       {.Name = "not FAT", .Content = "x", .Host = 11, .Attributes = 0x10},
+                       {.Name = "no mode", .Content = "x", .Host = UnixHost},
+                       {.Name = "executable", .Content = "x", .Host = UnixHost, .Attributes = 0100755U << 16U},
+                       {.Name = "flags but for encryption", .Content = "x", .Flags = 0xDFBE},
+                       {.Name = "1/" + tail, .Content = "x"},
+                       {.Name = "2/" + tail, .Content = "x"},
+                       {.Name = "by backslash\\", .Deflate = false},
+                       {.Name = "by attribute", .Deflate = false, .Attributes = 0x10},
+                       {.Name = "by mode", .Deflate = false, .Host = UnixHost, .Attributes = 0040755U << 16U}}),
+              (ArchiveFacts{7 * 4096, 7, false}));
+    EXPECT_EQ(Inspect({{.Name = "a", .Content = std::string(9000, 'x'), .Zip64 = true}}),
+              (ArchiveFacts{3 * 4096, 1, false}));
+    EXPECT_EQ(Inspect({{.Name = "a", .Content = "x", .LocalName = ""}}), (ArchiveFacts{4096, 1, false})) << "no gap";
 }
 
 TEST_F(Extraction, FilesWrittenSideBySideShareTheirFolders) {
@@ -105,6 +126,7 @@ TEST_F(Extraction, NamesAreReadInTheirCodePage) {
         {"UTF-8 flag", {.Name = "\xE8\xA1\xA8\xE7\xA4\xBA.htm", .Flags = Utf8Names}, UsCodePage, L"表示.htm"},
         {"Unicode path field", {.Name = plain, .Extra = field}, UsCodePage, L"表"},
         {"a trail byte like a backslash", {.Name = "\x95\x5C\x8E\xA6/\x83\x5C"}, JapaneseCodePage, L"表示\\ソ"},
+        {"Unicode path field without a name", {.Name = plain, .Extra = ExtraField(0x7075, "12345")}, UsCodePage, L"_"},
         {"half-width kana", {.Name = "\xB6\xC5"}, JapaneseCodePage, L"ｶﾅ"},
         {"United States", {.Name = "\x81\x62\x65r.txt"}, UsCodePage, L"über.txt"},
         {"Western Europe", {.Name = "\xE9t\xE9"}, 1252, L"été"},
@@ -119,9 +141,13 @@ TEST_F(Extraction, NamesAreReadInTheirCodePage) {
 
 TEST_F(Extraction, KeepsModificationTimes) {
     const std::string extendedTime = std::string("\x01", 1) + LittleEndian(981'173'106);
-    ASSERT_EQ(Extract(BuildZip({{.Name = "a", .Content = "a", .Extra = ExtraField(0x5455, extendedTime)}})), 0);
+    const std::string noTime = std::string("\x01", 1) + LittleEndian(0);
+    ASSERT_EQ(Extract(BuildZip({{.Name = "a", .Content = "a", .Extra = ExtraField(0x5455, extendedTime)},
+                                {.Name = "b", .Content = "b", .Extra = ExtraField(0x5455, noTime)}})),
+              0);
     const FileTime expected = std::chrono::sys_days(std::chrono::year(2001) / 2 / 3) + std::chrono::seconds(14'706);
     EXPECT_EQ(computer_->Files().Status(computer_->At(L"out\\a")).Modified, expected);
+    EXPECT_GT(computer_->Files().Status(computer_->At(L"out\\b")).Modified, expected) << "when it was extracted";
 }
 
 /// A computer on which looking at some names, and making a file of some, takes longer than a turn of the message loop
@@ -147,14 +173,17 @@ class SlowSystem : public FakeArchiveSystem {
 TEST_F(Extraction, ServesTheMessageLoopWhileItWorksAndNotForEveryEntry) {
     SlowSystem system(windows_);
     EmbeddedArchives archives(system, windows_.Clock);
+    const std::wstring command = L"x -aoa C:\\slow.zip C:\\out";
+    windows_.Tree.PutFile(L"C:\\slow.zip", BuildZip({{.Name = "slow", .Deflate = false}}));
+    archives.Test(command);
+    EXPECT_EQ(windows_.Clock.Yields, 3) << "two at the directory, one at the data";
     std::vector<ZipItem> items(1000, {.Content = "x"});
     for (std::size_t index = 0; index < items.size(); ++index) {
         items[index].Name = std::to_string(index);
     }
     items[0].Name = "slow";
     windows_.Tree.PutFile(L"C:\\slow.zip", BuildZip(items));
-    archives.Test(L"x -aoa C:\\slow.zip C:\\out");
-    EXPECT_GE(windows_.Clock.Yields, 3) << "two at the directory, one at the data";
+    archives.Test(command);
     EXPECT_LT(windows_.Clock.Yields, 500);
 
     // The writer waits for the message loop, which has its turn while the extractor waits for the writer.

@@ -15,15 +15,16 @@ inline std::vector<std::wstring> HostileNames() {
         L"\\??\\C:\\evil", L"C:/evil", L"C:evil", L"c:\\evil", L"a/C:/evil", L"a.txt:stream", L"a.txt::$DATA", L"a:",
         // devices
         L"CON", L"con", L"a/NUL", L"nul.txt", L"AUX.tar.gz", L"prn ", L"PRN .txt", L"COM1", L"com9.log", L"LPT1/a",
-        L"LPT\u00B3.x", L"COM\u00B9", L"CONIN$", L"conout$.x",
+        L"LPT\u00B3.x", L"com\u00B2", L"COM\u00B9", L"CONIN$", L"conout$.x",
         // ends that Windows cuts off, and characters that it has no names with
         L"a.", L"a. ", L"a ", L"folder./a", L"folder /a", L"...", L"a\u0001b", L"a\nb", L"a\tb", L"a<b", L"a>b",
         L"a\"b", L"a|b", L"a?b", L"a*b", L"a\0b"s, L"a\0/../b"s, std::wstring(256, L'x'), std::wstring(5000, L'x')};
-    std::wstring deep;
-    for (int level = 0; level < 2100; ++level) {
-        deep += L"a/";
+    std::wstring deep = L"bbb";
+    for (int level = 0; level < 2047; ++level) {
+        deep += L"/a";
     }
-    names.push_back(deep + L"b");
+    names.push_back(deep.substr(1) + L"/a");
+    names.push_back(deep);  // one character too long
     return names;
 }
 

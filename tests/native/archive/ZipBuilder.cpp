@@ -66,18 +66,19 @@ std::string LocalEntry(const ZipItem& item, const Packed& packed) {
     const std::string sizes = Four(packed.Crc) + Four(item.Zip64 ? UINT32_MAX : packed.Data.size()) +
                               Four(item.Zip64 ? UINT32_MAX : packed.Size);
     const bool follow = item.SizesFollowData;
-    return "PK\x03\x04" + Two(20) + Two(packed.Flags) + Two(packed.Method) + Four(item.DosTime) +
-           (follow ? std::string(12, '\0') : sizes) + Two(name.size()) + Two(extra.size()) + name + extra +
-           packed.Data + (follow ? "PK\x07\x08" + sizes : "");
+    return "PK\x03\x04" + Two(20) + Two(item.LocalFlags.value_or(packed.Flags)) + Two(packed.Method) +
+           Four(item.DosTime) + (follow ? std::string(12, '\0') : sizes) + Two(name.size()) + Two(extra.size()) + name +
+           extra + packed.Data + (follow ? "PK\x07\x08" + sizes : "");
 }
 
 std::string DirectoryRecord(const ZipItem& item, const Packed& packed, std::uint64_t offset) {
     const std::string extra = ExtraOf(item, packed);
     return "PK\x01\x02" + Two(20U | static_cast<unsigned>(item.Host) << 8U) + Two(20) + Two(packed.Flags) +
            Two(packed.Method) + Four(item.DosTime) + Four(packed.Crc) +
-           Four(item.Zip64 ? UINT32_MAX : packed.Data.size()) + Four(item.Zip64 ? UINT32_MAX : packed.Size) +
-           Two(item.Name.size()) + Two(extra.size()) + std::string(6, '\0') + Four(item.Attributes) +
-           Four(item.LocalOffset.value_or(offset)) + item.Name + extra;
+           Four(item.Zip64 ? UINT32_MAX : item.PackedSize.value_or(packed.Data.size())) +
+           Four(item.Zip64 ? UINT32_MAX : packed.Size) + Two(item.Name.size()) + Two(extra.size()) +
+           Two(item.Comment.size()) + std::string(4, '\0') + Four(item.Attributes) +
+           Four(item.LocalOffset.value_or(offset)) + item.Name + extra + item.Comment;
 }
 
 std::string End(const ZipShape& shape, std::uint64_t records, std::uint64_t offset, std::uint64_t size) {
@@ -111,7 +112,7 @@ std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape) {
     return zip + directory + End(shape, shape.Records.value_or(items.size()), offset, directory.size());
 }
 
-void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count) {
+void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count, bool zip64End) {
     constexpr std::size_t NameSize = 8;
     const ZipItem item{.Name = std::string(NameSize, '0'), .Deflate = false};
     std::string entry = LocalEntry(item, {});
@@ -129,7 +130,7 @@ void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count) {
         record.replace(record.size() - NameSize - 4, 4, LittleEndian(static_cast<std::uint32_t>(index * entry.size())));
         zip << record;
     }
-    zip << End({.Zip64End = true}, count, count * entry.size(), count * record.size());
+    zip << End({.Zip64End = zip64End}, count, count * entry.size(), count * record.size());
 }
 
 std::string ExtraField(std::uint16_t kind, const std::string& content) {

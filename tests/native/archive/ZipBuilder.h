@@ -25,7 +25,10 @@ struct ZipItem {
     std::optional<std::uint16_t> Method = {};
     std::optional<std::uint32_t> Crc = {};
     std::optional<std::uint64_t> Size = {};
+    std::optional<std::uint16_t> LocalFlags = {};
     std::optional<std::uint64_t> LocalOffset = {};
+    std::optional<std::uint64_t> PackedSize = {};
+    std::string Comment = {};
 };
 
 /// The archive's end, and what surrounds its records.
@@ -43,8 +46,8 @@ constexpr std::uint8_t UnixHost = 3;
 /// What an ordinary packer makes of a file, or of a folder whose name ends in a backslash.
 ZipItem OrdinaryItem(const std::wstring& name, const std::string& content);
 std::string BuildZip(const std::vector<ZipItem>& items, const ZipShape& shape = {});
-/// `count` empty files "00000000", "00000001", ..., with ZIP64 end records.
-void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count);
+/// `count` empty files "00000000", "00000001", ..., with ZIP64 end records or without.
+void WriteZipOfEmptyFiles(std::ostream& zip, std::size_t count, bool zip64End = true);
 /// A field of a record's extra data.
 std::string ExtraField(std::uint16_t kind, const std::string& content);
 std::string LittleEndian(std::uint32_t value);
