@@ -130,7 +130,7 @@ void MakeFolderPath(Platform& platform, const std::wstring& folder) {
             throw;
         }
         const std::size_t last = folder.find_last_of(L'\\');
-        if (last == std::wstring::npos || last == 0 || last + 1 == folder.size()) {
+        if (last == std::wstring::npos) {
             throw;
         }
         MakeFolderPath(platform, folder.substr(0, last));

@@ -21,10 +21,11 @@ namespace {
 constexpr std::int32_t Failed = -1;
 
 std::int32_t AddCount(std::int32_t count, std::size_t more) {
-    if (more > static_cast<std::size_t>(INT32_MAX) || count > INT32_MAX - static_cast<std::int32_t>(more)) {
+    const std::int64_t sum = count + static_cast<std::int64_t>(more);
+    if (sum > INT32_MAX) {
         throw OverflowError();
     }
-    return count + static_cast<std::int32_t>(more);
+    return static_cast<std::int32_t>(sum);
 }
 
 /// A drive's root and a folder alike, so that what follows the root in a path begins with the backslash.
@@ -48,7 +49,7 @@ class FolderCopy {
     void Run(const std::wstring& sourceRoot, const std::wstring& destRoot) {
         Visit(sourceRoot, destRoot);
         // The root is the user's choice; below it a link would lead the files to another place.
-        refusesLinks_ = !countsOnly_;
+        refusesLinks_ = true;
         while (!folderStack_.empty()) {
             const std::wstring source = std::move(folderStack_.back());
             folderStack_.pop_back();
@@ -123,8 +124,7 @@ std::int32_t CopyFolderWithProgress(Platform& platform, CopyMode mode, std::int3
 }
 
 std::int32_t CountFiles(Platform& platform, const std::wstring& folder) {
-    constexpr wchar_t NoTarget[] = L"";
-    return CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, folder, NoTarget);
+    return CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, folder, folder);
 }
 
 }  // namespace mip

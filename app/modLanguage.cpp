@@ -1,5 +1,8 @@
 #include "app/modLanguage.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "platform/Computer.h"
 #include "platform/Platform.h"
 #include "platform/PlatformError.h"
@@ -24,7 +27,7 @@ std::wstring LanguageCodeOf(const std::wstring& identifier) {
     if (digits == L"0404" || digits == L"0C04") {
         return L"04T";
     }
-    return digits.size() > 2 ? digits.substr(2) : L"";
+    return digits.substr(std::min<std::size_t>(digits.size(), 2));
 }
 
 std::uint16_t MakeLangId(std::uint16_t primary, std::uint16_t sub) {
@@ -32,8 +35,7 @@ std::uint16_t MakeLangId(std::uint16_t primary, std::uint16_t sub) {
 }
 
 std::uint32_t MakeLcid(std::uint16_t languageId) {
-    constexpr std::uint32_t defaultSortOrder = 0;
-    return defaultSortOrder << 16 | languageId;
+    return languageId;  // the sort order above it is the default one, 0
 }
 
 std::wstring ScreenFont(const std::wstring& languageCode) {

@@ -34,7 +34,7 @@ void PauseSeconds(Clock& clock, std::int16_t seconds) {
 }
 
 bool IsProgramNotRunning(const std::vector<std::wstring>& processNames, const std::wstring& program) {
-    return processNames.size() < 2 ||
+    return processNames.empty() ||
            std::find(processNames.begin() + 1, processNames.end(), program) == processNames.end();
 }
 

@@ -45,9 +45,7 @@ std::wstring FindMessageFile(const Program& program) {
 
 std::wstring MessageKey(std::int16_t number) {
     std::wstring digits = std::to_wstring(number);
-    if (digits.size() < 3) {
-        digits.insert(0, 3 - digits.size(), L'0');
-    }
+    digits.insert(0, 3 - std::min<std::size_t>(digits.size(), 3), L'0');
     return L"M" + digits;
 }
 

@@ -7,6 +7,7 @@
 #include "app/modRegistry.h"
 #include "app/modShell.h"
 #include "app/modSysParameter.h"
+#include "platform/PlatformError.h"
 #include "tests/native/fakes/Workshop.h"
 #include "text/Checked.h"
 #include "text/TextTools.h"
@@ -49,6 +50,7 @@ TEST(Settings, ReadingStopsAtTheFirstBadNumber) {
         shop.Program().Paths.SysParameterPath = Workshop::SettingsFile;
         EXPECT_EQ(ReadSystemParameters(shop.Program()), given.Succeeds);
         EXPECT_EQ(shop.Program().Settings.Columns.Pub_No, given.LastWidth);
+        EXPECT_EQ(shop.Program().Log.Text().find(L"reading the settings: ") == std::wstring::npos, given.Succeeds);
     }
 }
 
@@ -96,6 +98,10 @@ TEST(InstallPaths, AreDerivedFromTheRegistryAndTheViewerHasADefaultFolder) {
         EXPECT_EQ(paths.UnZipTempPath, L"C:\\Vantor\\UnZipTemp");
         EXPECT_EQ(paths.ViewerExePath, given.Viewer);
         EXPECT_TRUE(shop.Tree.HasFolder(L"C:\\Korvex\\Link"));
+        put(Workshop::LibraryKey, L"InstallDir", std::wstring(256, L'x').c_str());
+        EXPECT_TRUE(RereadInstallPaths(shop.Program().Platform, given.Language, paths));
+        EXPECT_EQ(paths.InstallDir, std::wstring(255, L'x'));
+        EXPECT_EQ(shop.Program().Log.Text(), L"") << "the link folder is made once";
     }
     InMemoryWindows bare;
     Program program(bare.Platform);
@@ -112,6 +118,8 @@ TEST(PerUserSettings, AbsentSettingIsStoredWithItsFirstDefault) {
     EXPECT_FALSE(settings.ChkReg());
     EXPECT_EQ(settings.GetReg(L"Colour", L"red"), L"red");
     EXPECT_EQ(settings.GetReg(L"Colour", L"blue"), L"red");
+    constexpr wchar_t key[] = L"Software\\Vantor\\Settings\\App\\Main";
+    EXPECT_EQ(windows.Registry.ReadString(Hive::CurrentUser, key, L"Colour"), L"red");
     settings.SavReg(L"Empty", L"");
     EXPECT_EQ(settings.GetReg(L"Empty", L"x"), L"");
     EXPECT_EQ(settings.GetAllReg().size(), 2u);
@@ -125,16 +133,18 @@ TEST(Processes, ArePolledEverySecondUntilTheyEnd) {
     Workshop shop;
     shop.Tree.PutFile(L"C:\\setup.exe");
     shop.Processes.On(L"setup.exe", [](const std::wstring&) { return ScriptedEnd{7, 2}; });
-    EXPECT_TRUE(RunAndWait(shop.Platform, L"C:\\setup.exe /s"));
+    EXPECT_TRUE(RunAndWait(shop.Program().Platform, L"C:\\setup.exe /s"));
     EXPECT_EQ(shop.Clock.Sleeps, std::vector<milliseconds>(3, milliseconds{1000}));
     EXPECT_EQ(shop.Clock.Yields, 3);
-    EXPECT_FALSE(RunAndWait(shop.Platform, L"C:\\missing.exe"));
+    EXPECT_FALSE(RunAndWait(shop.Program().Platform, L"C:\\missing.exe"));
     EXPECT_EQ(shop.Clock.Sleeps.size(), 3u);
+    EXPECT_NE(shop.Program().Log.Text().find(L"running a program: "), std::wstring::npos);
 }
 
 TEST(Processes, NamesAreComparedExactlyFromOneOnAndWaitsBeyondSixteenBitsAreNone) {
     EXPECT_TRUE(IsProgramNotRunning({}, L"m.exe"));
     EXPECT_TRUE(IsProgramNotRunning({L"m.exe", L"M.EXE"}, L"m.exe"));
+    EXPECT_FALSE(IsProgramNotRunning({L"", L"m.exe"}, L"m.exe"));
     EXPECT_FALSE(IsProgramNotRunning({L"", L"a.exe", L"m.exe"}, L"m.exe"));
     InMemoryWindows windows;
     for (const auto& wait : {PauseSeconds, WaitSeconds}) {
@@ -152,11 +162,24 @@ TEST(QuietRun, BoxesAreLoggedAndGetTheirDefaultAnswer) {
     EXPECT_EQ(shown.Show(L"stop?", boxes::YesNo | boxes::SecondButtonDefault, L""), boxes::AnswerNo);
     EXPECT_EQ(shown.Show(L"done", boxes::Ok, L""), boxes::AnswerOk);
     EXPECT_TRUE(shop.MessageBoxes.Shown.empty());
+    shop.AccessControl.SystemMessages[0] = L"well done";
+    RunLog& log = shop.Program().Log;
+    log.Message(7, L"seven");
+    log.SetContext(L"install", L"A1");
+    log.Trapped("trying", PlatformError("Open", L"", 0));
+    log.Trapped("trying", PlatformError("Open", L"C:\\x", 5, L"its own words"));
     EXPECT_EQ(shop.LogText(),
               "2024-05-06 07:08:09\tstart-up\t\tstarted\r\n2024-05-06 07:08:09\tmessage\t\tgo on?  really\r\n"
-              "2024-05-06 07:08:09\tmessage\t\tstop?\r\n2024-05-06 07:08:09\tmessage\t\tdone\r\n");
+              "2024-05-06 07:08:09\tmessage\t\tstop?\r\n2024-05-06 07:08:09\tmessage\t\tdone\r\n"
+              "2024-05-06 07:08:09\tstart-up\t\tmessage 7: seven\r\n"
+              "2024-05-06 07:08:09\tinstall\tA1\ttrying: Open failed with code 0\r\n"
+              "2024-05-06 07:08:09\tinstall\tA1\ttrying: Open failed with code 5 on C:\\x: its own words\r\n");
     shop.Tree.Deny(L"C:\\mip.log");
     EXPECT_NO_THROW(shop.Program().Log.Write(L"install", L"A1", L"done")) << "a lost log file stops nothing";
+    for (std::size_t line = 0; line < RunLog::Capacity; ++line) {
+        log.Write(L"", L"", std::to_wstring(line));
+    }
+    EXPECT_TRUE(log.Text().starts_with(L"2024-05-06 07:08:09\t\t\t0\r\n"));
 }
 
 TEST(TextFiles, AreReadInTheirOwnEncoding) {
@@ -175,6 +198,7 @@ TEST(Language, CodesOfIdentifiers) {
     const std::vector<std::pair<const wchar_t*, const wchar_t*>> cases{
         {L"0411", L"11"},  {L"0409", L"09"},  {L"0809", L"09"},  {L"0407", L"07"}, {L"0804", L"04S"},
         {L"1004", L"04S"}, {L"0404", L"04T"}, {L"0c04", L"04T"}, {L"1404", L"04"}, {L"040c", L"0C"},
+        {L"0411;", L"11"}, {L"041", L"1"},    {L"0", L""},
     };
     for (const auto& [identifier, code] : cases) {
         EXPECT_EQ(LanguageCodeOf(identifier), code);

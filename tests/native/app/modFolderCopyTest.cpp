@@ -5,9 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "app/Program.h"
 #include "app/modFolderCopy.h"
 #include "install/modUnZip.h"
 #include "tests/native/fakes/InMemoryWindows.h"
+#include "text/TextTools.h"
 
 namespace mip {
 namespace {
@@ -30,7 +32,7 @@ class FolderCopyTest : public testing::Test {
         return Walk(CopyMode::CountOnly, folder, startValue);
     }
     std::int32_t Walk(CopyMode mode, const std::wstring& folder, std::int32_t startValue) {
-        return CopyFolderWithProgress(Windows.Platform, mode, startValue, folder, Target,
+        return CopyFolderWithProgress(Program.Platform, mode, startValue, folder, Target,
                                       [this](std::int32_t done) { Progress.push_back(done); });
     }
     void ExpectWholeCopy() {
@@ -43,6 +45,7 @@ class FolderCopyTest : public testing::Test {
 
     const std::wstring Target = L"C:\\Library\\Manuals\\manual";
     InMemoryWindows Windows;
+    mip::Program Program{Windows.Platform};
     std::vector<std::int32_t> Progress;
 };
 
@@ -63,12 +66,20 @@ TEST_F(FolderCopyTest, CountingTouchesNothing) {
     EXPECT_EQ(Windows.Tree.Snapshot(L"C:\\"), before);
     EXPECT_TRUE(Progress.empty());
     EXPECT_EQ(Copy(INT32_MAX), -1);
+    EXPECT_EQ(ReplaceAll(Program.Log.Text(), L"2024-05-06 07:08:09\tstart-up\t\t", L""),
+              L"counting a folder's files: List failed with code 3 on D:\\missing\r\n"
+              L"counting a folder's files: arithmetic overflow\r\ncopying a folder: arithmetic overflow\r\n");
 }
 
 TEST_F(FolderCopyTest, RootsMayEndWithABackslash) {
     Windows.Tree.PutFile(L"D:\\other\\sub\\file", "f");
-    EXPECT_EQ(CopyFolderWithProgress(Windows.Platform, CopyMode::Copy, 0, L"D:\\other\\", L"C:\\"), 0);
-    EXPECT_EQ(Windows.Tree.BytesOf(L"C:\\sub\\file"), "f");
+    for (const wchar_t* source : {L"D:\\other", L"D:\\other\\"}) {
+        for (const std::wstring target : {L"C:", L"C:\\", L"C:\\new", L"C:\\new\\"}) {
+            EXPECT_EQ(CopyFolderWithProgress(Windows.Platform, CopyMode::Copy, 0, source, target), 0);
+            EXPECT_EQ(Windows.Tree.BytesOf(target + L"\\sub\\file"), "f");
+            Windows.Tree.Erase(target + L"\\sub");
+        }
+    }
 }
 
 TEST_F(FolderCopyTest, ReplacesWhatIsThereAndKeepsTheRest) {
@@ -77,6 +88,17 @@ TEST_F(FolderCopyTest, ReplacesWhatIsThereAndKeepsTheRest) {
     EXPECT_EQ(Copy(), 0);
     ExpectWholeCopy();
     EXPECT_EQ(Windows.Tree.BytesOf(Target + L"\\mine.txt"), "kept");
+}
+
+TEST_F(FolderCopyTest, FollowsALinkAtItsRootOnly) {
+    Windows.Tree.PutFolder(L"C:\\Elsewhere");
+    Windows.Tree.PutLink(Target, L"C:\\Elsewhere");
+    EXPECT_EQ(Copy(), 0);
+    Windows.Tree.Erase(Target);
+    Windows.Tree.Erase(L"C:\\Elsewhere\\a");
+    Windows.Tree.PutLink(Target + L"\\a", L"C:\\Elsewhere");
+    EXPECT_EQ(Copy(), -1);
+    EXPECT_FALSE(Windows.Tree.HasFile(L"C:\\Elsewhere\\in a.htm"));
 }
 
 /// A file costs its copy; a folder costs one question, one listing, and its creation where it is missing.
