@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -32,22 +33,24 @@ struct CatalogueWorkshop : Workshop {
 /// In the place of the engine for Jet files: finds the content of all of them in one file, and notes what it is sent.
 struct JetStandIn : DatabaseEngine {
     struct Connection : DatabaseConnection {
-        Connection(std::unique_ptr<DatabaseConnection> real, std::vector<std::wstring>& sent)
-            : Real(std::move(real)), Sent(sent) {}
-        DatabaseConnection& Note(const std::wstring& text) { return Sent.push_back(text), *Real; }
+        Connection(std::unique_ptr<DatabaseConnection> real, JetStandIn& engine)
+            : Real(std::move(real)), Engine(engine) {}
+        DatabaseConnection& Note(const std::wstring& text) {
+            return Engine.Sent.push_back(text), Engine.OnSent(), *Real;
+        }
         void Execute(const std::wstring& sql) override { Note(sql).Execute(sql); }
         std::unique_ptr<Recordset> Query(const std::wstring& sql) override { return Note(sql).Query(sql); }
         void BeginTransaction() override { Note(L"(begin)").BeginTransaction(); }
         void CommitTransaction() override { Note(L"(commit)").CommitTransaction(); }
         void RollbackTransaction() override { Note(L"(rollback)").RollbackTransaction(); }
         std::unique_ptr<DatabaseConnection> Real;
-        std::vector<std::wstring>& Sent;
+        JetStandIn& Engine;
     };
 
     explicit JetStandIn(CatalogueWorkshop& workshop) : Computer(workshop) { workshop.JetEngine.Engine = this; }
     std::unique_ptr<DatabaseConnection> Open(const std::wstring&) override {
         Sent.push_back(L"(open)");
-        return std::make_unique<Connection>(Computer.Embedded.Open(Content), Sent);
+        return std::make_unique<Connection>(Computer.Embedded.Open(Content), *this);
     }
     /// Makes a Jet file of an SQLite one.
     static void TakeOver(CatalogueWorkshop& workshop, const std::wstring& path) {
@@ -58,6 +61,7 @@ struct JetStandIn : DatabaseEngine {
     static constexpr wchar_t Content[] = L"C:\\Temp\\content of the Jet file";
     CatalogueWorkshop& Computer;
     std::vector<std::wstring> Sent;
+    std::function<void()> OnSent = [] {};
 };
 
 /// A record of these members, in their order.

@@ -51,6 +51,8 @@ TEST_F(ClsMdbTest, EngineIsChosenByTheFirstBytes) {
         EXPECT_FALSE(database_.Pcls_MdbOpen(L"C:\\x.mdb")) << label;
         EXPECT_EQ(std::pair(!jet.Sent.empty(), !sqlite.Sent.empty()), asked) << label;
     }
+    const std::wstring told = L"opening a database: Open failed with code 3343 on C:\\x.mdb: neither a Jet nor";
+    EXPECT_NE(shop_.Program().Log.Text().find(told), std::wstring::npos);
 }
 
 TEST_F(ClsMdbTest, FailedOpenClosesWhatWasOpen) {
@@ -60,7 +62,7 @@ TEST_F(ClsMdbTest, FailedOpenClosesWhatWasOpen) {
         EXPECT_EQ(database_.Pcls_MdbCreate(0, L"SELECT * FROM M_system"), MdbError);
         EXPECT_EQ(database_.Pcls_MdbMoveNext(0), MdbError);
         EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_system"), MdbError);
-        EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
+        EXPECT_EQ(CodeOf([&] { database_.Pcls_MdbBeginTrans(); }), 3704u);
         EXPECT_TRUE(database_.Pcls_MdbOpen(Workshop::MdbPath));
     }
     EXPECT_EQ(shop_.Tree.Find(Workshop::MdbPath)->OpenHandles, 1);
@@ -104,8 +106,10 @@ TEST_F(ClsMdbTest, SlotsAreIndependentAndARefusedQueryEmptiesItsOwn) {
     shop_.Faults.FailFrom(1);
     EXPECT_EQ(database_.Pcls_MdbExecute(L"DELETE FROM M_order"), MdbError);
     EXPECT_THROW(database_.Pcls_MdbBeginTrans(), PlatformError);
-    refused(Models);
-    EXPECT_EQ(database_.Pcls_MdbCreate(10, Models), MdbOk);
+    EXPECT_EQ(database_.Pcls_MdbCreate(10, Models), MdbError);
+    for (const wchar_t* told : {L"executing a statement: ", L"running a query: "}) {
+        EXPECT_NE(shop_.Program().Log.Text().find(told), std::wstring::npos) << told;
+    }
 }
 
 TEST_F(ClsMdbTest, SlotsOutsideTheirRangeAreAnErrorOfTheCaller) {

@@ -236,6 +236,13 @@ TEST_F(CarInfoTest, DatabaseErrorStopsTheScanWithItsMessagesAMissingDiscWithout)
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"no database");
         EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"stopped");
     }
+    JetStandIn jet(shop_);
+    JetStandIn::TakeOver(shop_, Workshop::MdbPath);
+    ASSERT_TRUE(program_.CatalogDb->Pcls_MdbOpen(Workshop::MdbPath));
+    jet.OnSent = [] { throw std::bad_alloc(); };
+    EXPECT_FALSE(ScanDiscCatalogue(program_));
+    EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorText, L"PubNo = KA100E [ 1 ]");
+    EXPECT_NE(program_.Log.Text().find(L"classifying a manual of the disc: std::bad_alloc"), std::wstring::npos);
     shop_.Tree.DriveOf(L"D:\\")->Present = false;
     EXPECT_FALSE(ScanDiscCatalogue(program_));
     EXPECT_EQ(program_.DiscCatalogue.CatalogueErrorCaption, L"") << "a disc that cannot be listed has no text here";

@@ -155,6 +155,10 @@ TEST(UpgradeTest, EveryFailureLeavesTheOldDatabaseInPlaceAndALineInTheLog) {
         const std::string old = OldDatabase(shop);
         EXPECT_FALSE(CheckDatabaseVersion(shop.Program()));
         EXPECT_NE(shop.Program().Log.Text(), L"");
+        const std::string_view failed = label;
+        EXPECT_EQ(shop.Program().Log.Text().find(L"local users got no access") != std::wstring::npos,
+                  failed == "the grant fails");
+        EXPECT_EQ(!shop.AccessControl.ListOf(Workshop::MdbPath).empty(), failed == "the new file does not open");
         ExpectUntouched(shop, old);
     }
     CatalogueWorkshop closed;
