@@ -40,7 +40,7 @@ class CarInfoTest : public testing::Test {
 };
 
 TEST_F(CarInfoTest, ScanReadsEveryFolderThatHasACatalogueFile) {
-    PutManual(L"A 1", "KA100E", "3", "Kubun=整備\r\n");
+    PutManual(L"A 1", "KA100E", "3", std::string("Kubun=整備") + '\0' + "cut\r\n");
     PutManual(L"b", "KB100E", "1");
     shop_.Tree.PutFile(L"D:\\programs\\readme.txt");
     shop_.Tree.PutFile(L"D:\\car_info.ci", "[CAR_INFO]\r\n");
