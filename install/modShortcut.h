@@ -7,7 +7,7 @@
 
 namespace mip {
 
-/// What a shortcut file says. Empty texts are set too.
+/// What a shortcut file says. Empty texts are set too when the caller asks for it.
 struct ShortcutSpec {
     std::wstring Target;
     std::wstring Arguments;
@@ -31,7 +31,7 @@ ShortcutSpec ProgramShortcut(const std::wstring& target);
 /// Path of "name.lnk" in a special folder; in the root of the current drive when there is no such folder.
 std::wstring GetShortcutPath(Platform& platform, int specialFolder, const std::wstring& name);
 /// Writes a shortcut file. False when that failed.
-bool CreateShortcut(Platform& platform, const std::wstring& file, const ShortcutSpec& spec);
+bool CreateShortcut(Platform& platform, const std::wstring& file, const ShortcutSpec& spec, bool setEmptyFields);
 /// The same for a program, unless a file of that name is there already.
 void CreateProgramShortcut(Platform& platform, const std::wstring& file, const std::wstring& target);
 /// A shortcut on the desktop that all users share, unless there is one of that name.

@@ -26,6 +26,8 @@ void CopyFileWithAccess(Platform& platform, const Identity& identity, const std:
     }
     platform.Files.CopyToNew(source, destination);
     PauseBetweenSteps(platform);
+    platform.Files.SetAttributes(destination, attributes::Normal);
+    PauseBetweenSteps(platform);
     if (!GrantFullAccess(platform, identity, destination)) {
         ShowAccessError(platform, destination);
     }

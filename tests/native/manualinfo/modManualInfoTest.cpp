@@ -89,8 +89,8 @@ TEST_F(ManualInfo, ComparisonDecidesAboutQuestionAndCopy) {
         EXPECT_EQ(windows.Tree.BytesOf(Local), given.Copied ? given.Disc : given.Local);
     }
     EXPECT_NE(program.Log.Text().find(L"comparing the manual information: "), std::wstring::npos);
-    EXPECT_EQ(windows.Clock.Sleeps, std::vector(8, std::chrono::milliseconds{1000})) << "two for each copy";
-    EXPECT_EQ(windows.Clock.Yields, 8);
+    EXPECT_EQ(windows.Clock.Sleeps, std::vector(12, std::chrono::milliseconds{1000})) << "three for each copy";
+    EXPECT_EQ(windows.Clock.Yields, 12);
 }
 
 TEST_F(ManualInfo, QuestionNamesTheOlderEntriesInAnyEncoding) {
