@@ -85,8 +85,8 @@ function(mip_windows_test name)
 endfunction()
 
 # The same for a test that needs the sample disc in drive D: and the sample workshop computer. Each gets a fresh one,
-# with a screen of its own, so these run side by side with all others. They take longest and are started early.
+# with a screen of its own, so these run side by side with all others. They take longest, mostly waiting, and start early.
 function(mip_workshop_test name)
     mip_declare_test(windows_${name} windows.${name}. ${ARGN}
-        EMULATOR ${PROJECT_SOURCE_DIR}/tools/computer-run.sh PROPERTIES COST 100)
+        EMULATOR ${PROJECT_SOURCE_DIR}/tools/computer-run.sh PROPERTIES COST 180)
 endfunction()
