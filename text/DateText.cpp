@@ -1,5 +1,6 @@
 #include "text/DateText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -15,15 +16,16 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::year_month_day;
 
-std::wstring Padded(int value, std::size_t width) {
-    std::wstring digits = std::to_wstring(value);
-    return digits.size() < width ? std::wstring(width - digits.size(), L'0') + digits : digits;
+std::wstring YearText(const std::chrono::year& year) {
+    const std::wstring digits = std::to_wstring(static_cast<int>(year));
+    return std::wstring(4 - std::min<std::size_t>(digits.size(), 4), L'0') + digits;
 }
 
-std::wstring FormatDate(const year_month_day& date) {
-    return Padded(static_cast<int>(date.year()), 4) + L'/' +
-           Padded(static_cast<int>(static_cast<unsigned>(date.month())), 2) + L'/' +
-           Padded(static_cast<int>(static_cast<unsigned>(date.day())), 2);
+/// Appends the separator and a number in two digits.
+void AppendPart(std::wstring& text, wchar_t separator, unsigned value) {
+    text += separator;
+    text += static_cast<wchar_t>(L'0' + value / 10);
+    text += static_cast<wchar_t>(L'0' + value % 10);
 }
 
 /// A run of digits at the front, taken off the text. Throws when its length is outside the limits.
@@ -79,18 +81,22 @@ seconds TakeTime(std::wstring_view& text) {
 
 std::wstring FormatDateTime(DateTime time) {
     const auto day = std::chrono::floor<days>(time);
+    const year_month_day date{day};
     const std::chrono::hh_mm_ss clock{time - day};
-    return FormatDate(year_month_day{day}) + L' ' + Padded(static_cast<int>(clock.hours().count()), 2) + L':' +
-           Padded(static_cast<int>(clock.minutes().count()), 2) + L':' +
-           Padded(static_cast<int>(clock.seconds().count()), 2);
+    std::wstring text = YearText(date.year());
+    AppendPart(text, L'/', static_cast<unsigned>(date.month()));
+    AppendPart(text, L'/', static_cast<unsigned>(date.day()));
+    AppendPart(text, L' ', static_cast<unsigned>(clock.hours().count()));
+    AppendPart(text, L':', static_cast<unsigned>(clock.minutes().count()));
+    AppendPart(text, L':', static_cast<unsigned>(clock.seconds().count()));
+    return text;
 }
 
 std::wstring FormatMonthYear(DateTime time) {
     static constexpr std::array names{L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun",
                                       L"Jul", L"Aug", L"Sep", L"Oct", L"Nov", L"Dec"};
     const year_month_day date{std::chrono::floor<days>(time)};
-    return std::wstring(names[static_cast<unsigned>(date.month()) - 1]) + L' ' +
-           Padded(static_cast<int>(date.year()), 4);
+    return std::wstring(names[static_cast<unsigned>(date.month()) - 1]) + L' ' + YearText(date.year());
 }
 
 DateTime ParseDateTime(std::wstring_view text) {

@@ -9,13 +9,13 @@ namespace mip {
 SqliteConnection::SqliteConnection(SqliteDatabase database) : database_(std::move(database)) {}
 
 void SqliteConnection::Execute(const std::wstring& sql) {
-    const SqliteStatement statement = PrepareStatement(database_.get(), sql);
-    while (StepStatement(database_.get(), statement.get(), sql)) {
+    const SqliteRun run = statements_.Start(sql);
+    while (StepStatement(database_.get(), run.Get(), sql)) {
     }
 }
 
 std::unique_ptr<Recordset> SqliteConnection::Query(const std::wstring& sql) {
-    return std::make_unique<SqliteRecordset>(database_.get(), sql);
+    return std::make_unique<SqliteRecordset>(database_.get(), statements_.Start(sql).Get(), sql);
 }
 
 void SqliteConnection::BeginTransaction() {

@@ -5,6 +5,7 @@
 
 #include "platform/Database.h"
 #include "platform/sqlite/SqliteHandle.h"
+#include "platform/sqlite/SqliteStatements.h"
 
 namespace mip {
 
@@ -22,6 +23,7 @@ class SqliteConnection : public DatabaseConnection {
 
   private:
     SqliteDatabase database_;
+    SqliteStatements statements_{database_.get()};  // gone before the database
 };
 
 }  // namespace mip

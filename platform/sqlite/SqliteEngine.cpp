@@ -36,18 +36,22 @@ void Configure(sqlite3* database) {
     AddSqliteFunctions(database);
 }
 
+FieldValue AskFor(sqlite3* database, const std::wstring& pragma) {
+    return SqliteRecordset(database, PrepareStatement(database, pragma).get(), pragma).Field(0);
+}
+
 /// True when the file ends with a page; the engine itself takes what a last page lacks for zeros.
 bool EndsWithPage(sqlite3* database) {
     sqlite3_file* file = nullptr;
     sqlite3_int64 size = 0;
-    const FieldValue pageSize = SqliteRecordset(database, L"PRAGMA page_size").Field(0);
+    const FieldValue pageSize = AskFor(database, L"PRAGMA page_size");
     return sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) == SQLITE_OK &&
            file->pMethods->xFileSize(file, &size) == SQLITE_OK && size % std::get<std::int64_t>(pageSize) == 0;
 }
 
 /// Reads the whole file once, so that damage shows now and not in the middle of an installation.
 void CheckWhole(sqlite3* database, const std::wstring& path) {
-    const FieldValue finding = SqliteRecordset(database, L"PRAGMA integrity_check(1)").Field(0);
+    const FieldValue finding = AskFor(database, L"PRAGMA integrity_check(1)");
     if (finding != FieldValue(L"ok") || !EndsWithPage(database)) {
         throw PlatformError("integrity_check", path, SQLITE_CORRUPT);
     }

@@ -51,19 +51,18 @@ FieldValue Cell(sqlite3_stmt* statement, int column) {
 
 }  // namespace
 
-SqliteRecordset::SqliteRecordset(sqlite3* database, const std::wstring& sql) {
-    const SqliteStatement statement = PrepareStatement(database, sql);
-    const int columns = sqlite3_column_count(statement.get());
+SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, const std::wstring& sql) {
+    const int columns = sqlite3_column_count(statement);
     if (columns == 0) {
         throw PlatformError("Query", sql, SQLITE_MISUSE);
     }
-    while (StepStatement(database, statement.get(), sql)) {
+    while (StepStatement(database, statement, sql)) {
         for (int column = 0; column < columns; ++column) {
-            cells_.push_back(Cell(statement.get(), column));
+            cells_.push_back(Cell(statement, column));
         }
     }
     for (int column = 0; column < columns; ++column) {
-        columns_.push_back(ToUpperAscii(FromUtf8(sqlite3_column_name(statement.get(), column))));
+        columns_.push_back(ToUpperAscii(FromUtf8(sqlite3_column_name(statement, column))));
     }
 }
 

@@ -12,8 +12,8 @@ namespace mip {
 /// while a caller walks the rows, this connection and others may change the database.
 class SqliteRecordset : public Recordset {
   public:
-    /// Throws PlatformError, also for a statement that gives no rows.
-    SqliteRecordset(sqlite3* database, const std::wstring& sql);
+    /// Throws PlatformError, also for a statement that gives no rows; `sql` is its text.
+    SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, const std::wstring& sql);
 
     bool AtEnd() override { return row_ * columns_.size() == cells_.size(); }
     void MoveNext() override;

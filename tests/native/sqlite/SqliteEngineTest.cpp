@@ -87,6 +87,23 @@ TEST_F(SqliteEngineTest, TextsComeBackAsTheyWentIn) {
     }
 }
 
+TEST_F(SqliteEngineTest, WhatLooksLikeATextIsOneOnlyWhereItIs) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"SELECT 'it''s'", L"it's"},
+                                                               {L"SELECT '' || 'a'", L"a"},
+                                                               {L"SELECT \"it's\" FROM (SELECT 'b' AS \"it's\")", L"b"},
+                                                               {L"SELECT [?'] FROM (SELECT 'c' AS [?'])", L"c"},
+                                                               {L"SELECT 'd' -- isn't", L"d"},
+                                                               {L"SELECT CAST(x'65' AS TEXT) || 'f'", L"ef"},
+                                                               {L"SELECT 'g' AS 'h'", L"g"}};
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& [sql, value] : cases) {
+            EXPECT_EQ(One(sql), FieldValue(value)) << ToUtf8(sql);
+        }
+    }
+    EXPECT_EQ(Failure(L"SELECT 'never ends"), SQLITE_ERROR);
+    EXPECT_EQ(Failure(L"SELECT 'a" + std::wstring(1, L'\0') + L"b'"), SQLITE_ERROR);
+}
+
 TEST_F(SqliteEngineTest, FieldsAreFoundByNameAndNumber) {
     const auto row = connection_->Query(L"SELECT NULL AS absent, 7 AS Whole, 1.5 AS half");
     EXPECT_EQ(row->Field(L"ABSENT"), FieldValue());
