@@ -5,13 +5,22 @@
 
 namespace mip {
 
-std::wstring QuoteSql(const std::wstring& value) {
-    std::wstring quoted = L"'";
-    quoted.reserve(value.size() + 2);
+namespace {
+
+void AppendQuoted(std::wstring& text, std::wstring_view value) {
+    text += L'\'';
     for (const wchar_t character : value) {
-        quoted.append(character == L'\'' ? 2 : 1, character);
+        text.append(character == L'\'' ? 2 : 1, character);
     }
-    return quoted += L'\'';
+    text += L'\'';
+}
+
+}  // namespace
+
+std::wstring QuoteSql(const std::wstring& value) {
+    std::wstring quoted;
+    AppendQuoted(quoted, value);
+    return quoted;
 }
 
 }  // namespace mip
@@ -29,10 +38,6 @@ constexpr wchar_t InsertColumns[] =
 
 std::wstring WherePubNo(const std::wstring& pubNo) {
     return L" WHERE Pub_No = " + QuoteSql(pubNo);
-}
-
-std::wstring ListedValue(const std::wstring& value) {
-    return QuoteSql(value) + L",\n";
 }
 
 }  // namespace
@@ -63,17 +68,24 @@ std::wstring DeleteType(const std::wstring& pubNo) {
 
 std::wstring InsertInstalled(const InstalledRecord& record) {
     constexpr std::size_t UsualLength = 512;
-    std::wstring text;
+    std::wstring text = L"INSERT INTO M_manage";
     text.reserve(UsualLength);
-    text.append(L"INSERT INTO M_manage").append(InsertColumns).append(L" VALUES(\n");
+    text.append(InsertColumns).append(L" VALUES(\n");
     for (const std::wstring* value :
          {&record.Pub_No, &record.Model_desc, &record.Model_ID, &record.Version, &record.Year, &record.Kubun,
           &record.Country, &record.Lang, &record.Ldup, &record.INSUser}) {
-        text += ListedValue(*value);
+        AppendQuoted(text, *value);
+        text += L",\n";
     }
-    text += L"Cdate(" + QuoteSql(FormatDateTime(record.INSDate)) + L"),\n";
-    text += ListedValue(record.INSPath) + ListedValue(record.Adjust_flg);
-    return text.append(QuoteSql(record.Memo_txt)).append(L")\n");
+    text += L"Cdate(";
+    AppendQuoted(text, FormatDateTime(record.INSDate));
+    text += L"),\n";
+    for (const std::wstring* value : {&record.INSPath, &record.Adjust_flg}) {
+        AppendQuoted(text, *value);
+        text += L",\n";
+    }
+    AppendQuoted(text, record.Memo_txt);
+    return text += L")\n";
 }
 
 std::wstring InsertNewType(const std::wstring& pubNo, const std::wstring& pdfFlag) {
@@ -81,7 +93,11 @@ std::wstring InsertNewType(const std::wstring& pubNo, const std::wstring& pdfFla
 }
 
 std::wstring InsertCarriedType(const std::wstring& pubNo, const std::wstring& pdfFlag) {
-    return L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( " + QuoteSql(pubNo) + L"," + QuoteSql(pdfFlag) + L")";
+    std::wstring text = L"INSERT INTO M_type (PUB_NO,PDF_FLG) VALUES ( ";
+    AppendQuoted(text, pubNo);
+    text += L',';
+    AppendQuoted(text, pdfFlag);
+    return text += L')';
 }
 
 std::wstring MarkForAdjustment(const std::wstring& pubNo) {

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <initializer_list>
+#include <utility>
 
 #include "app/Program.h"
 #include "app/modPdf.h"
@@ -19,22 +20,20 @@ const FieldValue EmptyText{std::wstring()};
 /// The fourteen columns of M_manage of the row on which a slot stands. Other programs may leave any of them Null, the
 /// date included.
 InstalledRecord ReadColumns(clsMDB& database, std::int16_t slot) {
-    const auto field = [&](const wchar_t* column) { return database.Pcls_MdbGetField(slot, column, EmptyText); };
-    InstalledRecord record;
-    record.Pub_No = FieldText(field(L"Pub_No"));
-    record.Model_desc = FieldText(field(L"Model_desc"));
-    record.Model_ID = FieldText(field(L"Model_ID"));
-    record.Version = FieldText(field(L"Version"));
-    record.Year = FieldText(field(L"Year"));
-    record.Kubun = FieldText(field(L"Kubun"));
-    record.Country = FieldText(field(L"Country"));
-    record.Lang = FieldText(field(L"Lang"));
-    record.Ldup = FieldText(field(L"Ldup"));
-    record.INSUser = FieldText(field(L"INSUser"));
+    using Record = InstalledRecord;
+    static const std::pair<std::wstring, std::wstring Record::*> texts[] = {
+        {L"Pub_No", &Record::Pub_No},     {L"Model_desc", &Record::Model_desc},
+        {L"Model_ID", &Record::Model_ID}, {L"Version", &Record::Version},
+        {L"Year", &Record::Year},         {L"Kubun", &Record::Kubun},
+        {L"Country", &Record::Country},   {L"Lang", &Record::Lang},
+        {L"Ldup", &Record::Ldup},         {L"INSUser", &Record::INSUser},
+        {L"INSPath", &Record::INSPath},   {L"Adjust_flg", &Record::Adjust_flg},
+        {L"Memo_txt", &Record::Memo_txt}};
+    Record record;
+    for (const auto& [column, text] : texts) {
+        record.*text = FieldText(database.Pcls_MdbGetField(slot, column, EmptyText));
+    }
     record.INSDate = FieldDate(database.Pcls_MdbGetField(slot, L"INSDate", ZeroDate));
-    record.INSPath = FieldText(field(L"INSPath"));
-    record.Adjust_flg = FieldText(field(L"Adjust_flg"));
-    record.Memo_txt = FieldText(field(L"Memo_txt"));
     return record;
 }
 
@@ -103,8 +102,9 @@ Lookup InstalledRows::TakeRow(MdbStatus status) const {
         return {status, {}};
     }
     try {
-        program_->Installed = ReadRow();
-        return {MdbOk, program_->Installed};
+        Lookup row{MdbOk, ReadRow()};
+        program_->Installed = row.Record;
+        return row;
     } catch (const std::exception& error) {
         database_->TrapLog().Trapped("reading a row of installed manuals", error);
         return {MdbError, {}};

@@ -34,7 +34,7 @@ wchar_t UpperOf(wchar_t character) {
 }
 
 wchar_t AsciiUpperOf(wchar_t character) {
-    return character <= L'z' ? UpperOf(character) : character;
+    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
 }
 
 template <typename Change>
@@ -92,6 +92,10 @@ std::wstring ToUpper(std::wstring_view text) {
 
 std::wstring ToUpperAscii(std::wstring_view text) {
     return Changed(text, AsciiUpperOf);
+}
+
+bool EqualInAscii(std::wstring_view left, std::wstring_view right) {
+    return std::ranges::equal(left, right, {}, AsciiUpperOf, AsciiUpperOf);
 }
 
 std::wstring CutAtNul(const std::wstring& text) {

@@ -15,6 +15,8 @@ std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator);
 std::wstring ToUpper(std::wstring_view text);
 /// Capitals in place of the letters a to z only, as the names of devices, switches and file types are compared.
 std::wstring ToUpperAscii(std::wstring_view text);
+/// Whether two texts are the same when these letters are.
+bool EqualInAscii(std::wstring_view left, std::wstring_view right);
 /// The text before the first NUL.
 std::wstring CutAtNul(const std::wstring& text);
 /// UTF-8 to and from text; malformed parts become U+FFFD.

@@ -62,7 +62,7 @@ SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, con
         }
     }
     for (int column = 0; column < columns; ++column) {
-        columns_.push_back(ToUpperAscii(FromUtf8(sqlite3_column_name(statement, column))));
+        columns_.push_back(FromUtf8(sqlite3_column_name(statement, column)));
     }
 }
 
@@ -72,7 +72,7 @@ void SqliteRecordset::MoveNext() {
 }
 
 FieldValue SqliteRecordset::Field(const std::wstring& name) {
-    const auto column = std::ranges::find(columns_, ToUpperAscii(name));
+    const auto column = std::ranges::find_if(columns_, [&](const auto& other) { return EqualInAscii(other, name); });
     if (column == columns_.end()) {
         throw PlatformError("Field", name, SQLITE_RANGE);
     }

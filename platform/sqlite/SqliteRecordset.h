@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,8 @@ class SqliteRecordset : public Recordset {
   private:
     void RequireRow();
 
-    std::vector<std::wstring> columns_;  ///< names in ASCII capitals
-    std::vector<FieldValue> cells_;      ///< row by row
+    std::vector<std::wstring> columns_;
+    std::deque<FieldValue> cells_;  ///< row by row
     std::size_t row_ = 0;
 };
 

@@ -37,7 +37,10 @@ std::optional<Template> TakeLiterals(std::string_view text) {
     if (text.find('\0') != std::string_view::npos) {
         return std::nullopt;
     }
+    constexpr std::size_t UsualValues = 16;
     Template result;
+    result.Text.reserve(text.size());
+    result.Values.reserve(UsualValues);
     for (std::size_t quote = text.find('\''); quote != std::string_view::npos; quote = text.find('\'')) {
         result.Text.append(text.substr(0, quote)) += '?';
         text.remove_prefix(quote + 1);

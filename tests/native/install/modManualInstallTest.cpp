@@ -344,10 +344,12 @@ TEST(Installation, ARowOfAnyUserOpensNoFolderButAManualsToRemoval) {
     }
 }
 
-TEST(Installation, AnEditionIsReplacedFromAFolderWithABlank) {
+TEST(Installation, AnEditionIsReplacedWhereItIsFromAFolderWithABlank) {
     DiscWorkshop shop;
     FileTree& tree = shop.Tree;
     shop.PutInstalledManual(L"MMMM1MM", 1);
+    shop.Clock.Sleep(std::chrono::seconds(1));
+    shop.PutRow(L"NNNN1MM", 1, L"C:\\Elsewhere\\NNNN1MM");
     shop.PutArchiveManual(L"MMMM1MM", 3);
     tree.PutFile(L"D:\\Ondari 2021\\car_info.ci", tree.BytesOf(L"D:\\MMMM1MM\\car_info.ci"));
     tree.Erase(L"D:\\MMMM1MM");

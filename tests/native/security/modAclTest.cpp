@@ -138,6 +138,8 @@ TEST_F(ModifyAccess, GroupIsKnownByItsLocalNameOnly) {
     EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
     program_.Identity.FullAccessTrustee = GetUsersGroupName(windows_.Platform);
     EXPECT_TRUE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));
+    program_.Identity.FolderTrustee = program_.Identity.FullAccessTrustee;
+    EXPECT_TRUE(GrantModifyToUsers(program_.Platform, program_.Identity, Folder));
     program_.Identity = {};  // an account without a name is not the group that was not found
     ListOf(Folder) = {{{0, ModifyMask, FakeAccountNames::NtAuthoritySid({21, 7})}, 3}};
     EXPECT_FALSE(UsersHaveModifyAccess(program_.Platform, program_.Identity, Folder));

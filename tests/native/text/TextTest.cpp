@@ -60,6 +60,7 @@ TEST(TextTools, ReplacesAndSplits) {
     EXPECT_TRUE(SplitLines(L"").empty());
     EXPECT_EQ(ToUpper(L"aÿßéжѓας1"), L"AÿßÉЖЃΑς1");
     EXPECT_EQ(ToUpperAscii(L"azAZé表Ｃｃ{`"), L"AZAZé表Ｃｃ{`");
+    EXPECT_TRUE(EqualInAscii(L"Az表", L"aZ表") && !EqualInAscii(L"é", L"É") && !EqualInAscii(L"a", L"ab"));
 }
 
 TEST(TextTools, Utf8SurvivesARoundTrip) {
