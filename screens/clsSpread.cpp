@@ -89,7 +89,7 @@ void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t co
     Operate(log_, [&] {
         grid.SetProperty(L"Row", row == Default ? 1 : row);
         grid.SetProperty(L"Col", col == Default ? 1 : col);
-        grid.SetProperty(L"Row2", row2 == Default ? Number(grid, L"MaxRows") : row2);
+        grid.SetProperty(L"Row2", row2 < 0 ? Number(grid, L"MaxRows") : row2);
         grid.SetProperty(L"Col2", col2 == Default ? Number(grid, L"MaxCols") : col2);
         grid.SetProperty(L"ColsFrozen", 0);
         grid.SetProperty(L"RowsFrozen", 0);
@@ -100,11 +100,13 @@ void clsSpread::SpdClear(std::int16_t handle, std::int32_t rows, std::int32_t co
         if (rows != Default) {
             grid.SetProperty(L"MaxRows", rows);
         }
-        grid.SetProperty(L"Row", 1);
-        grid.SetProperty(L"Row2", 1);
-        grid.SetProperty(L"BlockMode", true);
-        grid.SetProperty(L"Action", ActionActivateCell);
-        grid.SetProperty(L"BlockMode", false);
+        if (Number(grid, L"MaxRows") > 0) {
+            grid.SetProperty(L"Row", 1);
+            grid.SetProperty(L"Row2", 1);
+            grid.SetProperty(L"BlockMode", true);
+            grid.SetProperty(L"Action", ActionActivateCell);
+            grid.SetProperty(L"BlockMode", false);
+        }
     });
 }
 
