@@ -27,18 +27,17 @@ namespace mip {
 
 namespace {
 
-/// Shows a box, has a picture taken of it and gives the last of its answers.
-class PhotographedBoxes : public MessageBoxes {
+/// Shows boxes and has a picture taken of each.
+class PhotographedBoxes {
   public:
     explicit PhotographedBoxes(const std::wstring& folder) : photographer_(folder) {}
 
-    int Show(const std::wstring& text, int style, const std::wstring& title) override {
-        caption_ = title;
+    void Show(const ShownBox& box) {
+        caption_ = box.Title;
         shown_ = this;
         const UINT_PTR timer = SetTimer(nullptr, 0, PaintingTime, OnTimer);
-        const int answer = WindowsMessageBoxes().Show(text, style, title);
+        (void)WindowsMessageBoxes().Show(box.Text, box.Style, box.Title);
         KillTimer(nullptr, timer);
-        return answer;
     }
 
     std::wstring Name;  ///< of the picture
@@ -67,26 +66,6 @@ class PhotographedBoxes : public MessageBoxes {
     std::wstring caption_;
 };
 
-Platform WithBoxes(const Platform& computer, MessageBoxes& boxes) {
-    return {.Files = computer.Files,
-            .Folders = computer.Folders,
-            .Volumes = computer.Volumes,
-            .FileVersions = computer.FileVersions,
-            .ProfileFiles = computer.ProfileFiles,
-            .Registry = computer.Registry,
-            .Processes = computer.Processes,
-            .Clock = computer.Clock,
-            .Computer = computer.Computer,
-            .AccountNames = computer.AccountNames,
-            .AccessControl = computer.AccessControl,
-            .Shell = computer.Shell,
-            .Browsers = computer.Browsers,
-            .Archives = computer.Archives,
-            .JetEngine = computer.JetEngine,
-            .SqliteEngine = computer.SqliteEngine,
-            .MessageBoxes = boxes};
-}
-
 /// Puts the delivered files where the program looks for them.
 void PutFilesOf(const std::filesystem::path& folder, FileTree& tree) {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -99,16 +78,16 @@ void PutFilesOf(const std::filesystem::path& folder, FileTree& tree) {
 void ShowAll(const std::wstring& sysDir, PhotographedBoxes& boxes, const std::vector<std::wstring>& arguments) {
     Workshop shop;
     PutFilesOf(sysDir, shop.Tree);
-    const Platform computer = WithBoxes(shop.Platform, boxes);
+    shop.MessageBoxes.OnShow = [&](const ShownBox& box) { boxes.Show(box); };
     const auto start = [&](const std::wstring& name, std::vector<std::wstring> more) {
         boxes.Name = name;
         more.insert(more.end(), arguments.begin(), arguments.end());
-        Process(computer).Start(more);
+        Process(shop.Platform).Start(more);
     };
     start(L"b1-switches", {L"/?"});
     start(L"b2-bad-switch", {L"/SPEED=9"});
 
-    Process process(computer);
+    Process process(shop.Platform);
     process.Start(arguments);
     Program& program = process.Program;
     program.WindowTitle = GetMessageText(program, messages::Caption);
@@ -119,11 +98,11 @@ void ShowAll(const std::wstring& sysDir, PhotographedBoxes& boxes, const std::ve
     ReportStartPage(program, Opening::Failed);
     DiscCatalogueRecord manual;
     boxes.Name = L"b5-no-room";
-    static_cast<void>(ConfirmFolder(program, manual, L"X:\\on no drive"));
+    (void)ConfirmFolder(program, manual, L"X:\\on no drive");
     boxes.Name = L"b6-cancel";
-    static_cast<void>(CancelFolder(program));
+    (void)CancelFolder(program);
     boxes.Name = L"b7-companion-failed";
-    static_cast<void>(GoesOnWithoutCompanion(program));
+    (void)GoesOnWithoutCompanion(program);
 }
 
 int Run(int count, wchar_t** arguments) {

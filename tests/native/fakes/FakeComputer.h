@@ -123,6 +123,9 @@ class FakeMessageBoxes : public MessageBoxes, private Counted {
     int Show(const std::wstring& text, int style, const std::wstring& title) override {
         faults_.CheckPower();
         Shown.push_back({text, style, title.empty() ? L"Manual Install Program" : title});
+        if (OnShow) {
+            OnShow(Shown.back());
+        }
         if (!Answers.empty()) {
             const int answer = Answers.front();
             Answers.pop_front();
@@ -134,6 +137,7 @@ class FakeMessageBoxes : public MessageBoxes, private Counted {
 
     std::vector<ShownBox> Shown;
     std::deque<int> Answers;
+    std::function<void(const ShownBox&)> OnShow;
 };
 
 }  // namespace mip
