@@ -424,11 +424,14 @@ def wait_for_rest(computer):
 
 def prepare(work):
     sys.path.insert(0, str(ROOT / "samples"))
-    from manualkit.disc import write_manual
+    from manualkit.handbook import handbook_pdf
     from manualkit.manuals import DIAGNOSIS
 
     older = replace(DIAGNOSIS, version=1, issued="2022/04")
-    write_manual(work / "prepared" / LIBRARY, older)
+    contents = work / "prepared" / LIBRARY / older.folder / "contents"
+    contents.mkdir(parents=True)
+    (contents / f"{older.publication}.pdf").write_bytes(handbook_pdf(older))
+    (contents / "index.html").write_text(f"<p>Opens {older.publication}.pdf</p>\n")
     with sqlite3.connect(work / "prepared" / CATALOGUE) as catalogue:
         row = (older.publication, older.model, older.model_id, "1", str(older.year), older.kind, older.country,
                older.language, "1", "workshop", "2023-04-20 08:30:00", rf"C:\Vantor Manuals\{older.folder}", "0", "")
