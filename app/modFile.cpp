@@ -130,7 +130,7 @@ void MakeFolderPath(Platform& platform, const std::wstring& folder) {
             throw;
         }
         const std::size_t last = folder.find_last_of(L'\\');
-        if (last == std::wstring::npos) {
+        if (last == std::wstring::npos || last + 1 == folder.size()) {
             throw;
         }
         MakeFolderPath(platform, folder.substr(0, last));

@@ -124,7 +124,7 @@ std::int32_t CopyFolderWithProgress(Platform& platform, CopyMode mode, std::int3
 }
 
 std::int32_t CountFiles(Platform& platform, const std::wstring& folder) {
-    return CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, folder, folder);
+    return CopyFolderWithProgress(platform, CopyMode::CountOnly, 0, folder, folder);  // no target is looked at
 }
 
 }  // namespace mip

@@ -44,9 +44,7 @@ std::wstring FindMessageFile(const Program& program) {
 }
 
 std::wstring MessageKey(std::int16_t number) {
-    std::wstring digits = std::to_wstring(number);
-    digits.insert(0, 3 - std::min<std::size_t>(digits.size(), 3), L'0');
-    return L"M" + digits;
+    return L"M" + PadWithZeros(number, 3);
 }
 
 void ReadColumnLengths(const Program& program, ColumnLengths& columns) {

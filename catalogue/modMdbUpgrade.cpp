@@ -236,7 +236,7 @@ bool CheckDatabaseVersion(Program& program) {
         const std::int16_t newVersion =
             ReadVersionAndModelOrder(program.Platform, paths.NewDatabaseSource, program.ModelOrder);
         const std::int16_t currentVersion = ReadCurrentDatabaseVersion(program.CatalogDb.get());
-        return currentVersion >= newVersion || MigrateDatabase(program, paths);
+        return (currentVersion >= 0 && currentVersion >= newVersion) || MigrateDatabase(program, paths);
     });
 }
 

@@ -23,11 +23,7 @@ constexpr wchar_t ColourHighlighted[] = L"0";
 constexpr wchar_t ColourPlain[] = L"1";
 
 std::wstring FiveDigits(std::int32_t number) {
-    std::wstring digits = std::to_wstring(number);
-    while (digits.size() < 5) {
-        digits.insert(0, 1, L'0');
-    }
-    return digits;
+    return PadWithZeros(number, 5);
 }
 
 /// A year that is not a number is compared as the text that it is.

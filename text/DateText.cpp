@@ -1,6 +1,5 @@
 #include "text/DateText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -15,11 +14,6 @@ using std::chrono::hours;
 using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::year_month_day;
-
-std::wstring YearText(const std::chrono::year& year) {
-    const std::wstring digits = std::to_wstring(static_cast<int>(year));
-    return std::wstring(4 - std::min<std::size_t>(digits.size(), 4), L'0') + digits;
-}
 
 /// Appends the separator and a number in two digits.
 void AppendPart(std::wstring& text, wchar_t separator, unsigned value) {
@@ -83,7 +77,7 @@ std::wstring FormatDateTime(DateTime time) {
     const auto day = std::chrono::floor<days>(time);
     const year_month_day date{day};
     const std::chrono::hh_mm_ss clock{time - day};
-    std::wstring text = YearText(date.year());
+    std::wstring text = PadWithZeros(static_cast<int>(date.year()), 4);
     AppendPart(text, L'/', static_cast<unsigned>(date.month()));
     AppendPart(text, L'/', static_cast<unsigned>(date.day()));
     AppendPart(text, L' ', static_cast<unsigned>(clock.hours().count()));
@@ -96,7 +90,8 @@ std::wstring FormatMonthYear(DateTime time) {
     static constexpr std::array names{L"Jan", L"Feb", L"Mar", L"Apr", L"May", L"Jun",
                                       L"Jul", L"Aug", L"Sep", L"Oct", L"Nov", L"Dec"};
     const year_month_day date{std::chrono::floor<days>(time)};
-    return std::wstring(names[static_cast<unsigned>(date.month()) - 1]) + L' ' + YearText(date.year());
+    return std::wstring(names[static_cast<unsigned>(date.month()) - 1]) + L' ' +
+           PadWithZeros(static_cast<int>(date.year()), 4);
 }
 
 DateTime ParseDateTime(std::wstring_view text) {

@@ -98,6 +98,12 @@ bool EqualInAscii(std::wstring_view left, std::wstring_view right) {
     return std::ranges::equal(left, right, {}, AsciiUpperOf, AsciiUpperOf);
 }
 
+std::wstring PadWithZeros(int number, std::size_t width) {
+    std::wstring digits = std::to_wstring(number);
+    digits.insert(0, width - std::min(width, digits.size()), L'0');
+    return digits;
+}
+
 std::wstring CutAtNul(const std::wstring& text) {
     return text.substr(0, text.find(L'\0'));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,8 @@ std::wstring ToUpper(std::wstring_view text);
 std::wstring ToUpperAscii(std::wstring_view text);
 /// Whether two texts are the same when these letters are.
 bool EqualInAscii(std::wstring_view left, std::wstring_view right);
+/// A number with zeros before it, up to the width.
+std::wstring PadWithZeros(int number, std::size_t width);
 /// The text before the first NUL.
 std::wstring CutAtNul(const std::wstring& text);
 /// UTF-8 to and from text; malformed parts become U+FFFD.

@@ -39,8 +39,7 @@ start_tour() {
     trap 'kill $photographer 2>/dev/null || true' EXIT
     "$root/tools/wine-run.sh" "$root/build/windows/tools/screenshots/tour.exe" "$program_windows" "Z:${screens//\//\\}" "$@" ||
         status=$?
-    # shellcheck disable=SC1003
-    "$root/tools/wine-run.sh" "$root/build/windows/tools/screenshots/boxes.exe" 'D:\programs\setup\SysDir' \
+    "$root/tools/wine-run.sh" "$root/build/windows/tools/screenshots/boxes.exe" "${program_windows%\\*}\\SysDir" \
         "Z:${screens//\//\\}" "$@" || status=$?
     return $status
 }

@@ -15,6 +15,7 @@ namespace {
 
 // The reading library holds about 120 bytes of every entry; this keeps the whole extraction below 32 MiB.
 constexpr std::uint64_t MaximumEntries = 200'000;
+constexpr std::uint64_t MaximumDirectory = 256ULL * 1024 * 1024;
 constexpr std::uint64_t MaximumDeflateRatio = 1032;  // what deflate yields at best
 constexpr unsigned Utf8CodePage = 65001;
 constexpr std::uint16_t EncryptionFlags = 1U << 0U | 1U << 6U | 1U << 13U;
@@ -125,7 +126,7 @@ class ApprovedEntries::TopLevelFolders {
 
 ApprovedEntries::ApprovedEntries(ArchiveBytes& archive, ArchiveSystem& system, Pacer& pacer) : system_(system) {
     const ZipDirectory directory = FindZipDirectory(archive);
-    if (directory.Records > MaximumEntries) {
+    if (directory.Records > MaximumEntries || directory.Size > MaximumDirectory) {
         throw BadArchive("counting the archive's entries");
     }
     entries_.reserve(static_cast<std::size_t>(directory.Records));
