@@ -44,13 +44,12 @@ std::wstring Changed(std::wstring_view text, Change change) {
     return result;
 }
 
-/// Most texts are ASCII to their end, and the same in every encoding.
+/// Appends the characters at the front that are ASCII, and so the same in every encoding, and takes them off the text.
 template <typename Other, typename View>
-Other TakeAscii(View& text) {
+void TakeAscii(Other& taken, View& text) {
     const auto end = std::ranges::find_if(text, [](auto unit) { return unit < 0 || unit > 0x7F; });
-    Other taken(text.begin(), end);
-    text.remove_prefix(taken.size());
-    return taken;
+    taken.append(text.begin(), end);
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
 }
 
 }  // namespace
@@ -99,9 +98,9 @@ bool EqualInAscii(std::wstring_view left, std::wstring_view right) {
 }
 
 std::wstring PadWithZeros(int number, std::size_t width) {
-    std::wstring digits = std::to_wstring(number);
-    digits.insert(0, width - std::min(width, digits.size()), L'0');
-    return digits;
+    const std::string digits = std::to_string(number);
+    std::wstring padded(width - std::min(width, digits.size()), L'0');
+    return padded.append(digits.begin(), digits.end());
 }
 
 std::wstring CutAtNul(const std::wstring& text) {
@@ -109,16 +108,18 @@ std::wstring CutAtNul(const std::wstring& text) {
 }
 
 std::string ToUtf8(std::wstring_view text) {
-    std::string bytes = TakeAscii<std::string>(text);
-    while (!text.empty()) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (TakeAscii(bytes, text); !text.empty(); TakeAscii(bytes, text)) {
         AppendUtf8(bytes, TakeCodePoint(text));
     }
     return bytes;
 }
 
 std::wstring FromUtf8(std::string_view bytes) {
-    std::wstring text = TakeAscii<std::wstring>(bytes);
-    while (!bytes.empty()) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    for (TakeAscii(text, bytes); !bytes.empty(); TakeAscii(text, bytes)) {
         AppendCodePoint(text, TakeUtf8(bytes));
     }
     return text;

@@ -9,16 +9,16 @@
 namespace mip {
 namespace {
 
-std::wstring TextCell(sqlite3_stmt* statement, int column) {
+std::string_view TextOf(sqlite3_stmt* statement, int column) {
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
     if (bytes == nullptr) {
         throw PlatformError("sqlite3_column_text", L"", SQLITE_NOMEM);
     }
-    return FromUtf8({bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+    return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
-DateTime DateCell(sqlite3_stmt* statement, int column) {
-    const std::wstring text = TextCell(statement, column);
+DateTime ParseDate(std::string_view bytes) {
+    const std::wstring text = FromUtf8(bytes);
     try {
         return ParseDateTime(text);
     } catch (const ConversionError&) {
@@ -31,24 +31,6 @@ bool IsDateColumn(sqlite3_stmt* statement, int column) {
     return declared != nullptr && sqlite3_stricmp(declared, "DATETIME") == 0;
 }
 
-FieldValue Cell(sqlite3_stmt* statement, int column) {
-    switch (sqlite3_column_type(statement, column)) {
-        case SQLITE_NULL:
-            return std::monostate{};
-        case SQLITE_INTEGER:
-            return static_cast<std::int64_t>(sqlite3_column_int64(statement, column));
-        case SQLITE_FLOAT:
-            return sqlite3_column_double(statement, column);
-        case SQLITE_TEXT:
-            if (IsDateColumn(statement, column)) {
-                return DateCell(statement, column);
-            }
-            return TextCell(statement, column);
-        default:
-            throw PlatformError("read a field", FromUtf8(sqlite3_column_name(statement, column)), SQLITE_MISMATCH);
-    }
-}
-
 }  // namespace
 
 SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, const std::wstring& sql) {
@@ -58,7 +40,7 @@ SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, con
     }
     while (StepStatement(database, statement, sql)) {
         for (int column = 0; column < columns; ++column) {
-            cells_.push_back(Cell(statement, column));
+            cells_.push_back(ReadCell(statement, column));
         }
     }
     for (int column = 0; column < columns; ++column) {
@@ -84,7 +66,40 @@ FieldValue SqliteRecordset::Field(std::int32_t index) {
     if (index < 0 || static_cast<std::size_t>(index) >= columns_.size()) {
         throw PlatformError("Field", std::to_wstring(index), SQLITE_RANGE);
     }
-    return cells_[row_ * columns_.size() + static_cast<std::size_t>(index)];
+    return ValueOf(cells_[row_ * columns_.size() + static_cast<std::size_t>(index)]);
+}
+
+SqliteRecordset::Cell SqliteRecordset::ReadCell(sqlite3_stmt* statement, int column) {
+    switch (sqlite3_column_type(statement, column)) {
+        case SQLITE_NULL:
+            return std::monostate{};
+        case SQLITE_INTEGER:
+            return static_cast<std::int64_t>(sqlite3_column_int64(statement, column));
+        case SQLITE_FLOAT:
+            return sqlite3_column_double(statement, column);
+        case SQLITE_TEXT: {
+            const std::string_view text = TextOf(statement, column);
+            if (IsDateColumn(statement, column)) {
+                return ParseDate(text);
+            }
+            texts_ += text;
+            return Text{texts_.size() - text.size(), text.size()};
+        }
+        default:
+            throw PlatformError("read a field", FromUtf8(sqlite3_column_name(statement, column)), SQLITE_MISMATCH);
+    }
+}
+
+FieldValue SqliteRecordset::ValueOf(const Cell& cell) const {
+    return std::visit(
+        [this](const auto& value) -> FieldValue {
+            if constexpr (requires { value.Begin; }) {
+                return FromUtf8(std::string_view(texts_).substr(value.Begin, value.Size));
+            } else {
+                return value;
+            }
+        },
+        cell);
 }
 
 void SqliteRecordset::RequireRow() {

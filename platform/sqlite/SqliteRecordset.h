@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "platform/Database.h"
@@ -22,10 +23,20 @@ class SqliteRecordset : public Recordset {
     FieldValue Field(std::int32_t index) override;
 
   private:
+    /// Where a text lies in texts_, so that a cell costs no allocation.
+    struct Text {
+        std::size_t Begin;
+        std::size_t Size;
+    };
+    using Cell = std::variant<std::monostate, Text, std::int64_t, double, DateTime>;
+
+    Cell ReadCell(sqlite3_stmt* statement, int column);
+    FieldValue ValueOf(const Cell& cell) const;
     void RequireRow();
 
     std::vector<std::wstring> columns_;
-    std::deque<FieldValue> cells_;  ///< row by row
+    std::deque<Cell> cells_;  ///< row by row
+    std::string texts_;       ///< those of all cells, as UTF-8
     std::size_t row_ = 0;
 };
 

@@ -1,17 +1,29 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/sqlite/SqliteHandle.h"
 
 namespace mip {
 
+/// A statement with its text literals taken out. One object serves one statement after the other: it keeps its room.
+struct SqliteTemplate {
+    /// False for a text that cannot be a statement.
+    bool Take(std::string_view sql);
+
+    std::string Text;               ///< with "?" for each literal
+    std::string Values;             ///< the literals' texts, one behind the other
+    std::vector<std::size_t> Ends;  ///< where each of them ends
+};
+
 /// One run of a statement, ready for its first step. At its end the statement lets go of the file.
 class SqliteRun {
   public:
-    /// `values` are the statement's parameters, in order. Throws PlatformError.
-    SqliteRun(sqlite3_stmt* statement, std::vector<std::string> values);
+    explicit SqliteRun(sqlite3_stmt* statement) : statement_(statement) {}
+    /// With the template's values, which must outlive the run. Throws PlatformError.
+    SqliteRun(sqlite3_stmt* statement, const SqliteTemplate& parts);
     SqliteRun(const SqliteRun&) = delete;
     SqliteRun& operator=(const SqliteRun&) = delete;
     ~SqliteRun();
@@ -20,7 +32,6 @@ class SqliteRun {
 
   private:
     sqlite3_stmt* statement_;
-    std::vector<std::string> values_;
 };
 
 /// The statements of a connection. Those that differ in nothing but their text literals are compiled once: the texts
@@ -38,9 +49,10 @@ class SqliteStatements {
         SqliteStatement Statement;
     };
 
-    sqlite3_stmt* Find(const std::string& text, std::size_t parameters);
+    sqlite3_stmt* Find();
 
     sqlite3* database_;
+    SqliteTemplate parts_;
     std::vector<Compiled> compiled_;
     SqliteStatement single_;  ///< the last one that could not be compiled without its texts
 };
