@@ -18,19 +18,19 @@ struct PlainSwitch {
 struct ValueSwitch {
     std::wstring_view Name;
     std::wstring Switches::*Value;
-    bool (*IsComplete)(const std::wstring& value);
+    bool (*IsComplete)(std::wstring_view value);
 };
 
-bool IsAnyText(const std::wstring& value) {
-    return !value.empty() && value.find(L'"') == std::wstring::npos;
+bool IsAnyText(std::wstring_view value) {
+    return !value.empty() && value.find(L'"') == std::wstring_view::npos;
 }
 
-bool IsAbsoluteFolder(const std::wstring& value) {
+bool IsAbsoluteFolder(std::wstring_view value) {
     return IsAnyText(value) && (value.find(L":\\") == 1 || value.starts_with(L"\\\\"));
 }
 
 /// Two or three letters or digits: the code names the message file.
-bool IsLanguageCode(const std::wstring& value) {
+bool IsLanguageCode(std::wstring_view value) {
     const auto isPart = [](wchar_t part) {
         return (part >= L'0' && part <= L'9') || (part >= L'A' && part <= L'Z') || (part >= L'a' && part <= L'z');
     };
@@ -52,11 +52,6 @@ constexpr std::array valueSwitches{
     ValueSwitch{L"/LOG", &Switches::LogFile, IsAnyText},
 };
 
-std::wstring WithoutQuotes(const std::wstring& value) {
-    const bool quoted = value.starts_with(L'"') && value.ends_with(L'"');
-    return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
 bool ReadPlain(const std::wstring& name, Switches& switches) {
     for (const PlainSwitch& plain : plainSwitches) {
         if (plain.Name == name) {
@@ -67,10 +62,10 @@ bool ReadPlain(const std::wstring& name, Switches& switches) {
     return false;
 }
 
-bool ReadWithValue(const std::wstring& name, const std::wstring& value, Switches& switches) {
+bool ReadWithValue(const std::wstring& name, std::wstring_view value, Switches& switches) {
     for (const ValueSwitch& valued : valueSwitches) {
         if (valued.Name == name && valued.IsComplete(value)) {
-            switches.*valued.Value = value;
+            switches.*valued.Value = std::wstring(value);
             return true;
         }
     }
@@ -80,8 +75,10 @@ bool ReadWithValue(const std::wstring& name, const std::wstring& value, Switches
 bool ReadOne(const std::wstring& argument, Switches& switches) {
     const std::size_t equals = argument.find(L'=');
     const std::wstring name = ToUpper(argument.substr(0, equals));
-    return equals == std::wstring::npos ? ReadPlain(name, switches)
-                                        : ReadWithValue(name, WithoutQuotes(argument.substr(equals + 1)), switches);
+    if (equals == std::wstring::npos) {
+        return ReadPlain(name, switches);
+    }
+    return ReadWithValue(name, WithoutDoubleQuotes(std::wstring_view(argument).substr(equals + 1)), switches);
 }
 
 /// The switch that cannot stand as it does beside the others.

@@ -73,6 +73,11 @@ std::wstring_view TrimBlanks(std::wstring_view text) {
                                             : text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
+std::wstring_view WithoutDoubleQuotes(std::wstring_view text) {
+    const bool quoted = text.size() > 1 && text.front() == L'"' && text.back() == L'"';
+    return quoted ? text.substr(1, text.size() - 2) : text;
+}
+
 std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator) {
     std::vector<std::wstring> parts;
     std::size_t start = 0;

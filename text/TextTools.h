@@ -11,6 +11,8 @@ namespace mip {
 std::wstring ReplaceAll(std::wstring_view text, std::wstring_view from, std::wstring_view to);
 /// Leading and trailing blanks removed.
 std::wstring_view TrimBlanks(std::wstring_view text);
+/// A text in double quotes without them.
+std::wstring_view WithoutDoubleQuotes(std::wstring_view text);
 /// The parts between separators; one part more than there are separators.
 std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator);
 std::wstring ToUpper(std::wstring_view text);

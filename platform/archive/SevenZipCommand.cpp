@@ -37,11 +37,6 @@ std::size_t StartOfLastArgument(std::wstring_view text) {
     return start;
 }
 
-std::wstring_view WithoutSurroundingQuotes(std::wstring_view text) {
-    const bool isQuoted = text.starts_with(L'"') && text.ends_with(L'"');
-    return isQuoted ? text.substr(1, text.size() - 2) : text;
-}
-
 std::wstring FolderOf(std::wstring_view argument) {
     std::wstring folder(argument);
     std::erase(folder, L'"');
@@ -64,7 +59,7 @@ std::optional<SevenZipCommand> ParseSevenZipCommand(const std::wstring& commandL
         isKnown = isKnown && (isOverwrite || word == L"-HIDE");
     }
     const std::size_t start = StartOfLastArgument(text);
-    const std::wstring_view archive = WithoutSurroundingQuotes(Trimmed(text.substr(0, start)));
+    const std::wstring_view archive = WithoutDoubleQuotes(Trimmed(text.substr(0, start)));
     std::wstring folder = FolderOf(text.substr(start));
     isKnown = isKnown && overwritesAll && !archive.empty() && archive.find(L'"') == archive.npos && !folder.empty() &&
               !folder.starts_with(L'-');
