@@ -43,7 +43,7 @@ SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, con
             cells_.push_back(ReadCell(statement, column));
         }
     }
-    for (int column = 0; column < columns; ++column) {
+    for (int column = 0; column < columns && !cells_.empty(); ++column) {
         columns_.push_back(FromUtf8(sqlite3_column_name(statement, column)));
     }
 }
@@ -54,6 +54,7 @@ void SqliteRecordset::MoveNext() {
 }
 
 FieldValue SqliteRecordset::Field(const std::wstring& name) {
+    RequireRow();
     const auto column = std::ranges::find_if(columns_, [&](const auto& other) { return EqualInAscii(other, name); });
     if (column == columns_.end()) {
         throw PlatformError("Field", name, SQLITE_RANGE);

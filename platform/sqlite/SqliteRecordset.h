@@ -34,9 +34,9 @@ class SqliteRecordset : public Recordset {
     FieldValue ValueOf(const Cell& cell) const;
     void RequireRow();
 
-    std::vector<std::wstring> columns_;
-    std::deque<Cell> cells_;  ///< row by row
-    std::string texts_;       ///< those of all cells, as UTF-8
+    std::vector<std::wstring> columns_;  ///< none where there is no row
+    std::deque<Cell> cells_;             ///< row by row
+    std::string texts_;                  ///< those of all cells, as UTF-8
     std::size_t row_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/windows/WindowsProfileFiles.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,13 +14,20 @@ namespace mip {
 
 namespace {
 
-constexpr std::size_t SectionSize = 32 * 1024;  // characters; what the profile services give at most in one call
+// Characters; the last is what the profile services give at most in one call. Few sections are larger than the first.
+constexpr DWORD sectionSizes[] = {1024, 32 * 1024};
 
-/// The section's lines "key=value", each ended by a NUL, without its comments.
-std::wstring ReadSection(const std::wstring& section, const std::wstring& file) {
-    std::wstring lines(SectionSize, L'\0');
-    lines.resize(GetPrivateProfileSectionW(section.c_str(), lines.data(), SectionSize, file.c_str()));
-    return lines;
+/// The section's lines "key=value", each ended by a NUL, without its comments. Nothing when there are too many.
+std::optional<std::wstring> ReadSection(const std::wstring& section, const std::wstring& file) {
+    std::wstring lines;
+    for (const DWORD size : sectionSizes) {
+        lines.resize(size);
+        lines.resize(GetPrivateProfileSectionW(section.c_str(), lines.data(), size, file.c_str()));
+        if (lines.size() < size - 2) {
+            return lines;
+        }
+    }
+    return std::nullopt;
 }
 
 /// The value of the first line with that key.
@@ -48,12 +56,11 @@ std::wstring WindowsProfileFiles::ReadString(const std::wstring& section, const 
 std::vector<std::wstring> WindowsProfileFiles::ReadStrings(const std::wstring& section,
                                                            const std::vector<std::wstring>& keys,
                                                            const std::wstring& file, std::size_t capacity) {
-    const std::wstring lines = ReadSection(section, file);
-    const bool isWhole = lines.size() < SectionSize - 2;
+    const std::optional<std::wstring> lines = ReadSection(section, file);
     std::vector<std::wstring> values;
     for (const std::wstring& key : keys) {
-        values.push_back(isWhole ? std::wstring(FindValue(lines, key).substr(0, capacity - 1))
-                                 : ReadString(section, key, file, capacity));
+        values.push_back(lines ? std::wstring(FindValue(*lines, key).substr(0, capacity - 1))
+                               : ReadString(section, key, file, capacity));
     }
     return values;
 }

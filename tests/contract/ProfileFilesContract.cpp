@@ -57,7 +57,7 @@ TEST_F(ProfileContract, ValuesAreFoundAndCleaned) {
     EXPECT_EQ(L" 説明書 ", ValueIn(Utf16File(L"[S]\r\nKey=\" 説明書 \"\r\n")));
 }
 
-TEST_F(ProfileContract, LongValuesAreCutToTheBuffer) {
+TEST_F(ProfileContract, LongValuesAreCutToTheBufferAndLongSectionsReadToTheirEnd) {
     const auto valueOf = [this](std::size_t size, std::size_t capacity) {
         return ValueIn("[S]\r\nKey=" + std::string(size, 'v') + "\r\n", capacity);
     };
@@ -65,6 +65,13 @@ TEST_F(ProfileContract, LongValuesAreCutToTheBuffer) {
     EXPECT_EQ(std::wstring(255, L'v'), valueOf(300, 256));
     EXPECT_EQ(std::wstring(300, L'v'), valueOf(300, 512));
     EXPECT_EQ(std::wstring(255, L'文'), ValueIn(Utf16File(L"[S]\r\nKey=" + std::wstring(300, L'文') + L"\r\n")));
+    for (const int lines : {61, 62, 63, 64, 65, 2047, 2048, 2100}) {
+        std::string section = "[S]\r\n";
+        for (int line = 0; line < lines; ++line) {
+            section += "Other=123456789\r\n";
+        }
+        EXPECT_EQ(L"last", ValueIn(section + "Key=last\r\n")) << lines << " lines of 16 characters before it";
+    }
 }
 
 }  // namespace
