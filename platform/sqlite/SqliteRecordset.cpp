@@ -1,6 +1,9 @@
 #include "platform/sqlite/SqliteRecordset.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
 
 #include "text/Checked.h"
 #include "text/DateText.h"
@@ -31,6 +34,74 @@ bool IsDateColumn(sqlite3_stmt* statement, int column) {
     return declared != nullptr && sqlite3_stricmp(declared, "DATETIME") == 0;
 }
 
+/// In a packed row each cell is its type, one of the engine's or this, the number of its bytes, and these.
+constexpr char DateType = 0;
+
+struct PackedCell {
+    char Type;
+    std::string_view Bytes;
+};
+
+void Append(std::string& row, const PackedCell& cell) {
+    const auto size = static_cast<std::uint32_t>(cell.Bytes.size());
+    row.append(1, cell.Type).append(reinterpret_cast<const char*>(&size), sizeof size).append(cell.Bytes);
+}
+
+PackedCell TakeCell(std::string_view& row) {
+    const char type = row.front();
+    std::uint32_t size = 0;
+    std::memcpy(&size, row.data() + 1, sizeof size);
+    const std::string_view bytes = row.substr(1 + sizeof size, size);
+    row.remove_prefix(1 + sizeof size + size);
+    return {type, bytes};
+}
+
+template <typename Value>
+void AppendValue(std::string& row, char type, Value value) {
+    Append(row, {type, {reinterpret_cast<const char*>(&value), sizeof value}});
+}
+
+template <typename Value>
+Value ValueOf(std::string_view bytes) {
+    Value value{};
+    std::memcpy(&value, bytes.data(), sizeof value);
+    return value;
+}
+
+void AppendCell(std::string& row, sqlite3_stmt* statement, int column) {
+    const int type = sqlite3_column_type(statement, column);
+    switch (type) {
+        case SQLITE_NULL:
+            return Append(row, {SQLITE_NULL, {}});
+        case SQLITE_INTEGER:
+            return AppendValue(row, SQLITE_INTEGER, std::int64_t{sqlite3_column_int64(statement, column)});
+        case SQLITE_FLOAT:
+            return AppendValue(row, SQLITE_FLOAT, sqlite3_column_double(statement, column));
+        case SQLITE_TEXT: {
+            const std::string_view text = TextOf(statement, column);
+            return IsDateColumn(statement, column) ? AppendValue(row, DateType, ParseDate(text))
+                                                   : Append(row, {SQLITE_TEXT, text});
+        }
+        default:
+            throw PlatformError("read a field", FromUtf8(sqlite3_column_name(statement, column)), SQLITE_MISMATCH);
+    }
+}
+
+FieldValue Unpacked(const PackedCell& cell) {
+    switch (cell.Type) {
+        case SQLITE_INTEGER:
+            return ValueOf<std::int64_t>(cell.Bytes);
+        case SQLITE_FLOAT:
+            return ValueOf<double>(cell.Bytes);
+        case SQLITE_TEXT:
+            return FromUtf8(cell.Bytes);
+        case DateType:
+            return ValueOf<DateTime>(cell.Bytes);
+        default:
+            return std::monostate{};
+    }
+}
+
 }  // namespace
 
 SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, const std::wstring& sql) {
@@ -38,23 +109,26 @@ SqliteRecordset::SqliteRecordset(sqlite3* database, sqlite3_stmt* statement, con
     if (columns == 0) {
         throw PlatformError("Query", sql, SQLITE_MISUSE);
     }
+    std::string row;
     while (StepStatement(database, statement, sql)) {
+        row.clear();
         for (int column = 0; column < columns; ++column) {
-            cells_.push_back(ReadCell(statement, column));
+            AppendCell(row, statement, column);
         }
+        rows_.push_back(row);
     }
-    for (int column = 0; column < columns && !cells_.empty(); ++column) {
+    for (int column = 0; column < columns && !rows_.empty(); ++column) {
         columns_.push_back(FromUtf8(sqlite3_column_name(statement, column)));
     }
 }
 
 void SqliteRecordset::MoveNext() {
-    RequireRow();
-    ++row_;
+    (void)CurrentRow();
+    rows_.pop_front();
 }
 
 FieldValue SqliteRecordset::Field(const std::wstring& name) {
-    RequireRow();
+    (void)CurrentRow();
     const auto column = std::ranges::find_if(columns_, [&](const auto& other) { return EqualInAscii(other, name); });
     if (column == columns_.end()) {
         throw PlatformError("Field", name, SQLITE_RANGE);
@@ -63,50 +137,21 @@ FieldValue SqliteRecordset::Field(const std::wstring& name) {
 }
 
 FieldValue SqliteRecordset::Field(std::int32_t index) {
-    RequireRow();
+    std::string_view row = CurrentRow();
     if (index < 0 || static_cast<std::size_t>(index) >= columns_.size()) {
         throw PlatformError("Field", std::to_wstring(index), SQLITE_RANGE);
     }
-    return ValueOf(cells_[row_ * columns_.size() + static_cast<std::size_t>(index)]);
-}
-
-SqliteRecordset::Cell SqliteRecordset::ReadCell(sqlite3_stmt* statement, int column) {
-    switch (sqlite3_column_type(statement, column)) {
-        case SQLITE_NULL:
-            return std::monostate{};
-        case SQLITE_INTEGER:
-            return static_cast<std::int64_t>(sqlite3_column_int64(statement, column));
-        case SQLITE_FLOAT:
-            return sqlite3_column_double(statement, column);
-        case SQLITE_TEXT: {
-            const std::string_view text = TextOf(statement, column);
-            if (IsDateColumn(statement, column)) {
-                return ParseDate(text);
-            }
-            texts_ += text;
-            return Text{texts_.size() - text.size(), text.size()};
-        }
-        default:
-            throw PlatformError("read a field", FromUtf8(sqlite3_column_name(statement, column)), SQLITE_MISMATCH);
+    for (std::int32_t before = 0; before < index; ++before) {
+        TakeCell(row);
     }
+    return Unpacked(TakeCell(row));
 }
 
-FieldValue SqliteRecordset::ValueOf(const Cell& cell) const {
-    return std::visit(
-        [this](const auto& value) -> FieldValue {
-            if constexpr (requires { value.Begin; }) {
-                return FromUtf8(std::string_view(texts_).substr(value.Begin, value.Size));
-            } else {
-                return value;
-            }
-        },
-        cell);
-}
-
-void SqliteRecordset::RequireRow() {
-    if (AtEnd()) {
+const std::string& SqliteRecordset::CurrentRow() const {
+    if (rows_.empty()) {
         throw PlatformError("Recordset", L"no current row", SQLITE_MISUSE);
     }
+    return rows_.front();
 }
 
 }  // namespace mip

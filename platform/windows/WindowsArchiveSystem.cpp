@@ -36,15 +36,15 @@ class WindowsArchiveBytes : public ArchiveBytes {
     std::uint64_t Size() override { return size_; }
 
     std::size_t ReadAt(std::uint64_t offset, std::span<char> buffer) override {
+        LARGE_INTEGER place{};
+        place.QuadPart = static_cast<LONGLONG>(offset);
+        if (!SetFilePointerEx(file_.Get(), place, nullptr, FILE_BEGIN)) {
+            ThrowLastError("SetFilePointerEx", path_);
+        }
         std::size_t done = 0;
         while (done < buffer.size()) {
-            const std::uint64_t place = offset + done;
-            OVERLAPPED position{};
-            position.Offset = static_cast<DWORD>(place);
-            position.OffsetHigh = static_cast<DWORD>(place >> 32U);
             DWORD read = 0;
-            if (!ReadFile(file_.Get(), buffer.data() + done, PieceSize(buffer.size() - done), &read, &position) &&
-                GetLastError() != ERROR_HANDLE_EOF) {
+            if (!ReadFile(file_.Get(), buffer.data() + done, PieceSize(buffer.size() - done), &read, nullptr)) {
                 ThrowLastError("ReadFile", path_);
             }
             if (read == 0) {

@@ -18,6 +18,7 @@ PROGRAM = ROOT / "build/windows/ManualInstall.exe"
 MKCATALOGUE = ROOT / "build/native/tools/mkcatalogue/mkcatalogue"
 DRIVE = Path(os.environ["WINEPREFIX"]) / "drive_c"
 KORVEX = DRIVE / "Program Files/Vantor"
+CATALOGUE = KORVEX / "Korvex/Manual/kvx3.mdb"
 LOG = DRIVE / "install.log"
 LIBRARY = DRIVE / "Library"
 INSTALL = ["wine", r"D:\programs\setup\ManualInstall.exe", "/VERYSILENT", "/ACCEPT", r"/DIR=C:\Library",
@@ -314,6 +315,21 @@ def measure_installation(rows, computer, count, rounds):
     return max(peaks)
 
 
+def peak_of_upgrade(computer, count):
+    """MiB that the program takes when its catalogue has so many rows of the former layout."""
+    computer.insert(0)
+    computer.reset()
+    rows = computer.work / "rows.sql"
+    rows.write_text(rows_sql(count))
+    old = make_catalogue(computer.work / "old.mdb", OLD)
+    quietly("sqlite3", "-bail", old, f".read {rows}")
+    shutil.copy(old, CATALOGUE)
+    peak = install()[1]
+    carried = quietly("sqlite3", CATALOGUE, "select count(*), MDB_Version from M_manage, M_system")
+    assert carried.strip() == f"{count}|{NEW}", carried
+    return peak
+
+
 # Start
 
 
@@ -351,7 +367,9 @@ def main():
     peaks = [measure_installation(rows, computer, count, options.rounds if count < 500 else 1)
              for count in sizes("install", 1, 50, 500)]
     if peaks:
-        rows.amount("peak memory of the installation", max(peaks), "MiB", 32)
+        rows.amount("peak memory of the installations", max(peaks), "MiB", 32)
+    for count in sizes("install", 2000, 20_000):
+        rows.amount(f"peak memory of an upgrade, {count} rows", peak_of_upgrade(computer, count), "MiB", 32)
     for _ in sizes("start", 1):
         measure_start(rows, computer, options.rounds)
         rows.amount("size of the program", PROGRAM.stat().st_size / 2 ** 20, "MiB", 3)
