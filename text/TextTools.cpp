@@ -48,8 +48,10 @@ std::wstring Changed(std::wstring_view text, Change change) {
 template <typename Other, typename View>
 void TakeAscii(Other& taken, View& text) {
     const auto end = std::ranges::find_if(text, [](auto unit) { return unit < 0 || unit > 0x7F; });
-    taken.append(text.begin(), end);
-    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    const std::size_t before = taken.size();
+    taken.resize(before + static_cast<std::size_t>(end - text.begin()));
+    std::copy(text.begin(), end, taken.begin() + static_cast<std::ptrdiff_t>(before));
+    text.remove_prefix(taken.size() - before);
 }
 
 }  // namespace
