@@ -1,7 +1,8 @@
 // The least that the system takes for a folder's files, by its bare calls: file_floor FOLDER NEW-FOLDER THREADS [FLUSH]
-// Prints the seconds for reading every file and for writing each as a new one, the files shared among the threads.
-// FLUSH also brings the new files to the drive: "close" flushes each before it is closed, "walk" opens and flushes each
-// afterwards, "volume" flushes drive C: as a whole.
+// Prints the seconds for reading every file, for reading each as an initialisation file by the system's service, and
+// for writing each as a new one, the files shared among the threads. FLUSH also brings the new files to the drive:
+// "close" flushes each before it is closed, "walk" opens and flushes each afterwards, "volume" flushes drive C: as a
+// whole.
 
 #include <windows.h>
 
@@ -61,6 +62,11 @@ void Read(const std::wstring& path, std::string& bytes) {
     CloseHandle(file);
 }
 
+void ReadAsProfile(const std::wstring& path) {
+    wchar_t lines[1024];
+    GetPrivateProfileSectionW(L"CAR_INFO", lines, 1024, path.c_str());
+}
+
 void Flush(const std::wstring& path) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, 0, nullptr);
@@ -111,6 +117,8 @@ int main(int count, char** arguments) {
     std::vector<Content> files = List(source);
     const double reading =
         SecondsOnThreads(files, threads, [&](Content& file) { Read(source + file.Name, file.Bytes); });
+    const double profiles =
+        SecondsOnThreads(files, threads, [&](const Content& file) { ReadAsProfile(source + file.Name); });
     const std::string flush = count == 5 ? arguments[4] : "";
     const double writing = SecondsOnThreads(
         files, threads, [&](Content& file) { Write(destination + file.Name, file.Bytes, flush == "close"); });
@@ -120,7 +128,7 @@ int main(int count, char** arguments) {
     } else if (flush == "volume") {
         flushing = SecondsOf([] { Flush(L"\\\\.\\C:"); });
     }
-    std::printf("files %u read %.3f write %.3f flush %.3f\n", static_cast<unsigned>(files.size()), reading, writing,
-                flushing);
+    std::printf("files %u read %.4f profile %.4f write %.4f flush %.4f\n", static_cast<unsigned>(files.size()), reading,
+                profiles, writing, flushing);
     return 0;
 }

@@ -188,13 +188,16 @@ def measure_scan(rows, count, rounds):
             (manual / "car_info.ci").write_text(car_info(number), newline="")
         (folder / "rows.sql").write_text(rows_sql(count))
         quietly("sqlite3", "-bail", make_catalogue(computer / "kvx3.mdb", NEW), f".read {folder}/rows.sql")
-        ours, bare = [], []
+        ours, bare, service = [], [], []
         for number in range(rounds):
             scan = tool("catalogue_files", "scan", windows_path(disc) + "\\", windows_path(computer))
             assert scan["manuals"] == count
             ours.append(scan["scan"])
-            bare.append(tool("file_floor", windows_path(disc), windows_path(folder / f"floor{number}"), 1)["read"])
+            floor = tool("file_floor", windows_path(disc), windows_path(folder / f"floor{number}"), 1)
+            bare.append(floor["read"])
+            service.append(floor["profile"])
     rows.add(f"scan, {count} manuals", ours, "reading their car_info.ci once", bare, aim_of(count, 2000))
+    rows.add(f"scan, {count} manuals", ours, "the same by the profile service", service)
 
 
 def measure_upgrade(rows, count, rounds):
