@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <map>
 
 #include "app/modSysParameter.h"
 #include "catalogue/modCarInfo.h"
@@ -8,16 +7,6 @@
 
 namespace mip {
 namespace {
-
-std::map<std::string, std::string> FilesOf(const std::filesystem::path& root) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
-        if (entry.is_regular_file()) {
-            files[Utf8Of(std::filesystem::relative(entry.path(), root))] = ReadWhole(entry.path());
-        }
-    }
-    return files;
-}
 
 class MakeDiscTest : public PublisherTest {
   protected:

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,17 @@
 #include "tests/ScratchFolder.h"
 
 namespace mip {
+
+/// The files below a folder, with their bytes.
+inline std::map<std::string, std::string> FilesOf(const std::filesystem::path& root) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+        if (entry.is_regular_file()) {
+            files[Utf8Of(std::filesystem::relative(entry.path(), root))] = ReadWhole(entry.path());
+        }
+    }
+    return files;
+}
 
 /// What the test's description says of a manual.
 struct TestManual {
