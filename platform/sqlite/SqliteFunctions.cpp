@@ -14,11 +14,7 @@ std::string SortableDate(std::string_view text) {
 
 /// Called by the engine, so nothing may be thrown out of it.
 void CDate(sqlite3_context* context, int, sqlite3_value** arguments) noexcept {
-    const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
-    if (bytes == nullptr) {
-        sqlite3_result_error_code(context, SQLITE_MISMATCH);
-        return;
-    }
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));  // none for Null
     try {
         const std::string date = SortableDate({bytes, static_cast<std::size_t>(sqlite3_value_bytes(arguments[0]))});
         sqlite3_result_text(context, date.c_str(), static_cast<int>(date.size()), SQLITE_TRANSIENT);

@@ -1,4 +1,5 @@
 #include "publish/CheckDisc.h"
+#include "publish/CommandLine.h"
 
 #include <functional>
 #include <set>
@@ -156,6 +157,17 @@ TEST_F(CheckDiscTest, NamesEveryPlantedFaultAndNothingElse) {
         found.emplace(finding.File, finding.Code);
     }
     EXPECT_EQ(found, expected) << FindingsText(findings);
+}
+
+TEST(PublisherCommandLineTest, OptionsAreTakenOnceAndWithTheirValues) {
+    const auto read = [](const std::vector<std::filesystem::path>& arguments) {
+        return CommandLine(arguments, {"--base"}, {"--json"});
+    };
+    EXPECT_EQ(read({"in", "--base", "--json", "out"}).Value("--base"), "--json");
+    EXPECT_EQ(read({"in", "--json", "out"}).Rest(2)[1], "out");
+    EXPECT_THROW(read({"--base", "a", "--base", "b"}), UsageError);
+    EXPECT_THROW(read({"--base"}), UsageError);
+    EXPECT_THROW(read({"--bass", "a"}), UsageError);
 }
 
 TEST_F(CheckDiscTest, FindingsAreLinesOrJson) {

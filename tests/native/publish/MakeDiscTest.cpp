@@ -4,6 +4,7 @@
 #include "catalogue/modCarInfo.h"
 #include "publish/CheckDisc.h"
 #include "tests/native/publish/Publisher.h"
+#include "text/DateText.h"
 
 namespace mip {
 namespace {
@@ -26,7 +27,7 @@ TEST_F(MakeDiscTest, TheSameInputGivesTheSameDiscAndTheProgramReadsIt) {
     const TestManual pdf{"Wiring_PDF", "K1220WJ", "3", true};
     PutSource(html);
     PutSource(pdf);
-    const std::string description = DescriptionOf({html, pdf});
+    const std::string description = DescriptionOf({html, pdf}) + "Title = 配線図\n";
     EXPECT_EQ(Make(description, "one"), std::vector<std::string>{});
     Make(description, "two");
     EXPECT_EQ(FilesOf(At("one")), FilesOf(At("two")));
@@ -40,7 +41,10 @@ TEST_F(MakeDiscTest, TheSameInputGivesTheSameDiscAndTheProgramReadsIt) {
     EXPECT_EQ(record.Model_desc, L"フユネ");
     EXPECT_EQ(record.Kubun, L"\"整備書\"");
     EXPECT_EQ(disc.Program.DiscCatalogue.Records[2].PdfForm, ManualForm::Pdf);
-    EXPECT_NE(ReadWhole(At("one/index.html")).find("Wiring_PDF/contents/K1220WJ.pdf"), std::string::npos);
+    EXPECT_NE(ReadWhole(At("one/index.html")).find("Wiring_PDF/contents/K1220WJ.pdf\">配線図"), std::string::npos);
+    Put("dated", "");
+    SetTime(At("dated"), ParseDateTime(L"2023/10/02 08:00:00"));
+    EXPECT_EQ(std::filesystem::last_write_time(At("one/index.html")), std::filesystem::last_write_time(At("dated")));
 }
 
 TEST_F(MakeDiscTest, FaultsNameLineAndFieldAndLeaveNothing) {
@@ -56,6 +60,7 @@ TEST_F(MakeDiscTest, FaultsNameLineAndFieldAndLeaveNothing) {
     PutSource({"Talis", "K7811JP"});
     const std::tuple<std::string, std::size_t, std::string> cases[] = {
         {"", 1, ""},
+        {DescriptionOf({}), 8, ""},
         {with("[disc]", "[disk]"), 2, ""},
         {with("Layout = 2", "Layout = two"), 3, "Layout"},
         {with("Date = 2023", "Date = 23"), 4, "Date"},

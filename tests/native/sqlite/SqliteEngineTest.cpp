@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "platform/PlatformError.h"
 #include "platform/sqlite/SqliteEngine.h"
+#include "platform/sqlite/SqliteStatements.h"
 #include "tests/ScratchFolder.h"
 #include "text/DateText.h"
 #include "text/TextTools.h"
@@ -102,6 +104,27 @@ TEST_F(SqliteEngineTest, WhatLooksLikeATextIsOneOnlyWhereItIs) {
     }
     EXPECT_EQ(Failure(L"SELECT 'never ends"), SQLITE_ERROR);
     EXPECT_EQ(Failure(L"SELECT 'a" + std::wstring(1, L'\0') + L"b'"), SQLITE_ERROR);
+}
+
+TEST(SqliteStatementsTest, WhatDiffersInItsTextsAloneIsCompiledOnce) {
+    sqlite3* opened = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &opened), SQLITE_OK);
+    const SqliteDatabase database(opened);
+    SqliteStatements statements(opened);
+    const auto compiled = [&](const wchar_t* sql) { return statements.Start(sql).Get(); };
+    sqlite3_stmt* const first = compiled(L"SELECT 'a' || 'b' AS c");
+    EXPECT_NE(compiled(L"SELECT 'a' || 'b' AS d"), first);
+    EXPECT_EQ(compiled(L"SELECT '' || 'it''s' AS c"), first);
+}
+
+TEST_F(SqliteEngineTest, AChangeWaitsForTheEndOfAnotherProgramsChange) {
+    const auto other = engine_.Open(Path(File));
+    other->BeginTransaction();
+    const std::jthread ends([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        other->CommitTransaction();
+    });
+    Execute(L"DELETE FROM M_type");
 }
 
 TEST_F(SqliteEngineTest, FieldsAreFoundByNameAndNumber) {
