@@ -113,6 +113,7 @@ TEST(SqliteStatementsTest, WhatDiffersInItsTextsAloneIsCompiledOnce) {
     SqliteStatements statements(opened);
     const auto compiled = [&](const wchar_t* sql) { return statements.Start(sql).Get(); };
     sqlite3_stmt* const first = compiled(L"SELECT 'a' || 'b' AS c");
+    EXPECT_EQ(sqlite3_bind_parameter_count(first), 2);
     EXPECT_NE(compiled(L"SELECT 'a' || 'b' AS d"), first);
     EXPECT_EQ(compiled(L"SELECT '' || 'it''s' AS c"), first);
 }
