@@ -15,6 +15,12 @@ void AppendQuoted(std::wstring& text, std::wstring_view value) {
     text += L'\'';
 }
 
+/// The same with more behind it.
+void AppendListed(std::wstring& text, std::wstring_view value) {
+    AppendQuoted(text, value);
+    text += L",\n";
+}
+
 }  // namespace
 
 std::wstring QuoteSql(const std::wstring& value) {
@@ -74,16 +80,13 @@ std::wstring InsertInstalled(const InstalledRecord& record) {
     for (const std::wstring* value :
          {&record.Pub_No, &record.Model_desc, &record.Model_ID, &record.Version, &record.Year, &record.Kubun,
           &record.Country, &record.Lang, &record.Ldup, &record.INSUser}) {
-        AppendQuoted(text, *value);
-        text += L",\n";
+        AppendListed(text, *value);
     }
     text += L"Cdate(";
     AppendQuoted(text, FormatDateTime(record.INSDate));
     text += L"),\n";
-    for (const std::wstring* value : {&record.INSPath, &record.Adjust_flg}) {
-        AppendQuoted(text, *value);
-        text += L",\n";
-    }
+    AppendListed(text, record.INSPath);
+    AppendListed(text, record.Adjust_flg);
     AppendQuoted(text, record.Memo_txt);
     return text += L")\n";
 }

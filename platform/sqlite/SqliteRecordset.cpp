@@ -69,8 +69,7 @@ Value ValueOf(std::string_view bytes) {
 }
 
 void AppendCell(std::string& row, sqlite3_stmt* statement, int column) {
-    const int type = sqlite3_column_type(statement, column);
-    switch (type) {
+    switch (sqlite3_column_type(statement, column)) {
         case SQLITE_NULL:
             return Append(row, {SQLITE_NULL, {}});
         case SQLITE_INTEGER:

@@ -282,14 +282,19 @@ class Computer:
     def insert(self, count):
         """Puts a disc with so many manuals into the drive."""
         disc = self.work / "disc"
-        shutil.rmtree(disc)
+        self.put_aside(disc)
         make_disc(disc, count)
 
     def reset(self):
-        shutil.rmtree(LIBRARY, ignore_errors=True)
-        shutil.rmtree(KORVEX)
+        self.put_aside(LIBRARY)
+        self.put_aside(KORVEX)
         shutil.copytree(self.kept, KORVEX)
         LIBRARY.mkdir()
+
+    def put_aside(self, folder):
+        """Out of the way, for the reason that `empty` has."""
+        if folder.exists():
+            folder.rename(Path(tempfile.mkdtemp(dir=self.work)) / folder.name)
 
 
 def unzip_all(disc, folder):

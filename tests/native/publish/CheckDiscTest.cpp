@@ -1,10 +1,10 @@
 #include "publish/CheckDisc.h"
-#include "publish/CommandLine.h"
 
 #include <functional>
 #include <set>
 
 #include "platform/sqlite/SqliteEngine.h"
+#include "publish/CommandLine.h"
 #include "tests/native/publish/Publisher.h"
 
 namespace mip {
